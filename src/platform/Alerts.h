@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace installer {
+
+/// A question or a message that the user must answer before anything else happens.
+struct Alert {
+    enum class Style { informational, warning };
+
+    std::string identifier;  ///< names the question for tests and for recorded answers
+    Style style = Style::warning;
+    std::string title;
+    std::string message;
+    std::vector<std::string> buttons;  ///< titles; the first one is the default
+};
+
+/// Shows alerts, one at a time.
+class Alerts {
+  public:
+    virtual ~Alerts() = default;
+
+    /// Shows the alert, waits for the answer and gives the pressed button's place in `buttons`.
+    /// Where nobody can be asked the texts are written to standard error and to the system log,
+    /// and the answer is the first button.
+    [[nodiscard]] virtual std::size_t runModal(const Alert& alert) = 0;
+};
+
+}  // namespace installer

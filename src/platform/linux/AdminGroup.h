@@ -1,0 +1,16 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string_view>
+
+namespace installer {
+
+/// The group that stands for the system's administrators: the first that exists of "admin", "sudo"
+/// and "wheel", else root's. Both the file manager and the privileged helper ask here.
+[[nodiscard]] gid_t administratorsGroup();
+
+/// The name by which the rules call that group on every platform.
+inline constexpr std::string_view administratorsGroupName = "admin";
+
+}  // namespace installer

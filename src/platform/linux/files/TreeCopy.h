@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <system_error>
+
+#include "platform/linux/files/Location.h"
+
+namespace installer {
+
+/// Called with the number of bytes copied since the last call.
+using CopyProgress = std::function<void(std::uint64_t)>;
+
+/// Copies an entry and everything in it, as `FileManager::copy` promises: whole or not at all
+/// (a temporary sibling is filled, then renamed without replacing), links as links, with modes,
+/// modification times, extended attributes and hard links; EINVAL for a FIFO, device or socket
+/// anywhere in it. A temporary that a process left behind when it died is removed by the next
+/// copy into that folder.
+[[nodiscard]] std::error_code copyTree(const std::string& source, const std::string& destination,
+                                       LinkPolicy policy, const CopyProgress& progress);
+
+}  // namespace installer

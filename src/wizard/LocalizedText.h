@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace installer {
+
+class Bundle;
+
+// Two ways to look a text up. They differ in what a missing key gives, so they have two names.
+
+/// The text under the key in the default table, or the fallback when the key is missing.
+[[nodiscard]] std::string localizedText(const Bundle& bundle, const std::string& key,
+                                        const std::string& fallback = "");
+
+/// The maker's or the product's name in the table "installer", for texts that people read: the
+/// empty text when the key is missing.
+[[nodiscard]] std::string installerText(const Bundle& bundle, const std::string& key);
+
+/// The same names where they become names of folders and files: a missing key gives the key's own
+/// text, so that a path never loses a component. A name that is empty, or has a component that is
+/// "." or "..", counts as missing: with it a path would mean another folder than the maker's.
+[[nodiscard]] std::string folderName(const Bundle& bundle, const std::string& key);
+
+}  // namespace installer
