@@ -13,7 +13,9 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "platform/Bundle.h"
+#include "platform/SystemLog.h"
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/LinuxSearchPaths.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 namespace installer {
@@ -90,9 +92,12 @@ std::string iconOf(const Bundle& bundle) {
 
 }  // namespace
 
-LinuxApplicationDatabase::LinuxApplicationDatabase(std::optional<std::string> applicationsFolder,
-                                                   UserFiles files, Bundles& bundles)
-    : folder_(std::move(applicationsFolder)), files_(std::move(files)), bundles_(bundles) {}
+LinuxApplicationDatabase::LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths,
+                                                   Bundles& bundles, SystemLog& log)
+    : folder_(searchPaths.userApplicationsFolder()),
+      files_(searchPaths.homeFolder()),
+      bundles_(bundles),
+      log_(log) {}
 
 std::int32_t LinuxApplicationDatabase::registerApplication(const std::string& path) {
     if (!folder_) return 0;
@@ -101,14 +106,20 @@ std::int32_t LinuxApplicationDatabase::registerApplication(const std::string& pa
     const auto executable = executableOf(*bundle, path);
     if (!executable) return 0;
 
-    const std::string name = nameOf(*bundle, path);
-    const auto text = desktopEntryText({name, *executable, iconOf(*bundle)});
-    if (!text) return EINVAL;
-    const auto identifier = bundle->informationValue("CFBundleIdentifier");
+    const auto error = write(nameOf(*bundle, path), *executable, *bundle);
+    if (error) log_.log("Could not register the application " + path + ": " + error.message());
+    return error.value();
+}
+
+std::error_code LinuxApplicationDatabase::write(const std::string& name,
+                                                const std::string& executable,
+                                                const Bundle& bundle) const {
+    const auto text = desktopEntryText({name, executable, iconOf(bundle)});
+    if (!text) return {EINVAL, std::system_category()};
+    const auto identifier = bundle.informationValue("CFBundleIdentifier");
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
-    return files_.replace(joinPath(*folder_, file), *text, UserFiles::Durability::whenConvenient)
-        .value();
+    return files_.replace(joinPath(*folder_, file), *text, UserFiles::Durability::whenConvenient);
 }
 
 }  // namespace installer

@@ -6,6 +6,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "platform/SystemLog.h"
+#include "platform/linux/LinuxSearchPaths.h"
 #include "platform/linux/RegularFile.h"
 
 namespace installer {
@@ -38,9 +39,8 @@ void apply(PropertyList& list, const std::string& key,
 
 }  // namespace
 
-LinuxPreferencesStore::LinuxPreferencesStore(std::optional<std::string> preferencesFolder,
-                                             UserFiles files, SystemLog& log)
-    : folder_(std::move(preferencesFolder)), files_(std::move(files)), log_(log) {}
+LinuxPreferencesStore::LinuxPreferencesStore(const LinuxSearchPaths& searchPaths, SystemLog& log)
+    : folder_(searchPaths.userPreferencesFolder()), files_(searchPaths.homeFolder()), log_(log) {}
 
 std::optional<PreferenceValue> LinuxPreferencesStore::value(const std::string& domain,
                                                             const std::string& key) {

@@ -11,6 +11,7 @@
 
 namespace installer {
 
+class LinuxSearchPaths;
 class SystemLog;
 
 /// The settings of each domain in the property list DOMAIN.plist of the user's preferences folder.
@@ -23,10 +24,9 @@ class SystemLog;
 /// Texts that no property list can hold as text (file names may be any bytes) are kept as data.
 class LinuxPreferencesStore final : public PreferencesStore {
   public:
-    /// Without a folder nothing is stored, and a domain in which something was set fails to
-    /// synchronize.
-    LinuxPreferencesStore(std::optional<std::string> preferencesFolder, UserFiles files,
-                          SystemLog& log);
+    /// For a user without a home folder nothing is stored, and a domain in which something was set
+    /// fails to synchronize.
+    LinuxPreferencesStore(const LinuxSearchPaths& searchPaths, SystemLog& log);
 
     /// A domain that is empty, or holds "/" or a NUL, is refused: it has no values and cannot be
     /// synchronized.

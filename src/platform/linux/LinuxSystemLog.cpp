@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <ctime>
 #include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <pthread.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <syslog.h>
@@ -27,37 +25,6 @@ constexpr std::size_t longestMessage = 8192;
 
 /// How long a daemon that does not read may hold the program back, once.
 constexpr int patienceInMilliseconds = 500;
-
-/// Keeps SIGPIPE away from the program while it writes, without changing what the program, or a
-/// child that it starts later, does about that signal.
-class SigpipeHeldBack {
-  public:
-    SigpipeHeldBack() {
-        sigemptyset(&sigpipe_);
-        sigaddset(&sigpipe_, SIGPIPE);
-        sigset_t pending{};
-        sigpending(&pending);
-        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-        pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
-    }
-    SigpipeHeldBack(const SigpipeHeldBack&) = delete;
-    SigpipeHeldBack& operator=(const SigpipeHeldBack&) = delete;
-    ~SigpipeHeldBack() {
-        if (!wasPending_ && brokenPipe_) {
-            const timespec none{};
-            sigtimedwait(&sigpipe_, nullptr, &none);
-        }
-        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-    }
-
-    void sawBrokenPipe() { brokenPipe_ = true; }
-
-  private:
-    sigset_t sigpipe_{};
-    sigset_t before_{};
-    bool wasPending_ = false;
-    bool brokenPipe_ = false;
-};
 
 bool waitUntilWritable(int descriptor, int milliseconds) {
     pollfd entry{descriptor, POLLOUT, 0};
@@ -88,12 +55,25 @@ std::string messageForDaemon(const std::string& programName, std::string_view te
            "[" + std::to_string(::getpid()) + "]: " + withoutBrokenEnd(text, longestMessage);
 }
 
+/// One write per line, so that lines of several processes do not run into each other.
+void writeToStandardError(std::string_view line) {
+    while (!line.empty()) {
+        const ssize_t count = ::write(STDERR_FILENO, line.data(), line.size());
+        if (count >= 0) {
+            line.remove_prefix(static_cast<std::size_t>(count));
+            continue;
+        }
+        if (errno == EINTR) continue;
+        // A terminal can have been set so by another program that shares it.
+        if (errno == EAGAIN && waitUntilWritable(STDERR_FILENO, -1)) continue;
+        return;
+    }
+}
+
 }  // namespace
 
 LinuxSystemLog::LinuxSystemLog(std::string programName, std::string daemonSocket)
-    : programName_(std::move(programName)),
-      daemonSocket_(std::move(daemonSocket)),
-      standardError_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    : programName_(std::move(programName)), daemonSocket_(std::move(daemonSocket)) {
     connectToDaemon();
 }
 
@@ -101,23 +81,6 @@ void LinuxSystemLog::log(std::string_view line) {
     const std::string text = visibleText(line);
     writeToStandardError(text + "\n");
     sendToDaemon(text);
-}
-
-void LinuxSystemLog::writeToStandardError(std::string_view text) const {
-    if (!standardError_) return;
-    SigpipeHeldBack guard;
-    while (!text.empty()) {
-        const ssize_t count = ::write(standardError_.get(), text.data(), text.size());
-        if (count >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(count));
-            continue;
-        }
-        if (errno == EINTR) continue;
-        // A terminal can have been set so by another program that shares it.
-        if (errno == EAGAIN && waitUntilWritable(standardError_.get(), -1)) continue;
-        if (errno == EPIPE) guard.sawBrokenPipe();
-        return;
-    }
 }
 
 void LinuxSystemLog::connectToDaemon() {

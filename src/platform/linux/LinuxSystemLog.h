@@ -12,11 +12,8 @@ namespace installer {
 ///
 /// Makes no trouble where one of them is missing: without a daemon at the start of the program the
 /// daemon is not asked again, a daemon that does not read holds the program back only once and
-/// briefly, and a standard error that is closed, or that nobody reads any more, is passed over
-/// without SIGPIPE.
-///
-/// To be made before the program opens anything else: standard error is duplicated here, so that a
-/// file that is opened later under a closed standard error's number is never written to.
+/// briefly, and a standard error that nobody reads any more is passed over, SIGPIPE being ignored
+/// by the whole program (see `prepareProcess`).
 class LinuxSystemLog final : public SystemLog {
   public:
     explicit LinuxSystemLog(std::string programName, std::string daemonSocket = "/dev/log");
@@ -24,13 +21,11 @@ class LinuxSystemLog final : public SystemLog {
     void log(std::string_view line) override;
 
   private:
-    void writeToStandardError(std::string_view text) const;
     void sendToDaemon(std::string_view text);
     void connectToDaemon();
 
     std::string programName_;
     std::string daemonSocket_;
-    FileDescriptor standardError_;
     FileDescriptor daemon_;
 };
 
