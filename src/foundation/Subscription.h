@@ -10,7 +10,8 @@ namespace installer {
 class [[nodiscard]] Subscription {
   public:
     Subscription() = default;
-    explicit Subscription(std::function<void()> unsubscribe) : unsubscribe_(std::move(unsubscribe)) {}
+    explicit Subscription(std::function<void()> unsubscribe)
+        : unsubscribe_(std::move(unsubscribe)) {}
     Subscription(Subscription&& other) noexcept
         : unsubscribe_(std::exchange(other.unsubscribe_, nullptr)) {}
     Subscription& operator=(Subscription&& other) noexcept {

@@ -20,7 +20,8 @@ class PlugInFilesModel {
     explicit PlugInFilesModel(Platform& platform) : platform_(platform) {}
 
     // The payload, in the running bundle.
-    [[nodiscard]] std::string getSharedSupportPathInBundleWithSuffix(const std::string& suffix) const;
+    [[nodiscard]] std::string getSharedSupportPathInBundleWithSuffix(
+        const std::string& suffix) const;
     [[nodiscard]] std::string getPlugInDirInBundle() const;
     [[nodiscard]] std::string getAutoLayerDirInBundle() const;
     [[nodiscard]] std::string getStandAloneAppsDirInBundle() const;

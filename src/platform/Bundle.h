@@ -17,8 +17,8 @@ class Bundle {
 
     /// The file NAME.TYPE of the bundle: the one of the user's language where there is one, else
     /// the one that all languages share; none when there is neither.
-    [[nodiscard]] virtual std::optional<std::string> resourcePath(const std::string& name,
-                                                                  const std::string& type) const = 0;
+    [[nodiscard]] virtual std::optional<std::string> resourcePath(
+        const std::string& name, const std::string& type) const = 0;
 
     /// The text under the key in the string table of the user's language; none when it is missing.
     [[nodiscard]] virtual std::optional<std::string> localizedString(

@@ -31,7 +31,8 @@ class ChildProcess {
     [[nodiscard]] virtual std::string availableData(Pipe pipe) = 0;
 
     /// Calls `handler` for each data notice of the pipe, until the handle is destroyed.
-    [[nodiscard]] virtual Subscription onDataAvailable(Pipe pipe, std::function<void()> handler) = 0;
+    [[nodiscard]] virtual Subscription onDataAvailable(Pipe pipe,
+                                                       std::function<void()> handler) = 0;
 
     /// Calls `handler` once when the process has ended.
     [[nodiscard]] virtual Subscription onTerminated(std::function<void()> handler) = 0;

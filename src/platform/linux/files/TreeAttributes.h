@@ -1,9 +1,9 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
 #include <system_error>
+
+#include <sys/types.h>
 
 #include "platform/linux/files/Location.h"
 

@@ -1,0 +1,43 @@
+#include "app/QuietInstallation.h"
+
+#include <string>
+
+#include "foundation/Format.h"
+#include "foundation/NotificationCenter.h"
+#include "hosts/HostsModel.h"
+#include "install/InstallFilesController.h"
+#include "install/PlugInFilesModel.h"
+#include "platform/Platform.h"
+#include "platform/SystemLog.h"
+
+namespace installer {
+
+namespace {
+
+std::string outcome(const InstallFilesController& controller, const std::string& logPath) {
+    const std::string count = std::to_string(controller.installedPaths().size());
+    if (controller.authDenied()) {
+        return formatted(
+            "Administrator rights were refused: the installation is not complete "
+            "(%@ items installed)",
+            {count});
+    }
+    if (controller.fileOpErrorOccurred()) {
+        return formatted("The installation is not complete (%@ items installed)", {count});
+    }
+    return formatted("The installation is complete (%@ items installed, listed in %@)",
+                     {count, logPath});
+}
+
+}  // namespace
+
+void installQuietly(Platform& platform) {
+    InstallFilesController controller(platform);
+    const HostsModel hosts(platform);
+    // Whoever starts a quiet installation wants the external editors too: nobody can be asked.
+    controller.install(hosts.foundHosts(), true);
+    platform.log.log(outcome(controller, PlugInFilesModel(platform).installerLogPath()));
+    platform.notifications.post({applicationWillTerminate, nullptr, {}});
+}
+
+}  // namespace installer

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "install/DecimalNumber.h"
+#include "install/DestinationFolders.h"
+#include "install/FileErrorAlerts.h"
+#include "install/FileInstaller.h"
+#include "install/InstallRun.h"
+#include "install/PrivilegedCommands.h"
+#include "install/ReplaceDecision.h"
+#include "wizard/StepController.h"
+
+namespace installer {
+
+class Bundle;
+class HostModel;
+class InstallFilesModel;
+struct FileAttributeChanges;
+
+/// The install step: runs the installation as soon as it is entered going forward, and moves on
+/// by itself when the run is over. `install` does the same run without a window; then there is no
+/// main controller, and announcements go nowhere. Main thread only.
+class InstallFilesController : public StepController, public HasInstallOutcome {
+  public:
+    /// `platform` outlives this object.
+    explicit InstallFilesController(Platform& platform);
+
+    // The step. While a run is going on no button may be pressed and no move is possible.
+    [[nodiscard]] bool enableForward() const override { return !copyInProgress_; }
+    [[nodiscard]] bool enableBackward() const override { return !copyInProgress_; }
+    [[nodiscard]] bool canProceed(std::int32_t direction) override;
+    void didProceed(std::int32_t direction) override;
+    void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
+                           MainController* mainController, std::int32_t direction) override;
+    /// The last run has ended without a failed item and without a refusal.
+    [[nodiscard]] bool successfulInstall() const override;
+
+    [[nodiscard]] bool copyInProgress() const { return copyInProgress_; }
+    [[nodiscard]] bool installComplete() const { return installComplete_; }
+    [[nodiscard]] bool authDenied() const { return run_.authDenied; }
+    [[nodiscard]] bool fileOpErrorOccurred() const { return run_.fileOpErrorOccurred; }
+    [[nodiscard]] const std::vector<std::string>& installedPaths() const {
+        return run_.installedPaths;
+    }
+
+    /// Told of the bytes of every copy, by the user and by the administrator; null for nobody.
+    /// Not owned.
+    void setProgressSink(ProgressSink* sink) { run_.setProgressSink(sink); }
+
+    /// One run in its fixed order: the disk mirror, the external editors when they are asked for,
+    /// the stale manifests, the application database, the hosts in list order, the installer log.
+    /// After the first failed item or a refusal no further host is installed. Leaves
+    /// `copyInProgress` true and the authorization in place: the step ends both.
+    void install(const std::vector<HostModel>& hosts, bool shouldConfigurePrismorExternalEditors);
+
+    /// Announces the change, and turns the event loop once so that the buttons show it.
+    void setInProgress(bool inProgress);
+    void setInstallComplete(bool complete) { installComplete_ = complete; }
+    /// Shows the text as the step's explanation, at once.
+    void setUIText(const std::string& text);
+
+    // What a run consists of; each is explained where it is done.
+    void installFiles();
+    void installFiles(const HostModel& host);
+    void configurePrismorExternalEditors();
+    void cleanManifests();
+    void runLsregister();
+    void logInstalledPaths();
+    void installSourceFiles(const std::vector<std::string>& sources, const std::string& toPath,
+                            bool isBundle, bool alwaysInstall);
+    void copyHostFilesFrom(const std::string& source, const std::string& to);
+    void ensureDirExists(const std::string& path);
+    void setAttributesRecursive(const std::string& path, const FileAttributeChanges& attributes);
+    [[nodiscard]] static std::optional<DecimalNumber> versionFromBundle(const Bundle& bundle);
+    [[nodiscard]] bool isFileOkToInstallByBundleVersion(const std::string& source,
+                                                        const std::string& alreadyThere) const;
+    [[nodiscard]] bool isFileOkToInstallByModificationTime(const std::string& source,
+                                                           const std::string& alreadyThere) const;
+    [[nodiscard]] static bool isFatalAuthCode(std::uint32_t code);
+    void showFileErrorUI(const std::string& path);
+    [[nodiscard]] bool fileManagerShouldProceedAfterError(const std::string& error,
+                                                          const std::string& path);
+
+  private:
+    [[nodiscard]] bool obtainAuthorization();
+    void willChange(std::initializer_list<const char*> properties);
+    void didChange(std::initializer_list<const char*> properties);
+
+    Platform& platform_;
+    InstallRun run_;
+    PrivilegedCommands commands_;
+    DestinationFolders folders_;
+    FileErrorAlerts errors_;
+    FileInstaller installer_;
+
+    bool copyInProgress_ = false;
+    bool installComplete_ = false;
+    std::shared_ptr<InstallFilesModel> model_;
+    std::shared_ptr<View> view_;
+    MainController* mainController_ = nullptr;
+};
+
+}  // namespace installer

@@ -1,0 +1,18 @@
+#include "platform/linux/ProcessSetup.h"
+
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace installer {
+
+void prepareProcess() {
+    int descriptor = ::open("/dev/null", O_RDWR);
+    // The lowest free descriptor is the one given, so this fills every gap below 3.
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::dup(descriptor);
+    if (descriptor >= 0) ::close(descriptor);
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+}  // namespace installer

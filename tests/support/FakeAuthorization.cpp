@@ -1,0 +1,93 @@
+#include "support/FakeAuthorization.h"
+
+#include <algorithm>
+
+namespace installer::test {
+
+namespace {
+
+class FakeTool : public PrivilegedTool {
+  public:
+    FakeTool(std::string output, std::size_t chunk, std::vector<std::string>& journal)
+        : output_(std::move(output)), chunk_(chunk), journal_(journal) {}
+
+    void waitUntilEnded() override { journal_.emplace_back("wait"); }
+
+    std::size_t readOutput(std::span<char> buffer) override {
+        const std::size_t size = std::min({buffer.size(), chunk_, output_.size()});
+        std::copy_n(output_.begin(), size, buffer.begin());
+        output_.erase(0, size);
+        return size;
+    }
+
+  private:
+    std::string output_;
+    std::size_t chunk_;
+    std::vector<std::string>& journal_;
+};
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string line;
+    for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
+    return line;
+}
+
+}  // namespace
+
+class FakeAuthorizations::Fake : public Authorization {
+  public:
+    explicit Fake(FakeAuthorizations& owner) : owner_(owner) {}
+    ~Fake() override { ++owner_.destroyed; }
+
+    bool obtain(std::uint32_t flags) override {
+        owner_.obtainedFlags.push_back(flags);
+        return owner_.obtainable;
+    }
+
+    PrivilegedLaunch execute(const std::string& tool,
+                             const std::vector<std::string>& arguments) override {
+        std::vector<std::string> command = {tool};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        owner_.journal_.push_back(joined(command));
+        const std::int32_t status = owner_.status ? owner_.status(command) : 0;
+        if (status != 0) return {status, nullptr};
+        if (!owner_.works || owner_.works(command)) owner_.perform(command);
+        std::string output = owner_.output ? owner_.output(command) : "";
+        return {0, std::make_unique<FakeTool>(std::move(output), owner_.chunk, owner_.journal_)};
+    }
+
+    void setProgressSink(ProgressSink* progress) override { owner_.progressSink = progress; }
+
+  private:
+    FakeAuthorizations& owner_;
+};
+
+std::unique_ptr<Authorization> FakeAuthorizations::create() {
+    ++created;
+    return std::make_unique<Fake>(*this);
+}
+
+void FakeAuthorizations::perform(const std::vector<std::string>& command) {
+    const std::string& tool = command.front();
+    const std::string& path = command.back();
+    if (tool == "/bin/mkdir") {
+        files_.makeFoldersAsAdministrator(path, 0775);
+    } else if (tool == "/bin/rm") {
+        files_.removeAsAdministrator(path);
+    } else if (tool == "/bin/cp") {
+        files_.copyAsAdministrator(command.at(2), path);
+    } else if (tool == "/usr/sbin/chown") {
+        const std::string& owner = command.at(2);
+        const std::size_t colon = owner.find(':');
+        files_.setOwnerAsAdministrator(path, owner.substr(0, colon), owner.substr(colon + 1));
+    } else if (tool == "/bin/chmod" || tool == "/usr/sbin/chmod") {
+        files_.setModeAsAdministrator(
+            path, static_cast<std::uint32_t>(std::stoul(command.at(2), nullptr, 8)));
+    } else if (tool == "/usr/bin/touch" && !files_.exists(path) &&
+               files_.exists(path.substr(0, path.rfind('/')))) {
+        files_.addFile(path);
+        files_.setOwnerAsAdministrator(path, "root", "root");
+    }
+}
+
+}  // namespace installer::test

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Authorization.h"
+#include "support/MemoryFileManager.h"
+
+namespace installer::test {
+
+/// Authorizations whose tools change a file system in memory as the real ones would, and write
+/// what they were asked into a journal as "tool argument argument ...".
+class FakeAuthorizations : public Authorizations {
+  public:
+    /// Both outlive this object.
+    FakeAuthorizations(MemoryFileManager& files, std::vector<std::string>& journal)
+        : files_(files), journal_(journal) {}
+
+    /// The status a launch gives; asked with the tool and its arguments. Without one, 0.
+    std::function<std::int32_t(const std::vector<std::string>&)> status;
+    /// Whether a tool that was launched does its work; without one, always.
+    std::function<bool(const std::vector<std::string>&)> works;
+    /// What a tool writes to its standard output; without one, nothing.
+    std::function<std::string(const std::vector<std::string>&)> output;
+    /// The largest number of bytes that one read of a tool's output gives.
+    std::size_t chunk = 4096;
+    /// What `obtain` answers.
+    bool obtainable = true;
+
+    int created = 0;    ///< authorizations made so far
+    int destroyed = 0;  ///< and of these, those that are gone
+    std::vector<std::uint32_t> obtainedFlags;
+    ProgressSink* progressSink = nullptr;
+
+    [[nodiscard]] std::unique_ptr<Authorization> create() override;
+
+  private:
+    class Fake;
+    void perform(const std::vector<std::string>& command);
+
+    MemoryFileManager& files_;
+    std::vector<std::string>& journal_;
+};
+
+}  // namespace installer::test

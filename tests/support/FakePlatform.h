@@ -1,0 +1,156 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "foundation/NotificationCenter.h"
+#include "platform/Alerts.h"
+#include "platform/ApplicationDatabase.h"
+#include "platform/Bundle.h"
+#include "platform/ChildProcess.h"
+#include "platform/Clock.h"
+#include "platform/EventLoop.h"
+#include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
+#include "platform/SearchPaths.h"
+#include "platform/SystemLog.h"
+#include "support/FakeAuthorization.h"
+#include "support/MemoryFileManager.h"
+#include "support/RecordingFileManager.h"
+
+namespace installer::test {
+
+/// A bundle made of values. Tables are named; a key that is not in them is missing.
+class FakeBundle : public Bundle {
+  public:
+    std::string folder = "/Installer.app";
+    std::map<std::string, std::map<std::string, std::string>> tables;
+    std::map<std::string, std::string> information;
+    std::map<std::string, std::string> resources;  ///< "license.txt" -> path
+
+    std::string resourcesFolder() const override { return folder + "/Contents/Resources"; }
+    std::string sharedSupportFolder() const override { return folder + "/Contents/SharedSupport"; }
+    std::optional<std::string> resourcePath(const std::string& name,
+                                            const std::string& type) const override;
+    std::optional<std::string> localizedString(const std::string& key,
+                                               const std::string& table) const override;
+    std::optional<std::string> informationValue(const std::string& key) const override;
+};
+
+/// Bundles by path: a path that is not among them is no bundle.
+class FakeBundles : public Bundles {
+  public:
+    std::map<std::string, std::map<std::string, std::string>> informationByPath;
+    std::unique_ptr<Bundle> open(const std::string& path) override;
+};
+
+/// User "tester" with the home /Users/tester on the running system, or on a volume when one is set.
+class FakeSearchPaths : public SearchPaths {
+  public:
+    std::string volume;  ///< such as "/Volumes/Other"; empty for the running system
+    std::optional<std::string> home = "/Users/tester";
+    std::vector<std::string> languages = {"en"};
+    std::string login = "tester";
+
+    std::string localApplicationSupportFolder() const override;
+    std::string localApplicationsFolder() const override;
+    std::optional<std::string> userApplicationSupportFolder() const override;
+    std::optional<std::string> userPreferencesFolder() const override;
+    std::string loginName() const override { return login; }
+    std::vector<std::string> preferredLanguages() const override { return languages; }
+    std::string onTargetVolume(const std::string& path) const override;
+    std::string asSeenOnTargetVolume(const std::string& path) const override;
+};
+
+class FakePreferencesStore : public PreferencesStore {
+  public:
+    std::map<std::pair<std::string, std::string>, PreferenceValue> values;
+    std::vector<std::string> synchronized;  ///< domains, in order
+    bool canWrite = true;
+
+    std::optional<PreferenceValue> value(const std::string& domain,
+                                         const std::string& key) override;
+    void setValue(const std::string& domain, const std::string& key,
+                  std::optional<PreferenceValue> value) override;
+    bool synchronize(const std::string& domain) override;
+};
+
+class RecordingLog : public SystemLog {
+  public:
+    std::vector<std::string> lines;
+    void log(std::string_view line) override { lines.emplace_back(line); }
+    [[nodiscard]] bool has(std::string_view line) const;
+};
+
+class RecordingAlerts : public Alerts {
+  public:
+    std::vector<Alert> shown;
+    std::size_t answer = 0;
+    std::size_t runModal(const Alert& alert) override;
+};
+
+class RecordingApplicationDatabase : public ApplicationDatabase {
+  public:
+    explicit RecordingApplicationDatabase(std::vector<std::string>& journal) : journal_(journal) {}
+    std::int32_t status = 0;
+    std::int32_t registerApplication(const std::string& path) override;
+
+  private:
+    std::vector<std::string>& journal_;
+};
+
+class RecordingClock : public Clock {
+  public:
+    std::vector<std::chrono::microseconds> sleeps;
+    std::function<void()> duringSleep;  ///< what happens on the disk meanwhile
+    void sleep(std::chrono::microseconds duration) override;
+};
+
+class CountingEventLoop : public EventLoop {
+  public:
+    int turns = 0;
+    std::function<void()> duringTurn;
+    void runUntilNow() override;
+    bool runOnce() override { return false; }
+};
+
+/// For code that never runs a tool as the user.
+class NoChildProcesses : public ChildProcesses {
+  public:
+    std::unique_ptr<ChildProcess> create(const std::string&,
+                                         const std::vector<std::string>&) override;
+};
+
+/// A whole platform of fakes over a file system in memory. What changes something, by the user or
+/// by the administrator, stands in `journal` in the order in which it happened.
+class FakePlatform {
+  public:
+    FakePlatform();
+
+    std::vector<std::string> journal;
+    MemoryFileManager memory;
+    RecordingFileManager files{memory, journal};
+    FakeAuthorizations authorizations{memory, journal};
+    NoChildProcesses processes;
+    CountingEventLoop eventLoop;
+    FakePreferencesStore preferences;
+    FakeBundle bundle;
+    FakeBundles bundles;
+    FakeSearchPaths searchPaths;
+    RecordingApplicationDatabase applications{journal};
+    RecordingAlerts alerts;
+    RecordingLog log;
+    RecordingClock clock;
+    NotificationCenter notifications;
+
+    Platform platform{files,  authorizations, processes,    eventLoop,    preferences,
+                      bundle, bundles,        searchPaths,  applications, alerts,
+                      log,    clock,          notifications};
+};
+
+}  // namespace installer::test

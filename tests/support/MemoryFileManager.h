@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/FileManager.h"
+
+namespace installer::test {
+
+/// A file system in memory that keeps the promises of `FileManager`. Folders list their entries in
+/// the order in which they were made. Owners are names, so tests can read them.
+class MemoryFileManager : public FileManager {
+  public:
+    struct Node {
+        FileType type = FileType::regular;
+        std::string contents = {};  ///< of a regular file, or a link's target
+        std::uint32_t permissions = 0644;
+        FileTime modificationDate = {};
+        std::string owner = "tester";
+        std::string group = "tester";
+        std::uint64_t order = 0;  ///< place among its siblings
+
+        friend bool operator==(const Node&, const Node&) = default;
+    };
+
+    MemoryFileManager();
+
+    // Making a scene. Missing folders above are made.
+    void addFile(const std::string& path, const std::string& contents = "",
+                 std::uint32_t permissions = 0644);
+    void addFolder(const std::string& path, std::uint32_t permissions = 0755);
+    void addLink(const std::string& path, const std::string& target);
+    void addOther(const std::string& path);
+    void setModificationDate(const std::string& path, FileTime date);
+
+    /// The user may change nothing in this folder and below it: every change there gives EACCES.
+    void makeUnwritable(const std::string& folder);
+
+    /// The entry at the path, or null. Does not follow links.
+    [[nodiscard]] const Node* node(const std::string& path) const;
+    /// All paths in the tree but the root, sorted.
+    [[nodiscard]] std::vector<std::string> paths() const;
+    /// The contents of a regular file; empty when there is none.
+    [[nodiscard]] std::string contents(const std::string& path) const;
+
+    // The same changes without asking for permission: what the administrator does.
+    std::error_code copyAsAdministrator(const std::string& source, const std::string& destination);
+    std::error_code removeAsAdministrator(const std::string& path);
+    void makeFoldersAsAdministrator(const std::string& folder, std::uint32_t permissions);
+    void setOwnerAsAdministrator(const std::string& path, const std::string& owner,
+                                 const std::string& group);
+    void setModeAsAdministrator(const std::string& path, std::uint32_t permissions);
+
+    bool exists(const std::string& path) override;
+    Result<std::vector<std::string>> list(const std::string& folder) override;
+    void walk(const std::string& folder, WalkDepth depth,
+              const std::function<void(const WalkEntry&)>& visit) override;
+    bool isPackage(const std::string& path) override;
+    std::error_code copy(const std::string& source, const std::string& destination,
+                         ProgressSink* progress) override;
+    std::error_code remove(const std::string& path) override;
+    std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
+    Result<FileAttributes> attributes(const std::string& path) override;
+    std::error_code setAttributes(const std::string& path,
+                                  const FileAttributeChanges& changes) override;
+    Result<std::string> read(const std::string& path, std::size_t limit) override;
+    std::error_code createFile(const std::string& path, std::string_view contents) override;
+    Result<std::unique_ptr<WritableFile>> openForWriting(const std::string& path) override;
+
+  private:
+    class OpenFile;
+
+    Node& add(const std::string& path, FileType type);
+    [[nodiscard]] Node* find(const std::string& path);
+    [[nodiscard]] bool mayChange(const std::string& path) const;
+    [[nodiscard]] std::vector<std::string> entriesOf(const std::string& folder) const;
+    [[nodiscard]] std::vector<std::string> treeOf(const std::string& path) const;
+
+    std::map<std::string, Node> nodes_;
+    std::set<std::string> unwritable_;
+    std::uint64_t nextOrder_ = 0;
+};
+
+}  // namespace installer::test

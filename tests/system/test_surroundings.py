@@ -1,0 +1,110 @@
+"""The quiet installation asks nothing of its surroundings, and starts nothing else by mistake."""
+
+import os
+import pty
+import subprocess
+import unittest
+
+from harness import TIME_LIMIT, Product, SystemTest, run
+
+
+class Surroundings(SystemTest):
+    def setUp(self):
+        super().setUp()
+        self.disk, self.environment = self.new_volume()
+        self.product = Product(self.scratch / "maker")
+        self.product.add("HD/Library/Application Support/Acme/Filters 2/readme.txt", "read me")
+        self.readme = self.disk.support("Acme/Filters 2/readme.txt")
+
+    def test_no_window_toolkit_and_no_display_library_is_loaded(self):
+        trace = self.scratch / "trace"
+        finished = subprocess.run(
+            ["strace", "-f", "-o", str(trace), "-e", "trace=openat,connect",
+             str(self.product.executable), "-quiet"],
+            env={**self.environment, "DISPLAY": ":0", "WAYLAND_DISPLAY": "wayland-0"},
+            capture_output=True, timeout=TIME_LIMIT, check=False, stdin=subprocess.DEVNULL)
+        self.assertEqual(finished.returncode, 0)
+        self.assertTrue(self.readme.exists())
+        for word in ("libQt", "libX11", "libxcb", "libwayland", "X11-unix", "wayland-0"):
+            self.assertNotIn(word, trace.read_text(errors="replace"), word)
+
+    def test_home_is_the_only_variable_that_it_needs(self):
+        self.assertEqual(set(self.environment), {"HOME", "INSTALLER_TARGET_VOLUME"})
+        self.assertEqual(run(self.product, environment=self.environment).status, 0)
+        self.assertTrue(self.readme.exists())
+
+    def test_closed_standard_streams_do_not_matter(self):
+        command = 'exec "$0" -quiet <&- >&- 2>&-'
+        finished = subprocess.run(["sh", "-c", command, str(self.product.executable)],
+                                  env=self.environment, timeout=TIME_LIMIT, check=False)
+        self.assertEqual(finished.returncode, 0)
+        self.assertEqual(self.readme.read_text(), "read me")
+
+    def test_a_reader_of_its_messages_that_goes_away_does_not_stop_it(self):
+        read_end, write_end = os.pipe()
+        os.close(read_end)
+        outcome = subprocess.run([str(self.product.executable), "-quiet"], env=self.environment,
+                                 stderr=write_end, stdin=subprocess.DEVNULL, timeout=TIME_LIMIT,
+                                 check=False)
+        os.close(write_end)
+        self.assertEqual(outcome.returncode, 0)
+        self.assertTrue(self.readme.exists())
+
+    def test_on_a_terminal_it_never_waits_for_input(self):
+        controller, terminal = pty.openpty()
+        finished = subprocess.run([str(self.product.executable), "-quiet"], env=self.environment,
+                                  stdin=terminal, stdout=terminal, stderr=terminal,
+                                  start_new_session=True, timeout=TIME_LIMIT, check=False)
+        os.close(terminal)
+        os.close(controller)
+        self.assertEqual(finished.returncode, 0)
+        self.assertTrue(self.readme.exists())
+
+    def test_further_arguments_are_ignored(self):
+        outcome = run(self.product, ("-quiet", "-verbose", "x"), self.environment)
+        self.assertEqual(outcome.status, 0)
+        self.assertTrue(self.readme.exists())
+
+    def test_anything_but_the_exact_first_argument_starts_the_window_which_is_not_there(self):
+        for arguments in ((), ("-QUIET",), ("--quiet",), ("x", "-quiet"), ("-quiet ",), ("",)):
+            with self.subTest(arguments):
+                outcome = run(self.product, arguments, self.environment)
+                self.assertNotEqual(outcome.status, 0)
+                self.assertIn("-quiet", outcome.messages)
+                self.assertFalse(self.readme.exists())
+
+    def test_an_executable_outside_a_bundle_says_so_and_ends_with_success_when_quiet(self):
+        alone = self.scratch / "Installer"
+        alone.write_bytes(self.product.executable.read_bytes())
+        alone.chmod(0o755)
+        finished = subprocess.run([str(alone), "-quiet"], env=self.environment,
+                                  capture_output=True, timeout=TIME_LIMIT, check=False, text=True,
+                                  stdin=subprocess.DEVNULL)
+        self.assertEqual(finished.returncode, 0)
+        self.assertIn("bundle", finished.stderr)
+
+    def test_an_alert_without_a_display_is_written_and_the_run_goes_on(self):
+        texts = {"install_error_title": "The title", "install_error_format_string": "Item: %@%@",
+                 "install_error_proceed": "Go on"}
+        self.product.write_texts(texts, {"company_name": "Acme", "product_name": "Filters 2"})
+        package = self.product.add_package("HD/Applications/Tool.app")
+        os.mkfifo(package / "pipe")
+        outcome = run(self.product, environment=self.environment)
+        self.assertEqual(outcome.status, 0)
+        self.assertIn("The title", outcome.messages)
+        self.assertIn(f"Item: {self.disk.at('/Applications/Tool.app')}", outcome.messages)
+        self.assertTrue(self.readme.exists())
+
+    def test_an_unprivileged_user_whom_nobody_can_ask_is_refused_without_waiting(self):
+        self.disk.at("/Library").chmod(0o777)
+        self.scratch.chmod(0o755)
+        os.chown(self.disk.home, 65534, 65534)
+        outcome = run(self.product, environment=self.environment, user=65534, group=65534,
+                      extra_groups=[])
+        self.assertEqual(outcome.status, 0)
+        self.assertIn("refused", outcome.messages)
+        self.assertFalse(self.disk.installer_log(self.product).exists())
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
