@@ -59,8 +59,8 @@ class QuietApplication {
     TextAlerts alerts_{log_};
     SystemClock clock_;
     NotificationCenter notifications_;
-    Platform platform_{files_,  authorizations_, processes_,   eventLoop_,    preferences_,
-                       bundle_, bundles_,        searchPaths_, applications_, alerts_,
+    Platform platform_{files_,  authorizations_, processes_,    eventLoop_,    preferences_,
+                       bundle_, bundles_,        searchPaths_,  applications_, alerts_,
                        log_,    clock_,          notifications_};
 };
 
