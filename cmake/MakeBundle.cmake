@@ -1,0 +1,31 @@
+# cmake -DBUNDLE=... -DRESOURCES=... -DPAYLOAD=... -DINSTALLER=... -DHELPER=... -P MakeBundle.cmake
+#
+# Fills a folder beside the bundle and swaps it in when it is complete, so a failed copy leaves the
+# bundle of the last build. Modes and times are kept, and symbolic links stay links.
+foreach(argument IN ITEMS BUNDLE RESOURCES PAYLOAD INSTALLER HELPER)
+    if(NOT DEFINED ${argument})
+        message(FATAL_ERROR "MakeBundle.cmake needs -D${argument}=...")
+    endif()
+endforeach()
+
+set(fresh "${BUNDLE}.new")
+set(contents "${fresh}/Contents")
+file(REMOVE_RECURSE "${fresh}")
+
+file(MAKE_DIRECTORY "${contents}/Resources")
+file(COPY "${RESOURCES}/" DESTINATION "${contents}/Resources" PATTERN "Info.plist" EXCLUDE)
+file(COPY "${RESOURCES}/Info.plist" DESTINATION "${contents}")
+
+# A payload without one of the two is a bundle that lacks it; the installer copes with that.
+if(EXISTS "${PAYLOAD}/files")
+    file(COPY "${PAYLOAD}/files" DESTINATION "${contents}/Resources")
+endif()
+if(EXISTS "${PAYLOAD}/SharedSupport")
+    file(COPY "${PAYLOAD}/SharedSupport" DESTINATION "${contents}")
+endif()
+
+set(executable OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+file(COPY "${INSTALLER}" "${HELPER}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
+
+file(REMOVE_RECURSE "${BUNDLE}")
+file(RENAME "${fresh}" "${BUNDLE}")

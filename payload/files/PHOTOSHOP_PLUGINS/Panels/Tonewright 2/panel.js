@@ -1,0 +1,3 @@
+document.getElementById("run").onclick = function () {
+    window.runScript("Tonewright 2.jsx");
+};

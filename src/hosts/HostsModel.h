@@ -1,0 +1,64 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/HostModel.h"
+#include "wizard/StepModel.h"
+
+namespace installer {
+
+struct Platform;
+
+/// The host-selection step's model: the hosts of this machine, found when the model is made, and
+/// the step's texts. Only Photoshop is looked for, Elements excepted; other kinds of hosts come in
+/// at run time.
+class HostsModel : public StepModel {
+  public:
+    /// Searches the machine. Blocks for up to one and a half seconds for each paths file that
+    /// cannot be opened. The platform is not kept.
+    explicit HostsModel(Platform& platform);
+
+    /// Every host that was discovered or added, installed or not, in that order. A release that
+    /// has both a paths file and a settings file is there twice.
+    [[nodiscard]] const std::vector<HostModel>& hostsArray() const { return hostsArray_; }
+
+    /// The installed hosts in display order; those of equal order in the order of discovery.
+    /// Empty when a host of the list cannot be asked for either.
+    [[nodiscard]] std::vector<HostModel> foundHosts() const;
+
+    /// The hosts whose scripts and panels a custom install could take over: none, whatever is
+    /// installed. A custom install installs the plug-in only.
+    [[nodiscard]] std::vector<HostModel> scriptsOrPanelsHosts() const;
+
+    void addHostAtRuntime(HostModel host);
+    /// Removes every entry that is this very host.
+    void removeHostAtRuntime(const HostModel& host);
+
+    [[nodiscard]] std::optional<std::string> mainLabelText() const override;
+    [[nodiscard]] std::string stepIndicatorLabelText() const override;
+    [[nodiscard]] std::string informativeText() const override;
+    [[nodiscard]] const std::string& customInstallBrowseButtonText() const;
+    [[nodiscard]] const std::string& customInstallPathLabelText() const;
+    [[nodiscard]] const std::string& customInstallButtonText() const;
+    [[nodiscard]] const std::string& customInstallCheckBoxText() const;
+    [[nodiscard]] const std::string& customInstallHostsExplanationText() const;
+
+  private:
+    void discoverHosts(Platform& platform);
+    void addHostOfPathsFile(Platform& platform, const std::string& path);
+    void addHostOfSettingsFile(Platform& platform, const std::string& name);
+
+    std::string mainLabelText_;
+    std::string stepIndicatorLabelText_;
+    std::vector<HostModel> hostsArray_;
+    std::string informativeText_;
+    std::string customInstallBrowseButtonText_;
+    std::string customInstallPathLabelText_;
+    std::string customInstallButtonText_;
+    std::string customInstallCheckBoxText_;
+    std::string customInstallHostsExplanationText_;
+};
+
+}  // namespace installer

@@ -1,0 +1,174 @@
+#include "platform/linux/UserFiles.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "foundation/Paths.h"
+#include "foundation/Result.h"
+#include "foundation/Text.h"
+#include "platform/linux/files/FileDescriptor.h"
+
+namespace installer {
+
+namespace {
+
+constexpr mode_t folderMode = 0755;
+constexpr mode_t fileMode = 0644;
+
+struct Owner {
+    uid_t user = 0;
+    gid_t group = 0;
+};
+
+std::error_code systemError(int number) {
+    return {number, std::system_category()};
+}
+std::error_code lastError() {
+    return systemError(errno);
+}
+
+/// A folder that something is about to be made in.
+struct Folder {
+    FileDescriptor descriptor;
+    bool insideHome = false;  ///< below the home folder, with no link between
+};
+
+/// To whom new entries belong; none where that is whoever this process runs as anyway.
+std::optional<Owner> ownerOfNewEntries(const std::optional<std::string>& home) {
+    struct stat status{};
+    if (::geteuid() != 0 || !home || ::stat(home->c_str(), &status) != 0) return std::nullopt;
+    if (status.st_uid == 0) return std::nullopt;
+    return Owner{status.st_uid, status.st_gid};
+}
+
+std::error_code giveAway(int entry, const Folder& folder, const std::optional<Owner>& owner) {
+    if (!owner) return {};
+    struct stat status{};
+    if (::fstat(folder.descriptor.get(), &status) != 0) return lastError();
+    if (!folder.insideHome && status.st_uid != owner->user) return {};
+    return ::fchown(entry, owner->user, owner->group) == 0 ? std::error_code() : lastError();
+}
+
+std::error_code makeFolder(Folder& parent, const std::string& name,
+                           const std::optional<Owner>& owner) {
+    if (::mkdirat(parent.descriptor.get(), name.c_str(), folderMode) != 0) return lastError();
+    FileDescriptor made(::openat(parent.descriptor.get(), name.c_str(),
+                                 O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!made) return lastError();
+    if (const auto error = giveAway(made.get(), parent, owner)) return error;
+    parent.descriptor = std::move(made);
+    return {};
+}
+
+std::error_code enterFolder(Folder& folder, const std::string& name,
+                            const std::optional<Owner>& owner) {
+    constexpr int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    const int parent = folder.descriptor.get();
+    FileDescriptor entered(::openat(parent, name.c_str(), flags | O_NOFOLLOW));
+    if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
+    if (!entered) {
+        entered.reset(::openat(parent, name.c_str(), flags));
+        if (!entered) return lastError();
+        folder.insideHome = false;
+    }
+    folder.descriptor = std::move(entered);
+    return {};
+}
+
+Result<Folder> openFolder(const std::string& path, const std::optional<std::string>& home,
+                          const std::optional<Owner>& owner) {
+    Folder folder;
+    std::string below = path;
+    if (home && (path == *home || path.starts_with(*home + "/"))) {
+        folder.descriptor.reset(::open(home->c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        folder.insideHome = static_cast<bool>(folder.descriptor);
+        if (folder.insideHome) below = path.substr(home->size());
+    }
+    if (!folder.descriptor) folder.descriptor.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.descriptor) return lastError();
+    for (const auto& component : split(below, '/')) {
+        if (component.empty() || component == ".") continue;
+        if (component == "..") folder.insideHome = false;
+        if (const auto error = enterFolder(folder, component, owner)) return error;
+    }
+    return folder;
+}
+
+Result<std::string> temporaryName() {
+    std::uint64_t number = 0;
+    if (::getrandom(&number, sizeof number, 0) != sizeof number) return lastError();
+    std::array<char, 40> name{};
+    std::snprintf(name.data(), name.size(), ".installer-%016jx",
+                  static_cast<std::uintmax_t>(number));
+    return std::string(name.data());
+}
+
+std::error_code writeAll(int file, std::string_view contents) {
+    while (!contents.empty()) {
+        const ssize_t count = ::write(file, contents.data(), contents.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return lastError();
+        contents.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+/// Gives the new file what the old one had.
+std::error_code inherit(int file, const struct stat& old) {
+    struct stat status{};
+    if (::fstat(file, &status) != 0) return lastError();
+    const bool differs = status.st_uid != old.st_uid || status.st_gid != old.st_gid;
+    // Only root can hand a file on; for others the file becomes their own, as a new one would be.
+    if (differs && ::fchown(file, old.st_uid, old.st_gid) != 0 && ::geteuid() == 0)
+        return lastError();
+    return ::fchmod(file, old.st_mode & 0777) == 0 ? std::error_code() : lastError();
+}
+
+std::error_code prepare(int file, const Folder& folder, const std::string& name,
+                        const std::optional<Owner>& owner) {
+    struct stat old{};
+    const int found = ::fstatat(folder.descriptor.get(), name.c_str(), &old, AT_SYMLINK_NOFOLLOW);
+    if (found == 0 && S_ISREG(old.st_mode)) return inherit(file, old);
+    if (::fchmod(file, fileMode) != 0) return lastError();
+    return giveAway(file, folder, owner);
+}
+
+}  // namespace
+
+UserFiles::UserFiles(std::optional<std::string> homeFolder) : home_(std::move(homeFolder)) {
+    if (home_ && !home_->starts_with('/')) home_.reset();
+    if (home_) home_ = withSingleSeparators(*home_);
+}
+
+std::error_code UserFiles::replace(const std::string& path, std::string_view contents,
+                                   Durability durability) const {
+    if (!path.starts_with('/') || path.find('\0') != std::string::npos) return systemError(ENOENT);
+    const auto owner = ownerOfNewEntries(home_);
+    const auto folder = openFolder(withSingleSeparators(parentPath(path)), home_, owner);
+    if (!folder) return folder.error();
+    const auto temporary = temporaryName();
+    if (!temporary) return temporary.error();
+    const int parent = folder.value().descriptor.get();
+    const FileDescriptor file(::openat(parent, temporary.value().c_str(),
+                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!file) return lastError();
+
+    const std::string name = lastPathComponent(path);
+    std::error_code error = prepare(file.get(), folder.value(), name, owner);
+    if (!error) error = writeAll(file.get(), contents);
+    if (!error && durability == Durability::atOnce && ::fsync(file.get()) != 0) error = lastError();
+    if (!error && ::renameat(parent, temporary.value().c_str(), parent, name.c_str()) != 0)
+        error = lastError();
+    if (error) ::unlinkat(parent, temporary.value().c_str(), 0);
+    return error;
+}
+
+}  // namespace installer

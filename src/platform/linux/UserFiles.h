@@ -1,0 +1,38 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include <sys/types.h>
+
+namespace installer {
+
+/// Writes small files into the user's own folders.
+///
+/// Run as root with the user's HOME (as `sudo` can be told to), new files and folders are given to
+/// the owner of the home folder: settings that only root can change would lock the user out. What
+/// is reached through a link that leads out of the home folder is given away only where the folder
+/// that it is made in belongs to that user already.
+class UserFiles {
+  public:
+    enum class Durability {
+        whenConvenient,  ///< the system writes it to the disk in its own time
+        atOnce,          ///< on the disk before the old file is replaced
+    };
+
+    explicit UserFiles(std::optional<std::string> homeFolder);
+
+    /// Makes the file with the contents, or replaces an existing one, which hands on its owner and
+    /// permissions. Makes the missing folders above it. Atomic: the path holds the old file or the
+    /// whole new one. Does not follow links: a link at the path is replaced. A failure leaves what
+    /// was there, and the folders made so far.
+    [[nodiscard]] std::error_code replace(const std::string& path, std::string_view contents,
+                                          Durability durability) const;
+
+  private:
+    std::optional<std::string> home_;
+};
+
+}  // namespace installer

@@ -1,0 +1,62 @@
+#!/usr/bin/env python3
+"""Proves that the two checks beside this file find what they are there to find.
+
+fixtures/includes/good and fixtures/texts/good keep every rule. Each folder below bad/ breaks one:
+its expected.txt holds the lines that the check must print, no more and no fewer.
+"""
+
+import pathlib
+import subprocess
+import sys
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+
+
+def run(check, *folders):
+    return subprocess.run(
+        [sys.executable, "-B", HERE / check, *folders], capture_output=True, text=True, check=False
+    )
+
+
+class Rules(unittest.TestCase):
+    def assertKeepsTheRules(self, check, fixtures):
+        result = run(check, fixtures / "good")
+        self.assertEqual((0, ""), (result.returncode, result.stderr), result.stdout)
+
+    def assertEachIsFound(self, check, fixtures):
+        cases = sorted((fixtures / "bad").iterdir())
+        self.assertTrue(cases)
+        for case in cases:
+            with self.subTest(case.name):
+                expected = (case / "expected.txt").read_text(encoding="utf-8")
+                self.assertTrue(expected)
+                result = run(check, case)
+                self.assertEqual((expected, 1), (result.stdout, result.returncode), result.stderr)
+
+    def test_sources_that_keep_the_include_rules_pass(self):
+        self.assertKeepsTheRules("include_rules.py", HERE / "fixtures/includes")
+
+    def test_each_broken_include_rule_is_found(self):
+        self.assertEachIsFound("include_rules.py", HERE / "fixtures/includes")
+
+    def test_a_folder_without_sources_is_not_taken_for_good_sources(self):
+        self.assertEqual(1, run("include_rules.py", HERE / "no such folder").returncode)
+
+    def test_languages_that_agree_pass(self):
+        self.assertKeepsTheRules("text_rules.py", HERE / "fixtures/texts")
+
+    def test_each_difference_between_languages_is_found(self):
+        self.assertEachIsFound("text_rules.py", HERE / "fixtures/texts")
+
+    def test_a_text_that_the_sources_ask_for_and_no_language_has_is_found(self):
+        languages = HERE / "fixtures/texts/good"
+        asking = HERE / "fixtures/look-ups"
+        self.assertEqual(0, run("text_rules.py", languages, asking / "good").returncode)
+        result = run("text_rules.py", languages, asking / "bad")
+        expected = (asking / "bad/expected.txt").read_text(encoding="utf-8")
+        self.assertEqual((expected, 1), (result.stdout, result.returncode), result.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
