@@ -5,11 +5,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <ftw.h>
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -17,6 +15,8 @@
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+#include "platform/linux/files/TreeRemoval.h"
 
 namespace installer::tests {
 
@@ -26,10 +26,6 @@ constexpr uid_t nobody = 65534;
 
 void expectDone(bool done, const char* what, const std::string& path) {
     EXPECT_TRUE(done) << what << " " << path << ": " << std::strerror(errno);
-}
-
-int makeUsable(const char* path, const struct stat*, int type, FTW*) {
-    return type == FTW_D || type == FTW_DNR ? chmod(path, S_IRWXU) : 0;
 }
 
 void writeAnswer(int pipe, const std::string& answer) {
@@ -78,10 +74,10 @@ Disk::Disk() {
     chmod(path_.c_str(), 0777);
 }
 
+// Takes what the standard library's way cannot: locked folders, and very deep ones.
 Disk::~Disk() {
-    nftw(path_.c_str(), makeUsable, 16, FTW_PHYS);
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    const auto error = removeTree(path_, LinkPolicy::follow);
+    EXPECT_FALSE(error) << path_ << " is left: " << error.message();
 }
 
 std::string Disk::path(const std::string& name) const {
