@@ -38,9 +38,8 @@ bool isAdobeFile(const std::string& name, std::string_view purpose) {
 /// The custom folder that an earlier run remembered.
 std::optional<UnknownHostModel> rememberedCustomHost(Platform& platform) {
     const BundleUserDefaults defaults(platform, "com.quarrytone.installer");
-    const std::optional<PreferenceValue> path = defaults.objectForKey("customPath");
-    if (path && std::holds_alternative<std::string>(*path)) {
-        return UnknownHostModel(platform, std::get<std::string>(*path));
+    if (const std::optional<std::string> path = defaults.stringForKey("customPath")) {
+        return UnknownHostModel(platform, *path);
     }
     if (defaults.objectForKey("customPath64")) return UnknownHostModel(platform, "");
     return std::nullopt;

@@ -25,9 +25,8 @@ std::string userApplicationSupport(const Platform& platform, const std::string& 
 /// volume and were written by the system there, so the folder is meant on it.
 std::optional<std::string> userFolderFromSettings(Platform& platform) {
     const BundleUserDefaults defaults(platform, folderName(platform.bundle, "app_plist"));
-    const std::optional<PreferenceValue> value = defaults.objectForKey("User Folder");
-    const auto* folder = value ? std::get_if<std::string>(&*value) : nullptr;
-    if (folder == nullptr || !folder->starts_with('/')) return std::nullopt;
+    const std::optional<std::string> folder = defaults.stringForKey("User Folder");
+    if (!folder || !folder->starts_with('/')) return std::nullopt;
     return platform.searchPaths.onTargetVolume(*folder);
 }
 

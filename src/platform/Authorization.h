@@ -14,6 +14,7 @@ namespace installer {
 namespace authorization_status {
 inline constexpr std::int32_t denied = -60005;  ///< refused, nobody to ask, or the helper was lost
 inline constexpr std::int32_t canceled = -60006;  ///< the person asked pressed Cancel
+inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
 }  // namespace authorization_status
 
 /// A tool that was started as the administrator. Destroying it neither waits for nor ends it.
@@ -27,6 +28,10 @@ class PrivilegedTool {
     /// Reads what the tool wrote to its standard output: some bytes, at least one, or 0 at the
     /// end. Blocks until there is one or the other.
     [[nodiscard]] virtual std::size_t readOutput(std::span<char> buffer) = 0;
+
+    /// 0, or `denied` once it is known that whoever ran the tool was lost before the tool's end.
+    /// The exit status of a tool that ended shows nowhere.
+    [[nodiscard]] virtual std::int32_t status() const { return 0; }
 };
 
 /// What a start as the administrator gave: `tool` is there when `status` is 0.

@@ -19,17 +19,24 @@ MAY_INCLUDE = {
     "install": {"hosts", "install", "steps", "wizard", "platform", "foundation"},
     "steps": {"hosts", "install", "steps", "wizard", "platform", "foundation"},
     "app": {"app", "hosts", "install", "steps", "wizard", "platform", "foundation"},
-    "platform/linux": {"platform/linux", "helper", "platform", "foundation"},
+    "platform/linux": {
+        "platform/linux",
+        "platform/linux/files",
+        "helper",
+        "platform",
+        "foundation",
+    },
+    "platform/linux/files": {"platform/linux/files", "platform", "foundation"},
     "platform/qt": {"platform/qt", "platform", "foundation"},
-    "helper": {"helper", "platform/linux", "platform", "foundation"},
+    "helper": {"helper", "platform/linux", "platform/linux/files", "platform", "foundation"},
 }
 
 # Composition: the one file that knows which adapters are used.
 COMPOSITION = "app/main.cpp"
-ADAPTERS = {"platform/linux", "platform/qt"}
+ADAPTERS = {"platform/linux", "platform/linux/files", "platform/qt"}
 
 # Parts that talk to the operating system, with its headers and with system libraries.
-SYSTEM_PARTS = {"platform/linux", "helper"}
+SYSTEM_PARTS = {"platform/linux", "platform/linux/files", "helper"}
 TOOLKIT_PART = "platform/qt"
 
 # The headers of the C++20 standard library. Those that reach files, processes or terminals past
@@ -53,9 +60,13 @@ INCLUDE = re.compile(r'^\s*#\s*(?:include|include_next|import)\s*(?:<([^>]*)>|"(
 def part_of(path):
     """The part of the sources that a path such as "platform/linux/files/X.h" belongs to."""
     folders = path.split("/")[:-1]
-    if folders[:1] == ["platform"]:
-        return "/".join(folders[:2])
-    return folders[0] if folders else ""
+    # Only the files directly in platform/ are interfaces: a folder there needs a rule of its own.
+    least = 2 if folders[:1] == ["platform"] and len(folders) > 1 else 1
+    for length in range(len(folders), least - 1, -1):
+        part = "/".join(folders[:length])
+        if part in MAY_INCLUDE:
+            return part
+    return "/".join(folders)
 
 
 def is_toolkit(header):

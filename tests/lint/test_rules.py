@@ -13,9 +13,9 @@ import unittest
 HERE = pathlib.Path(__file__).resolve().parent
 
 
-def run(check, folder):
+def run(check, *folders):
     return subprocess.run(
-        [sys.executable, HERE / check, folder], capture_output=True, text=True, check=False
+        [sys.executable, "-B", HERE / check, *folders], capture_output=True, text=True, check=False
     )
 
 
@@ -48,6 +48,14 @@ class Rules(unittest.TestCase):
 
     def test_each_difference_between_languages_is_found(self):
         self.assertEachIsFound("text_rules.py", HERE / "fixtures/texts")
+
+    def test_a_text_that_the_sources_ask_for_and_no_language_has_is_found(self):
+        languages = HERE / "fixtures/texts/good"
+        asking = HERE / "fixtures/look-ups"
+        self.assertEqual(0, run("text_rules.py", languages, asking / "good").returncode)
+        result = run("text_rules.py", languages, asking / "bad")
+        expected = (asking / "bad/expected.txt").read_text(encoding="utf-8")
+        self.assertEqual((expected, 1), (result.stdout, result.returncode), result.stderr)
 
 
 if __name__ == "__main__":

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""text_rules.py RESOURCES: checks that all languages of a bundle's resources say the same things.
+"""text_rules.py RESOURCES [SRC]: checks that all languages of a bundle say the same things.
 
 Every LANG.lproj folder must hold the same files; a .strings table the same keys with the same
-arguments; an .rtf or .txt page the same %NAME% marks. Prints one line per fault and ends with
+arguments; an .rtf or .txt page the same %NAME% marks. With SRC, the tables must also hold every
+key that the sources below that folder ask for by name. Prints one line per fault and ends with
 status 1 when there is any.
 """
 
@@ -12,6 +13,12 @@ import sys
 
 TOKEN = re.compile(r'\s+|/\*.*?\*/|//[^\n]*|"((?:[^"\\]|\\.)*)"|([=;])', re.DOTALL)
 ARGUMENT = re.compile(r"%(?:(\d+)\$)?@|%%|(%)")
+LOOK_UP = re.compile(r'\b(localizedText|installerText|folderName)\(\s*[\w.()]+\s*,\s*"([^"]+)"')
+TABLE_OF_LOOK_UP = {
+    "localizedText": "Localizable.strings",
+    "installerText": "installer.strings",
+    "folderName": "installer.strings",
+}
 MARK = re.compile(r"%[A-Z]+%")
 
 # Texts that a name follows directly: without the blank the two would run together.
@@ -123,10 +130,29 @@ def faults_of(resources):
     return faults
 
 
+def look_up_faults(resources, source):
+    """The keys that the sources ask for and a language does not have."""
+    asked = set()
+    for file in source.rglob("*.cpp"):
+        for function, key in LOOK_UP.findall(file.read_text(encoding="utf-8")):
+            asked.add((TABLE_OF_LOOK_UP[function], key))
+    if not asked:
+        return [f"{source}: no source there asks for a text"]
+    faults = []
+    for folder in sorted(resources.glob("*.lproj")):
+        for table, key in sorted(asked):
+            if key not in read(folder / table):
+                faults.append(f'{folder.name}/{table}: the sources ask for "{key}"')
+    return faults
+
+
 def main():
-    if len(sys.argv) != 2:
+    if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
-    faults = faults_of(pathlib.Path(sys.argv[1]))
+    resources = pathlib.Path(sys.argv[1])
+    faults = faults_of(resources)
+    if not faults and len(sys.argv) == 3:
+        faults = look_up_faults(resources, pathlib.Path(sys.argv[2]))
     print("\n".join(faults) if faults else "All languages say the same things.")
     sys.exit(1 if faults else 0)
 

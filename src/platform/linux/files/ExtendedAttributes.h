@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+#include "foundation/Result.h"
+
+namespace installer {
+
+/// Copies the extended attributes of an opened file or folder to another, and tells how many.
+/// Those in the "user." name space must arrive; of the others, which belong to the system, those
+/// that this process may set on that file system.
+[[nodiscard]] Result<std::size_t> copyExtendedAttributes(int source, int destination);
+
+}  // namespace installer

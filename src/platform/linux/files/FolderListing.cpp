@@ -1,0 +1,53 @@
+#include "platform/linux/files/FolderListing.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "platform/linux/files/SystemError.h"
+
+namespace installer {
+
+namespace {
+
+constexpr std::size_t bufferSize = 32768;
+
+void appendEntries(std::vector<FolderEntry>& entries, const char* bytes, std::size_t count) {
+    std::size_t offset = 0;
+    while (offset < count) {
+        const auto* entry = reinterpret_cast<const dirent64*>(bytes + offset);
+        const std::string_view name(entry->d_name);
+        if (name != "." && name != "..") entries.push_back({std::string(name), entry->d_type});
+        offset += entry->d_reclen;
+    }
+}
+
+}  // namespace
+
+Result<std::vector<FolderEntry>> listFolder(int folder) {
+    std::vector<FolderEntry> entries;
+    alignas(dirent64) std::array<char, bufferSize> buffer;
+    for (;;) {
+        const auto count = getdents64(folder, buffer.data(), buffer.size());
+        if (count < 0) return systemError();
+        if (count == 0) break;
+        appendEntries(entries, buffer.data(), static_cast<std::size_t>(count));
+    }
+    for (auto& entry : entries) {
+        if (entry.type != DT_UNKNOWN) continue;
+        if (const auto type = entryType(folder, entry.name)) entry.type = type.value();
+    }
+    return entries;
+}
+
+Result<unsigned char> entryType(int parent, const std::string& name) {
+    struct stat status = {};
+    if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return systemError();
+    return static_cast<unsigned char>(IFTODT(status.st_mode));
+}
+
+}  // namespace installer

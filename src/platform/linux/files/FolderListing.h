@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "foundation/Result.h"
+
+namespace installer {
+
+/// One entry of a folder: its name and what it is (DT_REG, DT_DIR, DT_LNK ... of <dirent.h>).
+struct FolderEntry {
+    std::string name;
+    unsigned char type = 0;
+};
+
+/// Reads the whole folder from a descriptor opened for reading, "." and ".." left out, in the file
+/// system's own order. DT_UNKNOWN remains only for what vanished meanwhile.
+[[nodiscard]] Result<std::vector<FolderEntry>> listFolder(int folder);
+
+/// What the entry is, as a DT_ constant; links are not followed.
+[[nodiscard]] Result<unsigned char> entryType(int parent, const std::string& name);
+
+}  // namespace installer

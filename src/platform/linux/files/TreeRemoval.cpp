@@ -1,0 +1,26 @@
+#include "platform/linux/files/TreeRemoval.h"
+
+#include <dirent.h>
+#include <unistd.h>
+
+#include "platform/linux/files/FolderListing.h"
+#include "platform/linux/files/SystemError.h"
+#include "platform/linux/files/Temporary.h"
+
+namespace installer {
+
+std::error_code removeTree(const std::string& path, LinkPolicy policy) {
+    const auto location = locate(path, policy);
+    if (!location) return location.error();
+    const int parent = location.value().parent.get();
+    const std::string& name = location.value().name;
+    const auto type = entryType(parent, name);
+    if (!type) return type.error();
+    if (type.value() != DT_DIR) {
+        return unlinkat(parent, name.c_str(), 0) == 0 ? std::error_code() : systemError();
+    }
+    auto aside = Temporary::moveAside(parent, name);
+    return aside ? aside.value().remove() : aside.error();
+}
+
+}  // namespace installer

@@ -1,0 +1,69 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "hosts/HostLists.h"
+#include "support/FakePlatform.h"
+
+namespace installer {
+
+namespace {
+
+using test::FakePlatform;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HostLists : public testing::Test {
+  protected:
+    HostModel photoshop(const std::string& name) {
+        return PhotoshopHostModel::initWithHostName(fake_.platform, name);
+    }
+
+    FakePlatform fake_;
+    HostModel lightRoom_ = LightRoomHostModel(fake_.platform, "Lightroom 5");
+    HostModel aperture_ = ApertureHostModel(fake_.platform, "Aperture 3");
+    HostModel fireworks_ = FireworksHostModel(fake_.platform, "Adobe Fireworks CS6");
+    HostModel custom_ = UnknownHostModel(fake_.platform, "/My Plug-Ins");
+};
+
+TEST_F(HostLists, KeepTheHostsThatAnswerYesInOrder) {
+    const HostModel newest = photoshop("Adobe Photoshop CC 2019");
+    const HostModel oldest = photoshop("Adobe Photoshop CS3");
+    const auto answering = hostsAnsweringYes({custom_, newest, lightRoom_, oldest, fireworks_},
+                                             "shouldInstallScripts");
+    ASSERT_TRUE(answering);
+    EXPECT_THAT(*answering, ElementsAre(newest, oldest));
+}
+
+TEST_F(HostLists, FailToFilterWhenOneHostDoesNotAnswer) {
+    EXPECT_FALSE(hostsAnsweringYes({custom_, fireworks_}, "hostIsSelected"));
+    EXPECT_FALSE(hostsAnsweringYes({fireworks_, lightRoom_}, "shouldInstallPlugIns"));
+    EXPECT_FALSE(hostsAnsweringYes({custom_}, "bogus"));
+}
+
+TEST_F(HostLists, AnEmptyListAnswersEveryQuestion) {
+    const auto answering = hostsAnsweringYes({}, "bogus");
+    ASSERT_TRUE(answering);
+    EXPECT_THAT(*answering, IsEmpty());
+    const auto sorted = sortedByDisplaySortOrder({});
+    ASSERT_TRUE(sorted);
+    EXPECT_THAT(*sorted, IsEmpty());
+}
+
+TEST_F(HostLists, SortAscendingAndStably) {
+    const HostModel bareCC = photoshop("Adobe Photoshop CC");
+    const HostModel newest = photoshop("Adobe Photoshop CC 2019");
+    const HostModel older = photoshop("Adobe Photoshop CC 2015");
+    const auto sorted =
+        sortedByDisplaySortOrder({older, custom_, aperture_, newest, lightRoom_, bareCC});
+    ASSERT_TRUE(sorted);
+    EXPECT_THAT(*sorted, ElementsAre(bareCC, aperture_, lightRoom_, custom_, newest, older));
+}
+
+TEST_F(HostLists, FailToSortWhenOneHostHasNoOrder) {
+    EXPECT_FALSE(sortedByDisplaySortOrder({custom_, fireworks_, lightRoom_}));
+    EXPECT_FALSE(sortedByDisplaySortOrder({fireworks_}));
+}
+
+}  // namespace
+
+}  // namespace installer
