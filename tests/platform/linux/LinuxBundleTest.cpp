@@ -251,6 +251,13 @@ TEST_F(LinuxBundlesTest, OpensAFolderWhosePropertyListIsBroken) {
     EXPECT_TRUE(bundles_.open(disk_.at("Fifo")));
 }
 
+TEST_F(LinuxBundlesTest, OpensAPackageWithoutAPropertyList) {
+    const auto bundle = bundles_.open(disk_.addFolder("Empty.plugin"));
+    ASSERT_TRUE(bundle);
+    EXPECT_EQ(bundle->informationValue("CFBundleVersion"), std::nullopt);
+    EXPECT_THAT(log_.lines, IsEmpty());
+}
+
 TEST_F(LinuxBundlesTest, OpensNothingElse) {
     EXPECT_FALSE(bundles_.open(disk_.addFolder("folder")));
     EXPECT_FALSE(bundles_.open(disk_.add("file.app", "text")));
