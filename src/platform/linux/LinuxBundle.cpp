@@ -16,8 +16,8 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t largestTable = 16 * 1024 * 1024;
-constexpr std::size_t largestInformation = 4 * 1024 * 1024;
+constexpr std::size_t largestTable = std::size_t{16} << 20;
+constexpr std::size_t largestInformation = std::size_t{4} << 20;
 constexpr std::string_view languageSuffix = ".lproj";
 
 /// A path with a NUL names nothing, never what stands before the NUL.

@@ -34,11 +34,11 @@ class BinaryWalk {
         constexpr std::size_t trailerSize = 32;
         if (bytes_.size() < trailerSize) return true;
         const std::size_t trailer = bytes_.size() - trailerSize;
-        offsetSize_ = *number(trailer + 6, 1);
-        referenceSize_ = *number(trailer + 7, 1);
-        count_ = *number(trailer + 8, 8);
-        const std::uint64_t root = *number(trailer + 16, 8);
-        table_ = *number(trailer + 24, 8);
+        offsetSize_ = number(trailer + 6, 1).value_or(0);
+        referenceSize_ = number(trailer + 7, 1).value_or(0);
+        count_ = number(trailer + 8, 8).value_or(0);
+        const std::uint64_t root = number(trailer + 16, 8).value_or(0);
+        table_ = number(trailer + 24, 8).value_or(0);
         return visit(root);
     }
 
