@@ -528,7 +528,7 @@ TEST_F(InstallFilesControllerTest, ItsOperationsAreThoseOfTheEngine) {
     memory.addFile("/s/a");
     controller.ensureDirExists("/one/two");
     EXPECT_TRUE(memory.exists("/one/two"));
-    controller.setAttributesRecursive("/s", {.group = "staff"});
+    controller.setAttributesRecursive("/s", {.owner = {}, .group = "staff", .permissions = {}});
     EXPECT_EQ(memory.node("/s/a")->group, "staff");
     EXPECT_TRUE(InstallFilesController::isFatalAuthCode(5530));
     EXPECT_FALSE(InstallFilesController::isFatalAuthCode(5529));
