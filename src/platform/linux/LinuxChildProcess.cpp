@@ -119,7 +119,12 @@ std::error_code LinuxChildProcess::launch() {
         return failure;
     }
     if (const std::error_code failure = makePipe(standardError_.descriptor, error)) return failure;
-    const Result<pid_t> process = spawn({path_, arguments_, -1, output.get(), error.get()});
+    SpawnRequest request;
+    request.path = path_;
+    request.arguments = arguments_;
+    request.standardOutput = output.get();
+    request.standardError = error.get();
+    const Result<pid_t> process = spawn(request);
     if (!process) return process.error();
     process_ = process.value();
     // As long as nobody waited for the process, its number cannot become another one's.

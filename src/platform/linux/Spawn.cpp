@@ -1,12 +1,15 @@
 #include "platform/linux/Spawn.h"
 
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "platform/linux/files/FileDescriptor.h"
 
 namespace installer {
 namespace {
@@ -33,21 +36,30 @@ class SpawnSettings {
     posix_spawnattr_t attributes{};
 };
 
-void resetSignals(posix_spawnattr_t& attributes) {
+void setAttributes(posix_spawnattr_t& attributes, SpawnRequest::Session session) {
     sigset_t all;
     sigset_t none;
     sigfillset(&all);
     sigemptyset(&none);
     posix_spawnattr_setsigdefault(&attributes, &all);
     posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    const int ownSession = session == SpawnRequest::Session::itsOwn ? POSIX_SPAWN_SETSID : 0;
+    const int flags = POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | ownSession;
+    posix_spawnattr_setflags(&attributes, static_cast<short>(flags));
 }
 
-void connectStream(posix_spawn_file_actions_t& actions, int from, int stream, int flags) {
-    if (from >= 0) {
-        posix_spawn_file_actions_adddup2(&actions, from, stream);
-    } else {
-        posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", flags, 0);
+/// A copy of a stream's descriptor above the standard three: this process may itself have been
+/// started without some of these, and then connecting one stream would overwrite another's.
+FileDescriptor aboveTheStandardThree(int stream) {
+    return FileDescriptor(stream >= 0 ? ::fcntl(stream, F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1);
+}
+
+void connectStream(posix_spawn_file_actions_t& actions, int requested, const FileDescriptor& from,
+                   int stream) {
+    if (from) {
+        posix_spawn_file_actions_adddup2(&actions, from.get(), stream);
+    } else if (requested != SpawnRequest::own) {
+        posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
     }
 }
 
@@ -63,13 +75,19 @@ bool holdsNul(const SpawnRequest& request) {
 
 Result<pid_t> spawn(const SpawnRequest& request) {
     if (holdsNul(request)) return systemError(EINVAL);
-    SpawnSettings settings;
-    resetSignals(settings.attributes);
-    connectStream(settings.actions, request.standardInput, STDIN_FILENO, O_RDONLY);
-    connectStream(settings.actions, request.standardOutput, STDOUT_FILENO, O_WRONLY);
-    if (request.standardError >= 0) {
-        posix_spawn_file_actions_adddup2(&settings.actions, request.standardError, STDERR_FILENO);
+    const FileDescriptor input = aboveTheStandardThree(request.standardInput);
+    const FileDescriptor output = aboveTheStandardThree(request.standardOutput);
+    const FileDescriptor error = aboveTheStandardThree(request.standardError);
+    for (const auto& [requested, copy] :
+         {std::pair(request.standardInput, &input), std::pair(request.standardOutput, &output),
+          std::pair(request.standardError, &error)}) {
+        if (requested >= 0 && !*copy) return systemError(EBADF);
     }
+    SpawnSettings settings;
+    setAttributes(settings.attributes, request.session);
+    connectStream(settings.actions, request.standardInput, input, STDIN_FILENO);
+    connectStream(settings.actions, request.standardOutput, output, STDOUT_FILENO);
+    connectStream(settings.actions, request.standardError, error, STDERR_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&settings.actions, STDERR_FILENO + 1);
 
     // posix_spawn promises not to change the texts; its signature is older than const.
@@ -82,10 +100,10 @@ Result<pid_t> spawn(const SpawnRequest& request) {
     const bool inherits = request.environment == SpawnRequest::Environment::inherited;
 
     pid_t process = -1;
-    const int error =
+    const int failure =
         ::posix_spawn(&process, request.path.c_str(), &settings.actions, &settings.attributes,
                       arguments.data(), inherits ? environ : emptyEnvironment);
-    if (error != 0) return systemError(error);
+    if (failure != 0) return systemError(failure);
     return process;
 }
 

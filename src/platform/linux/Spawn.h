@@ -11,12 +11,18 @@ namespace installer {
 
 /// How a program is started: in place of a fork, whose cost grows with the size of this process.
 struct SpawnRequest {
+    static constexpr int devNull = -1;  ///< for a stream: nothing to read, nobody who reads
+    static constexpr int own = -2;      ///< for a stream: this process's own
+    enum class Environment { inherited, empty };
+    enum class Session { inherited, itsOwn };
+
     std::string path;                    ///< absolute; also the program's own name for itself
     std::vector<std::string> arguments;  ///< without that name
-    int standardInput = -1;              ///< -1 is /dev/null
-    int standardOutput = -1;             ///< -1 is /dev/null
-    int standardError = -1;              ///< -1 is this process's own
-    enum class Environment { inherited, empty } environment = Environment::inherited;
+    int standardInput = devNull;
+    int standardOutput = devNull;
+    int standardError = devNull;
+    Environment environment = Environment::inherited;
+    Session session = Session::inherited;
 };
 
 /// Starts the program with every signal at its default and no descriptor beyond the standard

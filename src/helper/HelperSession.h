@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "helper/InvokingUser.h"
+#include "helper/MessageStream.h"
+
+namespace installer {
+
+/// Answers requests, one after the other, until the peer closes its end.
+class HelperSession {
+  public:
+    HelperSession(int input, int output, InvokingUser user)
+        : stream_(input, output), user_(std::move(user)) {}
+
+    /// Gives the exit status of the process: 0 when the peer closed its end between two messages.
+    [[nodiscard]] int run();
+
+  private:
+    /// The exit statuses of the tools.
+    enum ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
+
+    [[nodiscard]] ExitStatus answer(const ToolRequest& request);
+    void copied(std::uint64_t bytes);
+    [[nodiscard]] bool sendEnded(ExitStatus status);
+
+    MessageStream stream_;
+    InvokingUser user_;
+    std::uint64_t unreported_ = 0;
+    std::chrono::steady_clock::time_point lastProgress_;
+};
+
+}  // namespace installer

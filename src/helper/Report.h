@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace installer {
+
+/// One line on standard error and in the system's log. Control characters in it are made visible:
+/// a file name cannot forge a line.
+void report(std::string_view line);
+
+}  // namespace installer

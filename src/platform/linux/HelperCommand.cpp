@@ -1,0 +1,94 @@
+#include "platform/linux/HelperCommand.h"
+
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "foundation/Text.h"
+#include "platform/linux/files/FileDescriptor.h"
+
+namespace installer {
+namespace {
+
+/// The place where the system itself keeps the program; PATH is anybody's.
+std::string programAt(const char* path) {
+    return ::access(path, X_OK) == 0 ? path : "";
+}
+
+/// A terminal that this process may read from: in its background it would only be stopped.
+bool canAskOnTerminal() {
+    if (::isatty(STDIN_FILENO) == 0) return false;
+    const FileDescriptor terminal(::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC));
+    return terminal && ::tcgetpgrp(terminal.get()) == ::getpgrp();
+}
+
+std::string sudoPrompt(const std::string& reason) {
+    // A percent sign has a meaning in sudo's prompts; %p becomes the login name.
+    return replacingAll(reason, "%", "%%") + "\n[sudo] password for %p: ";
+}
+
+}  // namespace
+
+AdministratorMeans AdministratorMeans::current() {
+    AdministratorMeans means;
+    means.isRoot = ::geteuid() == 0;
+    means.pkexec = programAt("/usr/bin/pkexec");
+    means.hasSystemBus = ::access("/run/dbus/system_bus_socket", F_OK) == 0;
+    means.sudo = programAt("/usr/bin/sudo");
+    means.hasTerminal = canAskOnTerminal();
+    means.hasAskpass = std::getenv("SUDO_ASKPASS") != nullptr;
+    return means;
+}
+
+AdministratorWay administratorWay(const AdministratorMeans& means) {
+    if (means.isRoot) return AdministratorWay::alreadyRoot;
+    if (!means.pkexec.empty() && means.hasSystemBus) return AdministratorWay::polkit;
+    if (means.sudo.empty()) return AdministratorWay::none;
+    if (means.hasTerminal) return AdministratorWay::sudoOnTerminal;
+    return means.hasAskpass ? AdministratorWay::sudoWithAskpass
+                            : AdministratorWay::sudoWithoutAsking;
+}
+
+bool mayAsk(AdministratorWay way) {
+    return way == AdministratorWay::polkit || way == AdministratorWay::sudoOnTerminal ||
+           way == AdministratorWay::sudoWithAskpass;
+}
+
+SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
+                           const std::string& helperPath, const std::string& reason) {
+    SpawnRequest request;
+    request.standardError = SpawnRequest::own;
+    switch (way) {
+        case AdministratorWay::none:
+            break;
+        case AdministratorWay::alreadyRoot:
+            // Variables that an earlier sudo left would name another user.
+            request.environment = SpawnRequest::Environment::empty;
+            request.path = helperPath;
+            break;
+        case AdministratorWay::polkit:
+            // pkexec refuses to run where some variables hold what it does not expect, and makes
+            // the helper's environment itself.
+            request.environment = SpawnRequest::Environment::empty;
+            request.path = means.pkexec;
+            if (!means.hasTerminal) request.arguments.emplace_back("--disable-internal-agent");
+            request.arguments.push_back(helperPath);
+            break;
+        case AdministratorWay::sudoOnTerminal:
+            request.path = means.sudo;
+            request.arguments = {"-p", sudoPrompt(reason), "--", helperPath};
+            break;
+        case AdministratorWay::sudoWithAskpass:
+            request.path = means.sudo;
+            request.arguments = {"-A", "-p", sudoPrompt(reason), "--", helperPath};
+            break;
+        case AdministratorWay::sudoWithoutAsking:
+            request.path = means.sudo;
+            request.arguments = {"-n", "--", helperPath};
+            break;
+    }
+    return request;
+}
+
+}  // namespace installer

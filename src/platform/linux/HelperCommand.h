@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+
+#include "platform/linux/Spawn.h"
+
+namespace installer {
+
+/// What decides how the helper can be started as root.
+struct AdministratorMeans {
+    bool isRoot = false;
+    std::string pkexec;         ///< the program's path; empty when it is not there
+    bool hasSystemBus = false;  ///< without it pkexec has nobody to ask
+    std::string sudo;           ///< the program's path; empty when it is not there
+    bool hasTerminal = false;   ///< somebody can answer a question on this process's terminal
+    bool hasAskpass = false;    ///< sudo was told of a program that asks in a window
+
+    /// Those of the running process.
+    [[nodiscard]] static AdministratorMeans current();
+};
+
+enum class AdministratorWay {
+    none,
+    alreadyRoot,
+    polkit,
+    sudoOnTerminal,
+    sudoWithAskpass,
+    sudoWithoutAsking,  ///< where nobody could answer; succeeds only if the rules ask nothing
+};
+
+/// The first way that can work. sudo is taken only where there is no polkit to ask.
+[[nodiscard]] AdministratorWay administratorWay(const AdministratorMeans& means);
+
+/// Whether somebody may be asked for a password that way.
+[[nodiscard]] bool mayAsk(AdministratorWay way);
+
+/// How the helper is started that way, its streams aside. No way waits for an answer that nobody
+/// can give. `reason` is one line that tells the person asked who asks and why.
+[[nodiscard]] SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
+                                         const std::string& helperPath, const std::string& reason);
+
+}  // namespace installer

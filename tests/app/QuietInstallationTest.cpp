@@ -1,0 +1,84 @@
+#include <gmock/gmock.h>
+
+#include "app/QuietInstallation.h"
+#include "support/FakePlatform.h"
+
+namespace installer::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class QuietInstallation : public testing::Test {
+  protected:
+    QuietInstallation() {
+        fake_.memory.addFile(payload_ + "/PHOTOSHOP/run.jsx");
+        fake_.memory.addFile(payload_ + "/HD/Library/Application Support/Acme/Filters 2/a.txt");
+        addPhotoshop("Adobe Photoshop CS6");
+    }
+
+    void addPhotoshop(const std::string& name) {
+        const std::string folder = "/Applications/" + name;
+        fake_.memory.addFolder(folder + "/Photoshop.app");
+        fake_.memory.addFile("/Users/tester/Library/Preferences/" + name + " Paths",
+                             folder + std::string(1, '\0'));
+    }
+
+    FakePlatform fake_;
+    std::string payload_ = "/Installer.app/Contents/Resources/files";
+};
+
+TEST_F(QuietInstallation, InstallsIntoEveryHostThatIsFound) {
+    addPhotoshop("Adobe Photoshop CC 2015");
+    installQuietly(fake_.platform);
+    EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
+    EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CC 2015/run.jsx"));
+}
+
+TEST_F(QuietInstallation, ListsTheSiblingEditorsButNoPhotoshopSinceNoWindowKeepsAList) {
+    fake_.memory.addFolder("/Applications/Quarrytone Inkvale 4.app");
+    installQuietly(fake_.platform);
+    EXPECT_EQ(
+        fake_.memory.contents("/Library/Application Support/Acme/Prismor X/ExternalEditors.csv"),
+        "/Applications/Quarrytone Inkvale 4.app,Inkvale 4,4,2,1003,100,ORIGINAL, \n");
+}
+
+TEST_F(QuietInstallation, SaysThatItIsCompleteAndWhereTheListIs) {
+    installQuietly(fake_.platform);
+    EXPECT_THAT(fake_.log.lines,
+                Contains("The installation is complete (2 items installed, listed in "
+                         "/Library/Application Support/Acme/Filters 2 Installer.log)"));
+}
+
+TEST_F(QuietInstallation, SaysThatItIsNotCompleteWhenAnItemFailed) {
+    fake_.memory.addOther(payload_ + "/HD/Applications/Tool.app/pipe");
+    installQuietly(fake_.platform);
+    EXPECT_THAT(fake_.log.lines, Contains("The installation is not complete (1 items installed)"));
+    EXPECT_FALSE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
+}
+
+TEST_F(QuietInstallation, SaysThatRightsWereRefused) {
+    fake_.authorizations.status = [](const auto&) { return authorization_status::denied; };
+    installQuietly(fake_.platform);
+    EXPECT_THAT(fake_.log.lines, Contains(HasSubstr("Administrator rights were refused")));
+    EXPECT_FALSE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
+}
+
+TEST_F(QuietInstallation, TellsThatTheApplicationEndsWhenAllIsDone) {
+    std::size_t linesBefore = 0;
+    const auto subscription = fake_.notifications.observe(
+        applicationWillTerminate,
+        [&](const Notification&) { linesBefore = fake_.log.lines.size(); });
+    installQuietly(fake_.platform);
+    EXPECT_EQ(linesBefore, fake_.log.lines.size());
+}
+
+TEST_F(QuietInstallation, AsksForOneAuthorizationOnly) {
+    installQuietly(fake_.platform);
+    EXPECT_EQ(fake_.authorizations.created, 1);
+    EXPECT_THAT(fake_.authorizations.obtainedFlags, ElementsAre(Authorization::extendRights));
+}
+
+}  // namespace
+}  // namespace installer::test
