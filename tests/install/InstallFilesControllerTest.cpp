@@ -310,15 +310,6 @@ TEST_F(InstallFilesControllerTest, AfterAFailedAuthorizationTheNextRunAsksForANe
     EXPECT_FALSE(controller.fileOpErrorOccurred());
 }
 
-TEST_F(InstallFilesControllerTest, AFailedAuthorizationForgetsWhatTheRunBeforeInstalled) {
-    controller.install({}, false);
-    ASSERT_FALSE(controller.installedPaths().empty());
-    InstallFilesController other(fake.platform);
-    fake.authorizations.obtainable = false;
-    other.install({}, false);
-    EXPECT_THAT(other.installedPaths(), IsEmpty());
-}
-
 TEST_F(InstallFilesControllerTest, APayloadItemThatNoRuleInstallsIsSaidInTheSystemLogOnly) {
     memory.addFile(mirror + "/usr/local/lib/x");
     controller.install({}, false);
@@ -447,6 +438,14 @@ TEST_F(InstallStep, TheAuthorizationIsGoneBeforeTheWizardMovesOn) {
     main.onNextView = [&] { destroyedAtMove = fake.authorizations.destroyed; };
     enter(1);
     EXPECT_EQ(destroyedAtMove, 1);
+}
+
+TEST_F(InstallStep, ARunWithoutRightsForgetsWhatTheRunBeforeItInstalled) {
+    enter(1);
+    ASSERT_FALSE(controller.installedPaths().empty());
+    fake.authorizations.obtainable = false;
+    enter(1);
+    EXPECT_THAT(controller.installedPaths(), IsEmpty());
 }
 
 class EnteredGoingBack : public InstallStep, public testing::WithParamInterface<int> {};
