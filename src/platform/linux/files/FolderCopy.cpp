@@ -75,8 +75,9 @@ class FolderCopier : public TreeVisitor {
     std::error_code pushNew(const std::string& name) {
         if (mkdirat(chain_.current(), name.c_str(), S_IRWXU) != 0) return systemError();
         auto folder = TreeVisitor::enterFolder(chain_.current(), name);
-        if (folder) chain_.push(std::move(folder).value());
-        return folder.error();
+        if (!folder) return folder.error();
+        chain_.push(std::move(folder).value());
+        return {};
     }
 
     std::error_code copyLink(int parent, const std::string& name) {

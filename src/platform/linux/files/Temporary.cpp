@@ -1,13 +1,12 @@
 #include "platform/linux/files/Temporary.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <mutex>
 #include <random>
 #include <set>
+#include <tuple>
 #include <utility>
 
 #include <dirent.h>
@@ -49,13 +48,18 @@ bool lockUnlessTaken(int descriptor) {
     return flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
+/// The moment of its making tells a folder from a removed one whose number it got.
 bool isFirstVisit(int folder) {
+    using Identity = std::array<std::uint64_t, 5>;
     static std::mutex mutex;
-    static std::set<std::pair<dev_t, ino_t>> visited;
-    struct stat status = {};
-    if (fstat(folder, &status) != 0) return false;
+    static std::set<Identity> visited;
+    struct statx status = {};
+    if (statx(folder, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &status) != 0) return false;
+    const Identity identity = {status.stx_dev_major, status.stx_dev_minor, status.stx_ino,
+                               static_cast<std::uint64_t>(status.stx_btime.tv_sec),
+                               status.stx_btime.tv_nsec};
     const std::scoped_lock guard(mutex);
-    return visited.emplace(status.st_dev, status.st_ino).second;
+    return visited.insert(identity).second;
 }
 
 /// Root cleans up after everybody, others after themselves.
@@ -76,7 +80,7 @@ void clearIfDead(int parent, const std::string& name) {
         named.st_dev != opened.st_dev || named.st_ino != opened.st_ino) {
         return;
     }
-    static_cast<void>(takeApart(parent, name));
+    std::ignore = takeApart(parent, name);
 }
 
 }  // namespace
@@ -88,7 +92,7 @@ Temporary::Temporary(Temporary&& other) noexcept
       mode_(other.mode_) {}
 
 Temporary::~Temporary() {
-    static_cast<void>(remove());
+    std::ignore = remove();
 }
 
 Result<Temporary> Temporary::makeFile(int parent, mode_t mode) {
