@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/QuietInstallation.h"
+#include "foundation/Format.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
 #include "platform/Platform.h"
@@ -22,6 +23,7 @@
 #include "platform/linux/ProcessSetup.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TextAlerts.h"
+#include "wizard/LocalizedText.h"
 
 // Start-up: the one place that knows which adapters the core runs on.
 
@@ -31,6 +33,18 @@ using namespace installer;
 
 constexpr std::string_view quietArgument = "-quiet";
 
+/// Whoever is asked for a password learns first which product asks, and what for.
+AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
+                                        SystemLog& log) {
+    const std::string reason = localizedText(
+        bundle, "authorization_reason",
+        "%@ by %@ needs administrator rights to install its files for all users of this machine.");
+    return {.helperPath = joinPath(bundleFolder, "Contents/MacOS/privileged-helper"),
+            .reason = formatted(
+                reason, {folderName(bundle, "product_name"), folderName(bundle, "company_name")}),
+            .announce = [&log](std::string_view line) { log.log(line); }};
+}
+
 /// Every adapter of a process without a window, and the platform that they make up.
 class QuietApplication {
   public:
@@ -39,7 +53,7 @@ class QuietApplication {
           searchPaths_(std::move(searchPaths)),
           bundle_(bundleFolder, searchPaths_.preferredLanguages(), log),
           bundles_(searchPaths_.preferredLanguages(), log),
-          authorizations_(bundleFolder + "/Contents/MacOS/privileged-helper", bundle_, log),
+          authorizations_(administratorAccess(bundleFolder, bundle_, log)),
           preferences_(searchPaths_, log),
           applications_(searchPaths_, bundles_, log) {}
 

@@ -16,7 +16,7 @@ struct Notification {
     std::string name;
     /// The object that posted it; observers compare it or cast it back to the type they know.
     const void* sender = nullptr;
-    std::map<std::string, std::int32_t> userInformation;
+    std::map<std::string, std::int32_t> userInformation = {};
 };
 
 /// Posted once when the application is about to end.

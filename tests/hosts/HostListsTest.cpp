@@ -1,3 +1,5 @@
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +12,7 @@ namespace {
 
 using test::FakePlatform;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 class HostLists : public testing::Test {
@@ -57,6 +60,17 @@ TEST_F(HostLists, SortAscendingAndStably) {
         sortedByDisplaySortOrder({older, custom_, aperture_, newest, lightRoom_, bareCC});
     ASSERT_TRUE(sorted);
     EXPECT_THAT(*sorted, ElementsAre(bareCC, aperture_, lightRoom_, custom_, newest, older));
+}
+
+TEST_F(HostLists, HostsOfEqualOrderStayInPlaceInALongList) {
+    std::vector<HostModel> hosts;
+    for (int pair = 0; pair < 50; ++pair) {
+        hosts.emplace_back(LightRoomHostModel(fake_.platform, "Lightroom"));
+        hosts.emplace_back(ApertureHostModel(fake_.platform, "Aperture"));
+    }
+    const auto sorted = sortedByDisplaySortOrder(hosts);
+    ASSERT_TRUE(sorted);
+    EXPECT_THAT(*sorted, ElementsAreArray(hosts));
 }
 
 TEST_F(HostLists, FailToSortWhenOneHostHasNoOrder) {

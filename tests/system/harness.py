@@ -68,8 +68,9 @@ class Product:
     def add_package(self, path, files=None, version="1.0", executable=None):
         """A payload package, by its path below `files`."""
         package = self.files / path
-        information = {"CFBundleName": package.stem, "CFBundleVersion": version,
-                       "CFBundleIdentifier": "com.example." + package.stem.replace(" ", "-")}
+        name = os.fsencode(package.stem).decode(errors="replace").replace("\n", " ")
+        information = {"CFBundleName": name, "CFBundleVersion": version,
+                       "CFBundleIdentifier": "com.example." + name.replace(" ", "-")}
         if executable:
             information["CFBundleExecutable"] = executable
             write(package / "Contents/MacOS" / executable, "#!/bin/sh\necho started\n", 0o755)

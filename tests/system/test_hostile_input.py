@@ -2,7 +2,7 @@
 
 import os
 import shutil
-import socket
+import stat
 import unittest
 
 from harness import Product, SystemTest, run, write
@@ -124,8 +124,7 @@ class HostileInput(SystemTest):
 
     def test_a_socket_inside_an_item_is_an_error_for_that_item_alone(self):
         package = self.product.add_package("HD/Applications/Tool.app")
-        with socket.socket(socket.AF_UNIX) as endpoint:
-            endpoint.bind(str(package / "s"))
+        os.mknod(package / "s", stat.S_IFSOCK | 0o644)
         outcome = self.install()
         self.assertIn("Could not install file: ", outcome.messages)
         self.assertFalse(self.disk.at("/Applications/Tool.app").exists())

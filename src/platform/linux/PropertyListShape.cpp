@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t mostContainersInXml = 5000;
 constexpr std::size_t deepestNesting = 100;
-constexpr std::size_t mostValues = 1'000'000;
+constexpr std::size_t mostValues = 200'000;
 
 /// Counts the containers instead of their depth: comments and declarations, which the reader passes
 /// over in its own way, can then hide nothing.
