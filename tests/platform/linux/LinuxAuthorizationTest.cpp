@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -8,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
@@ -293,6 +295,17 @@ TEST_F(LinuxAuthorizationTest, SurvivesTheHelpersDeathBetweenTwoToolsAndStartsNo
         EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
     }
     EXPECT_EQ(log().size(), 1U);
+}
+
+TEST_F(LinuxAuthorizationTest, NobodyCanOpenTheConnectionAgain) {
+    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    const auto authorization = obtained();
+    ASSERT_EQ(authorization->execute("/print", {}).status, 0);
+    for (const std::string stream : {"0", "1"}) {
+        const std::string path = "/proc/" + log().at(0) + "/fd/" + stream;
+        EXPECT_EQ(::open(path.c_str(), O_RDWR | O_CLOEXEC), -1);
+        EXPECT_EQ(errno, ENXIO);
+    }
 }
 
 // Its end.
