@@ -26,7 +26,7 @@ Subscription NotificationCenter::observe(std::string name, Observer observer) {
 
 void NotificationCenter::post(const Notification& notification) {
     const auto entries = entries_;  // an observer may destroy the centre
-    const Entries atTheStart = *entries;
+    const Entries atTheStart(entries->begin(), entries->end());
     for (const auto& entry : atTheStart) {
         if (entry->name != notification.name) continue;
         const bool stillObserves = std::ranges::find(*entries, entry) != entries->end();

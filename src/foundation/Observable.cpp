@@ -30,7 +30,7 @@ void Observable::didChange(std::string_view property) {
 
 void Observable::announce(Moment moment, std::string_view property) {
     const auto observers = observers_;  // an observer may destroy this object
-    const Observers atTheStart = *observers;
+    const Observers atTheStart(observers->begin(), observers->end());
     for (const auto& observer : atTheStart) {
         const bool stillObserves = std::ranges::find(*observers, observer) != observers->end();
         if (stillObserves) (*observer)(moment, property);

@@ -152,7 +152,7 @@ MessageDecoder::State MessageDecoder::next(Message& message) {
         return State::malformed;
     }
     const std::optional<std::string_view> body = length ? head.bytes(*length) : std::nullopt;
-    if (!body) return State::incomplete;
+    if (!type || !body) return State::incomplete;
     message.type = static_cast<MessageType>(*type);
     message.body = *body;
     start_ += message_limits::headSize + message.body.size();

@@ -65,17 +65,16 @@ HostsModel::HostsModel(Platform& platform)
 }
 
 void HostsModel::discoverHosts(Platform& platform) {
-    const std::optional<std::string> preferences = NSUserPreferencesDirectory(platform);
+    const std::string preferences = NSUserPreferencesDirectory(platform).value_or("");
     const std::optional<std::string> support = ApplicationSupportDirectory(platform);
     const std::string adobeFolder = support ? joinPath(*support, "Adobe") : "";
-    const std::vector<std::string> preferencesNames =
-        namesIn(platform.files, preferences.value_or(""));
+    const std::vector<std::string> preferencesNames = namesIn(platform.files, preferences);
 
     for (const std::string& name : namesIn(platform.files, adobeFolder)) {
         if (isAdobeFile(name, "Paths")) addHostOfPathsFile(platform, joinPath(adobeFolder, name));
     }
     for (const std::string& name : preferencesNames) {
-        if (isAdobeFile(name, "Paths")) addHostOfPathsFile(platform, joinPath(*preferences, name));
+        if (isAdobeFile(name, "Paths")) addHostOfPathsFile(platform, joinPath(preferences, name));
     }
     for (const std::string& name : preferencesNames) {
         if (isAdobeFile(name, "Settings")) addHostOfSettingsFile(platform, name);
@@ -114,8 +113,8 @@ void HostsModel::addHostAtRuntime(HostModel host) {
 
 void HostsModel::removeHostAtRuntime(const HostModel& host) {
     // The caller's host may be an entry of the list itself.
-    const HostModel removed = host;
-    std::erase(hostsArray_, removed);
+    std::erase_if(hostsArray_,
+                  [removed = host](const HostModel& entry) { return entry == removed; });
 }
 
 std::optional<std::string> HostsModel::mainLabelText() const {

@@ -26,7 +26,7 @@ constexpr std::chrono::microseconds retryDelay{500'000};
 
 // Only the two strings at the start of a paths file are used, and no system takes a path that is
 // anywhere near this long. The limit keeps a huge file of that name from filling the memory.
-constexpr std::size_t pathsFileLimit = std::size_t{1} << 20U;
+constexpr std::size_t pathsFileLimit = std::size_t{64} << 10U;
 constexpr std::size_t longestTooShortFile = 7;
 
 constexpr std::uint32_t versionOfBareCC = 7;

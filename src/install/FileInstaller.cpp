@@ -70,6 +70,7 @@ FileInstaller::Outcome FileInstaller::copyItem(const std::string& source,
                                                const std::string& destination) {
     FileManager& files = platform_.files;
     if (!files.copy(source, destination, run_.progress)) return Outcome::finished;
+    // What is there counts as installed, even an old item that nobody could remove.
     if (files.exists(destination)) return Outcome::finished;
     if (commands_.copyItem(source, destination) == Outcome::refused) return Outcome::refused;
     if (!files.exists(destination)) awaitItem(source, destination);

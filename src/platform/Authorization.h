@@ -13,7 +13,7 @@ namespace installer {
 /// Statuses of `Authorization::execute`; 0 is success.
 namespace authorization_status {
 inline constexpr std::int32_t denied = -60005;  ///< refused, nobody to ask, or the helper was lost
-inline constexpr std::int32_t canceled = -60006;  ///< the person asked pressed Cancel
+inline constexpr std::int32_t canceled = -60006;           ///< the person asked pressed Cancel
 inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
 }  // namespace authorization_status
 

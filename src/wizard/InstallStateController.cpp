@@ -36,16 +36,16 @@ void InstallStateController::gotoStartingState(const void* /*sender*/) {
     postStateDidChange(step_number::notStarted);
 }
 
-void InstallStateController::advanceState(StepController* stepController,
-                                          MainController* /*mainController*/) {
+void InstallStateController::advanceStateWithStepController(StepController* stepController,
+                                                            MainController* /*mainController*/) {
     if (stepController == nullptr || !stepController->canProceed(forward)) return;
     const std::int32_t oldState = currentState_;
     currentState_ = stateAfter(oldState);
     postStateDidChange(oldState);
 }
 
-void InstallStateController::retreatState(StepController* stepController,
-                                          MainController* /*mainController*/) {
+void InstallStateController::retreatStateWithStepController(StepController* stepController,
+                                                            MainController* /*mainController*/) {
     // Remembered before the step is asked, unlike above: a step that moves the wizard itself while
     // it is asked does not change where this press of the button leads.
     const std::int32_t oldState = currentState_;

@@ -29,11 +29,13 @@ class InstallStateController {
 
     /// Goes one step forward, unless the current step's controller vetoes it. Without a controller
     /// nothing happens. There is no upper bound.
-    void advanceState(StepController* stepController, MainController* mainController);
+    void advanceStateWithStepController(StepController* stepController,
+                                        MainController* mainController);
 
     /// Goes back, unless the current step's controller vetoes it: one step, but from the completion
     /// to the host selection. Without a controller nothing happens.
-    void retreatState(StepController* stepController, MainController* mainController);
+    void retreatStateWithStepController(StepController* stepController,
+                                        MainController* mainController);
 
     [[nodiscard]] std::int32_t currentState() const { return currentState_; }
 

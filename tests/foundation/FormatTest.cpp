@@ -33,6 +33,7 @@ TEST(Format, KeepsNulBytes) {
 }
 
 struct HostileFormat {
+    std::string name;
     std::string format;
     std::string expected;
 };
@@ -46,16 +47,27 @@ TEST_P(FormatWithOneArgument, GivesItsTextAndNothingElse) {
 INSTANTIATE_TEST_SUITE_P(
     Hostile, FormatWithOneArgument,
     testing::Values(
-        HostileFormat{"", ""}, HostileFormat{"%n", "%n"}, HostileFormat{"%s", "%s"},
-        HostileFormat{"% @", "% @"}, HostileFormat{"%", "%"}, HostileFormat{"100 %", "100 %"},
-        HostileFormat{"%@%", "X%"}, HostileFormat{"%%", "%"}, HostileFormat{"%%@", "%@"},
-        HostileFormat{"%%%@", "%X"}, HostileFormat{"%%%", "%%"}, HostileFormat{"%%1$@", "%1$@"},
-        HostileFormat{"%@%@", "X"}, HostileFormat{"a%9$@b", "ab"}, HostileFormat{"a%0$@b", "ab"},
-        HostileFormat{"a%00001$@b", "aXb"}, HostileFormat{"%1", "%1"}, HostileFormat{"%1$", "%1$"},
-        HostileFormat{"%1$s", "%1$s"}, HostileFormat{"%$@", "%$@"}, HostileFormat{"%-1$@", "%-1$@"},
-        HostileFormat{"%1@", "%1@"}, HostileFormat{"%1$%@", "%1$X"},
-        HostileFormat{"%18446744073709551617$@", ""},
-        HostileFormat{"%999999999999999999999999999999$@", ""}));
+        HostileFormat{"Empty", "", ""}, HostileFormat{"N", "%n", "%n"},
+        HostileFormat{"S", "%s", "%s"}, HostileFormat{"SpaceBeforeAt", "% @", "% @"},
+        HostileFormat{"PercentAlone", "%", "%"}, HostileFormat{"PercentAtTheEnd", "100 %", "100 %"},
+        HostileFormat{"PercentAfterAPlaceholder", "%@%", "X%"},
+        HostileFormat{"TwoPercents", "%%", "%"}, HostileFormat{"TwoPercentsAt", "%%@", "%@"},
+        HostileFormat{"ThreePercentsAt", "%%%@", "%X"}, HostileFormat{"ThreePercents", "%%%", "%%"},
+        HostileFormat{"TwoPercentsOneDollarAt", "%%1$@", "%1$@"},
+        HostileFormat{"MorePlaceholdersThanArguments", "%@%@", "X"},
+        HostileFormat{"PositionNine", "a%9$@b", "ab"},
+        HostileFormat{"PositionZero", "a%0$@b", "ab"},
+        HostileFormat{"PositionWithZerosBefore", "a%00001$@b", "aXb"},
+        HostileFormat{"PositionAlone", "%1", "%1"},
+        HostileFormat{"PositionAndDollarAlone", "%1$", "%1$"},
+        HostileFormat{"PositionDollarS", "%1$s", "%1$s"},
+        HostileFormat{"DollarAtWithoutPosition", "%$@", "%$@"},
+        HostileFormat{"NegativePosition", "%-1$@", "%-1$@"},
+        HostileFormat{"PositionWithoutDollar", "%1@", "%1@"},
+        HostileFormat{"CutPlaceholderBeforeAnother", "%1$%@", "%1$X"},
+        HostileFormat{"PositionThatWraps64BitsToOne", "%18446744073709551617$@", ""},
+        HostileFormat{"PositionOfThirtyDigits", "%999999999999999999999999999999$@", ""}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(Format, WithoutArgumentsPlaceholdersGiveNothing) {
     EXPECT_EQ(formatted("a%@b%1$@c%0$@d", {}), "abcd");

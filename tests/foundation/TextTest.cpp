@@ -130,35 +130,44 @@ TEST(Text, WhatWasPutInIsNotLookedAtAgain) {
     EXPECT_EQ(replacingAll("aab", "ab", "b"), "ab");
 }
 
-class UnicodeWhiteSpace : public testing::TestWithParam<std::string> {};
+class UnicodeWhiteSpace : public testing::TestWithParam<Bytes> {};
 
 TEST_P(UnicodeWhiteSpace, IsTrimmedFromBothEndsAndKeptInside) {
-    const std::string space = GetParam();
+    const std::string space = GetParam().bytes;
     EXPECT_EQ(trimmed(space + space + "a" + space + "b" + space), "a" + space + "b");
     EXPECT_EQ(trimmed(space), "");
 }
 
 TEST_P(UnicodeWhiteSpace, MayPrecedeANumber) {
-    EXPECT_EQ(integerValue(GetParam() + "-42"), -42);
+    EXPECT_EQ(integerValue(GetParam().bytes + "-42"), -42);
 }
 
-INSTANTIATE_TEST_SUITE_P(Spaces, UnicodeWhiteSpace,
-                         testing::Values("\t", " ", "\u00A0", "\u1680", "\u2000", "\u2001",
-                                         "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
-                                         "\u2008", "\u2009", "\u200A", "\u202F", "\u205F",
-                                         "\u3000"));
+INSTANTIATE_TEST_SUITE_P(
+    Spaces, UnicodeWhiteSpace,
+    testing::Values(Bytes{"Tab", "\t"}, Bytes{"Space", " "}, Bytes{"U00A0", "\u00A0"},
+                    Bytes{"U1680", "\u1680"}, Bytes{"U2000", "\u2000"}, Bytes{"U2001", "\u2001"},
+                    Bytes{"U2002", "\u2002"}, Bytes{"U2003", "\u2003"}, Bytes{"U2004", "\u2004"},
+                    Bytes{"U2005", "\u2005"}, Bytes{"U2006", "\u2006"}, Bytes{"U2007", "\u2007"},
+                    Bytes{"U2008", "\u2008"}, Bytes{"U2009", "\u2009"}, Bytes{"U200A", "\u200A"},
+                    Bytes{"U202F", "\u202F"}, Bytes{"U205F", "\u205F"}, Bytes{"U3000", "\u3000"}),
+    [](const auto& row) { return row.param.name; });
 
-class NotTrimmed : public testing::TestWithParam<std::string> {};
+class NotTrimmed : public testing::TestWithParam<Bytes> {};
 
 TEST_P(NotTrimmed, StaysAtBothEnds) {
-    const std::string text = GetParam() + "a" + GetParam();
+    const std::string text = GetParam().bytes + "a" + GetParam().bytes;
     EXPECT_EQ(trimmed(" " + text + " "), text);
 }
 
 INSTANTIATE_TEST_SUITE_P(LineEndsAndNeighbours, NotTrimmed,
-                         testing::Values("\n", "\r", "\v", "\f", "\xC2\x85", "\u2028", "\u2029",
-                                         "\u200B", "\u1FFF", "\uFEFF", "\x1F", "\xA0",
-                                         std::string("\0", 1)));
+                         testing::Values(Bytes{"LineFeed", "\n"}, Bytes{"CarriageReturn", "\r"},
+                                         Bytes{"VerticalTab", "\v"}, Bytes{"FormFeed", "\f"},
+                                         Bytes{"U0085", "\xC2\x85"}, Bytes{"U2028", "\u2028"},
+                                         Bytes{"U2029", "\u2029"}, Bytes{"U200B", "\u200B"},
+                                         Bytes{"U1FFF", "\u1FFF"}, Bytes{"UFEFF", "\uFEFF"},
+                                         Bytes{"U001F", "\x1F"}, Bytes{"LoneByteA0", "\xA0"},
+                                         Bytes{"Nul", std::string("\0", 1)}),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(Text, TrimmingNothingGivesNothing) {
     EXPECT_EQ(trimmed(""), "");
@@ -177,6 +186,7 @@ TEST(Text, SplitKeepsEmptyPieces) {
 }
 
 struct Number {
+    std::string name;
     std::string text;
     std::int32_t value;
 };
@@ -187,26 +197,36 @@ TEST_P(IntegerValue, OfATextThatBeginsWithANumberOrDoesNot) {
     EXPECT_EQ(integerValue(GetParam().text), GetParam().value) << GetParam().text;
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, IntegerValue,
-                         testing::Values(Number{"", 0}, Number{"0", 0}, Number{"12", 12},
-                                         Number{"+12", 12}, Number{"-12", -12}, Number{"007", 7},
-                                         Number{"-0", 0}, Number{"2015.5", 2015},
-                                         Number{"12 and more", 12}, Number{"v12", 0},
-                                         Number{"-", 0}, Number{"+", 0}, Number{"--1", 0},
-                                         Number{"+-1", 0}, Number{"- 1", 0}, Number{"\n\r\n 5", 5},
-                                         Number{" \t-5\n", -5}, Number{"   ", 0}, Number{"0x10", 0},
-                                         Number{"1e3", 1}, Number{"\u0663", 0}));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, IntegerValue,
+    testing::Values(Number{"Empty", "", 0}, Number{"Zero", "0", 0}, Number{"Twelve", "12", 12},
+                    Number{"PlusTwelve", "+12", 12}, Number{"MinusTwelve", "-12", -12},
+                    Number{"ZerosBefore", "007", 7}, Number{"MinusZero", "-0", 0},
+                    Number{"WithFraction", "2015.5", 2015}, Number{"MoreAfter", "12 and more", 12},
+                    Number{"LetterBefore", "v12", 0}, Number{"MinusAlone", "-", 0},
+                    Number{"PlusAlone", "+", 0}, Number{"TwoMinuses", "--1", 0},
+                    Number{"PlusMinus", "+-1", 0}, Number{"SpaceAfterMinus", "- 1", 0},
+                    Number{"LineEndsBefore", "\n\r\n 5", 5},
+                    Number{"TabBeforeLineEndAfter", " \t-5\n", -5}, Number{"SpacesAlone", "   ", 0},
+                    Number{"Hexadecimal", "0x10", 0}, Number{"Exponent", "1e3", 1},
+                    Number{"ArabicDigit", "\u0663", 0}),
+    [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
     LimitsOf32Bits, IntegerValue,
-    testing::Values(Number{"2147483647", 2147483647}, Number{"2147483648", 2147483647},
-                    Number{"+4294967296", 2147483647}, Number{"-2147483647", -2147483647},
-                    Number{"-2147483648", std::numeric_limits<std::int32_t>::min()},
-                    Number{"-2147483649", std::numeric_limits<std::int32_t>::min()},
-                    Number{"9223372036854775808", 2147483647},
-                    Number{std::string(5000, '9'), 2147483647},
-                    Number{"-" + std::string(5000, '9'), std::numeric_limits<std::int32_t>::min()},
-                    Number{std::string(5000, '0') + "8", 8}));
+    testing::Values(Number{"Greatest", "2147483647", 2147483647},
+                    Number{"GreatestPlusOne", "2147483648", 2147483647},
+                    Number{"TwoToThe32", "+4294967296", 2147483647},
+                    Number{"MinusGreatest", "-2147483647", -2147483647},
+                    Number{"Smallest", "-2147483648", std::numeric_limits<std::int32_t>::min()},
+                    Number{"SmallestMinusOne", "-2147483649",
+                           std::numeric_limits<std::int32_t>::min()},
+                    Number{"TwoToThe63", "9223372036854775808", 2147483647},
+                    Number{"FiveThousandDigits", std::string(5000, '9'), 2147483647},
+                    Number{"MinusFiveThousandDigits", "-" + std::string(5000, '9'),
+                           std::numeric_limits<std::int32_t>::min()},
+                    Number{"FiveThousandZerosBefore", std::string(5000, '0') + "8", 8}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(Text, ComparingWithoutCaseIsAboutAsciiLettersOnly) {
     EXPECT_TRUE(equalIgnoringCase("PT_br", "pt_BR"));

@@ -1,3 +1,5 @@
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +12,9 @@ namespace {
 
 using test::FakePlatform;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
+using testing::Optional;
 
 class HostLists : public testing::Test {
   protected:
@@ -30,8 +34,7 @@ TEST_F(HostLists, KeepTheHostsThatAnswerYesInOrder) {
     const HostModel oldest = photoshop("Adobe Photoshop CS3");
     const auto answering = hostsAnsweringYes({custom_, newest, lightRoom_, oldest, fireworks_},
                                              "shouldInstallScripts");
-    ASSERT_TRUE(answering);
-    EXPECT_THAT(*answering, ElementsAre(newest, oldest));
+    EXPECT_THAT(answering, Optional(ElementsAre(newest, oldest)));
 }
 
 TEST_F(HostLists, FailToFilterWhenOneHostDoesNotAnswer) {
@@ -42,11 +45,9 @@ TEST_F(HostLists, FailToFilterWhenOneHostDoesNotAnswer) {
 
 TEST_F(HostLists, AnEmptyListAnswersEveryQuestion) {
     const auto answering = hostsAnsweringYes({}, "bogus");
-    ASSERT_TRUE(answering);
-    EXPECT_THAT(*answering, IsEmpty());
+    EXPECT_THAT(answering, Optional(IsEmpty()));
     const auto sorted = sortedByDisplaySortOrder({});
-    ASSERT_TRUE(sorted);
-    EXPECT_THAT(*sorted, IsEmpty());
+    EXPECT_THAT(sorted, Optional(IsEmpty()));
 }
 
 TEST_F(HostLists, SortAscendingAndStably) {
@@ -55,8 +56,18 @@ TEST_F(HostLists, SortAscendingAndStably) {
     const HostModel older = photoshop("Adobe Photoshop CC 2015");
     const auto sorted =
         sortedByDisplaySortOrder({older, custom_, aperture_, newest, lightRoom_, bareCC});
-    ASSERT_TRUE(sorted);
-    EXPECT_THAT(*sorted, ElementsAre(bareCC, aperture_, lightRoom_, custom_, newest, older));
+    EXPECT_THAT(sorted,
+                Optional(ElementsAre(bareCC, aperture_, lightRoom_, custom_, newest, older)));
+}
+
+TEST_F(HostLists, HostsOfEqualOrderStayInPlaceInALongList) {
+    std::vector<HostModel> hosts;
+    for (int pair = 0; pair < 50; ++pair) {
+        hosts.emplace_back(LightRoomHostModel(fake_.platform, "Lightroom"));
+        hosts.emplace_back(ApertureHostModel(fake_.platform, "Aperture"));
+    }
+    const auto sorted = sortedByDisplaySortOrder(hosts);
+    EXPECT_THAT(sorted, Optional(ElementsAreArray(hosts)));
 }
 
 TEST_F(HostLists, FailToSortWhenOneHostHasNoOrder) {

@@ -120,7 +120,9 @@ TEST(HostModel, AnswersChangeWithTheHost) {
 TEST(HostModel, ACopyIsTheSameHost) {
     FakePlatform fake;
     const HostModel host = UnknownHostModel(fake.platform, "");
-    const HostModel copy = host;
+    HostModel copy = UnknownHostModel(fake.platform, "");
+    EXPECT_NE(copy, host);
+    copy = host;
     EXPECT_EQ(copy, host);
     copy.as<UnknownHostModel>()->setHostIsSelected(true);
     EXPECT_TRUE(host.as<UnknownHostModel>()->hostIsSelected());

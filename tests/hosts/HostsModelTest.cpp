@@ -27,6 +27,7 @@ const std::string domain = "com.quarrytone.installer";
 
 std::vector<std::string> names(const std::vector<HostModel>& hosts) {
     std::vector<std::string> all;
+    all.reserve(hosts.size());
     for (const HostModel& host : hosts) all.push_back(host.hostName());
     return all;
 }

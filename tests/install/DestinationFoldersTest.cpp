@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,6 +10,10 @@ namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
+
+FileAttributeChanges withPermissions(std::uint32_t permissions) {
+    return {.owner = {}, .group = {}, .permissions = permissions};
+}
 
 TEST(EnsureDirExists, AnExistingFolderIsLeftAsItIs) {
     EngineParts engine;
@@ -118,7 +124,7 @@ TEST(SetAttributesRecursive, LinksAreChangedThemselvesAndNotFollowed) {
     EngineParts engine;
     engine.fake.memory.addFile("/elsewhere/file");
     engine.fake.memory.addLink("/a/link", "/elsewhere");
-    engine.folders.setAttributesRecursive("/a", {.owner = "o"});
+    engine.folders.setAttributesRecursive("/a", {.owner = "o", .group = {}, .permissions = {}});
     EXPECT_THAT(engine.operations(),
                 ElementsAre("setAttributes /a o:- -", "setAttributes /a/link o:- -"));
     EXPECT_EQ(engine.fake.memory.node("/elsewhere/file")->owner, "tester");
@@ -128,7 +134,7 @@ TEST(SetAttributesRecursive, AFailedChangeDoesNotStopIt) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");
     failOperation(engine.fake, "setAttributes");
-    engine.folders.setAttributesRecursive("/a", {.permissions = 0600});
+    engine.folders.setAttributesRecursive("/a", withPermissions(0600));
     EXPECT_THAT(engine.operations(),
                 ElementsAre("setAttributes /a -:- 0600", "setAttributes /a/b -:- 0600"));
 }
@@ -143,7 +149,7 @@ TEST(SetAttributesRecursive, WhatTheEntryIsWasReadBeforeTheChange) {
                    ? std::make_error_code(std::errc::permission_denied)
                    : std::error_code();
     });
-    engine.folders.setAttributesRecursive("/a", {.permissions = 0});
+    engine.folders.setAttributesRecursive("/a", withPermissions(0));
     EXPECT_THAT(engine.operations(),
                 ElementsAre("setAttributes /a -:- 0000", "setAttributes /a/b -:- 0000"));
 }
@@ -152,7 +158,7 @@ TEST(SetAttributesRecursive, AFolderThatCannotBeListedIsChangedItself) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");
     failOperation(engine.fake, "list");
-    engine.folders.setAttributesRecursive("/a", {.permissions = 0700});
+    engine.folders.setAttributesRecursive("/a", withPermissions(0700));
     EXPECT_THAT(engine.operations(), ElementsAre("setAttributes /a -:- 0700"));
 }
 

@@ -182,7 +182,9 @@ TEST_F(DiskMirrorTest, LinksInAProductFolderAreItems) {
 }
 
 TEST_F(DiskMirrorTest, EveryOccurrenceOfTheMirrorsPathIsTakenOutOfATarget) {
-    memory.addFile(mirror + "/Applications" + mirror + "/Tool.app/x");
+    fake.bundle.folder = "/Unpacked";
+    const std::string unpacked = "/Unpacked/Contents/Resources/files/HD";
+    memory.addFile(unpacked + "/Applications" + unpacked + "/Tool.app/x");
     install();
     EXPECT_THAT(installed, ElementsAre("/Applications/Tool.app"));
 }

@@ -158,6 +158,38 @@ TEST_F(FileInstallerTest, AnItemThatAppearsDuringTheWaitIsInstalledAndTheDelayIs
     EXPECT_THAT(installed, ElementsAre("/D/a"));
 }
 
+/// Has an item appear when it is looked for the fourth time: the third look, right after the
+/// administrator's copy, has missed it.
+class LateFileManager : public RecordingFileManager {
+  public:
+    LateFileManager(MemoryFileManager& memory, std::vector<std::string>& journal)
+        : RecordingFileManager(memory, journal), memory_(memory) {}
+    bool exists(const std::string& path) override {
+        if (path == "/D/a" && ++looks_ == 4) memory_.addFile(path);
+        return RecordingFileManager::exists(path);
+    }
+
+  private:
+    MemoryFileManager& memory_;
+    int looks_ = 0;
+};
+
+TEST_F(FileInstallerTest, ASecondLookThatFindsTheItemAtOnceCountsAsADelayToo) {
+    LateFileManager files(memory, fake.journal);
+    Platform platform = platformWith(files, fake);
+    DestinationFolders folders(platform, engine.run, engine.commands);
+    FileInstaller installer(platform, engine.run, engine.commands, folders, engine.errors,
+                            [](const std::string&) {});
+    fake.authorizations.works = [](const std::vector<std::string>& command) {
+        return command.front() != "/bin/cp";
+    };
+    memory.makeUnwritable("/D");
+    installer.installSourceFiles({"/new/a"}, "/D", false, true);
+    EXPECT_THAT(fake.clock.sleeps, IsEmpty());
+    EXPECT_THAT(fake.log.lines, ElementsAre("Installing a", "Took a delay to verify file a"));
+    EXPECT_THAT(installed, ElementsAre("/D/a"));
+}
+
 TEST_F(FileInstallerTest, TheItemIsNoLongerLookedForWhenTheLastWaitIsOver) {
     memory.makeUnwritable("/D");
     fake.authorizations.works = [](const std::vector<std::string>& command) {
@@ -183,6 +215,18 @@ TEST_F(FileInstallerTest, AFailedCopyOntoAnItemThatIsThereNeedsNoAdministrator) 
                 ElementsAre("copy /new/a /D/a", "/usr/sbin/chown -R tester:admin /D/a",
                             "/bin/chmod -R 0775 /D/a"));
     EXPECT_THAT(installed, ElementsAre("/D/a"));
+}
+
+TEST_F(FileInstallerTest, AnOldItemThatNobodyCanRemoveCountsAsInstalled) {
+    memory.addFile("/D/a", "old a");
+    memory.makeUnwritable("/D");
+    fake.authorizations.works = [](const std::vector<std::string>& command) {
+        return command.front() != "/bin/rm";
+    };
+    install({"/new/a"});
+    EXPECT_EQ(memory.contents("/D/a"), "old a");
+    EXPECT_THAT(installed, ElementsAre("/D/a"));
+    EXPECT_FALSE(engine.run.fileOpErrorOccurred);
 }
 
 TEST_F(FileInstallerTest, ACopyThatLeavesNothingIsNotLogged) {

@@ -310,15 +310,6 @@ TEST_F(InstallFilesControllerTest, AfterAFailedAuthorizationTheNextRunAsksForANe
     EXPECT_FALSE(controller.fileOpErrorOccurred());
 }
 
-TEST_F(InstallFilesControllerTest, AFailedAuthorizationForgetsWhatTheRunBeforeInstalled) {
-    controller.install({}, false);
-    ASSERT_FALSE(controller.installedPaths().empty());
-    InstallFilesController other(fake.platform);
-    fake.authorizations.obtainable = false;
-    other.install({}, false);
-    EXPECT_THAT(other.installedPaths(), IsEmpty());
-}
-
 TEST_F(InstallFilesControllerTest, APayloadItemThatNoRuleInstallsIsSaidInTheSystemLogOnly) {
     memory.addFile(mirror + "/usr/local/lib/x");
     controller.install({}, false);
@@ -449,6 +440,14 @@ TEST_F(InstallStep, TheAuthorizationIsGoneBeforeTheWizardMovesOn) {
     EXPECT_EQ(destroyedAtMove, 1);
 }
 
+TEST_F(InstallStep, ARunWithoutRightsForgetsWhatTheRunBeforeItInstalled) {
+    enter(1);
+    ASSERT_FALSE(controller.installedPaths().empty());
+    fake.authorizations.obtainable = false;
+    enter(1);
+    EXPECT_THAT(controller.installedPaths(), IsEmpty());
+}
+
 class EnteredGoingBack : public InstallStep, public testing::WithParamInterface<int> {};
 
 TEST_P(EnteredGoingBack, OnlyShowsItself) {
@@ -528,7 +527,7 @@ TEST_F(InstallFilesControllerTest, ItsOperationsAreThoseOfTheEngine) {
     memory.addFile("/s/a");
     controller.ensureDirExists("/one/two");
     EXPECT_TRUE(memory.exists("/one/two"));
-    controller.setAttributesRecursive("/s", {.group = "staff"});
+    controller.setAttributesRecursive("/s", {.owner = {}, .group = "staff", .permissions = {}});
     EXPECT_EQ(memory.node("/s/a")->group, "staff");
     EXPECT_TRUE(InstallFilesController::isFatalAuthCode(5530));
     EXPECT_FALSE(InstallFilesController::isFatalAuthCode(5529));

@@ -114,10 +114,7 @@ class FullFileManager : public RecordingFileManager {
 
 TEST_F(InstallerLogTest, AFailedWriteIsOnlyLoggedWithItsReason) {
     FullFileManager files(memory, fake.journal);
-    Platform platform{
-        files,       fake.authorizations, fake.processes,    fake.eventLoop,    fake.preferences,
-        fake.bundle, fake.bundles,        fake.searchPaths,  fake.applications, fake.alerts,
-        fake.log,    fake.clock,          fake.notifications};
+    Platform platform = platformWith(files, fake);
     installed = {"/A"};
     InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
     EXPECT_THAT(fake.log.lines,

@@ -49,7 +49,8 @@ class InstallStateControllerTest : public testing::Test {
   protected:
     void reach(std::int32_t state) {
         controller.gotoStartingState(nullptr);
-        while (controller.currentState() != state) controller.advanceState(&step, nullptr);
+        while (controller.currentState() != state)
+            controller.advanceStateWithStepController(&step, nullptr);
         changes.clear();
         step.asked.clear();
     }
@@ -81,7 +82,7 @@ TEST_F(InstallStateControllerTest, TheInstallTypeChangesNoMove) {
     InstallStateController other(fake.platform, 7);
     handle.cancel();
     other.gotoStartingState(nullptr);
-    other.advanceState(&step, nullptr);
+    other.advanceStateWithStepController(&step, nullptr);
     EXPECT_EQ(other.currentState(), 1);
 }
 
@@ -100,7 +101,8 @@ TEST_F(InstallStateControllerTest, StartingAgainStillReportsThatNothingWasBefore
 
 TEST_F(InstallStateControllerTest, AdvancesThroughEveryStepToTheEnd) {
     controller.gotoStartingState(nullptr);
-    for (int press = 0; press < 5; ++press) controller.advanceState(&step, nullptr);
+    for (int press = 0; press < 5; ++press)
+        controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{-1, 0}, Change{0, 1}, Change{1, 2}, Change{2, 3},
                                      Change{3, 4}, Change{4, 5}));
     EXPECT_THAT(step.asked, ElementsAre(1, 1, 1, 1, 1));
@@ -108,27 +110,27 @@ TEST_F(InstallStateControllerTest, AdvancesThroughEveryStepToTheEnd) {
 
 TEST_F(InstallStateControllerTest, TheInstallationLeadsToTheCompletion) {
     reach(step_number::fileInstallation);
-    controller.advanceState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes,
                 ElementsAre(Change{step_number::fileInstallation, step_number::completion}));
 }
 
 TEST_F(InstallStateControllerTest, AdvancingHasNoUpperBound) {
     reach(5);
-    controller.advanceState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{5, 6}));
 }
 
 TEST_F(InstallStateControllerTest, AdvancingBeforeTheStartEntersTheFirstStep) {
-    controller.advanceState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{-1, 0}));
 }
 
 TEST_F(InstallStateControllerTest, AVetoOfTheStepKeepsItFromBeingLeftInSilence) {
     reach(2);
     step.answer = false;
-    controller.advanceState(&step, nullptr);
-    controller.retreatState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
+    controller.retreatStateWithStepController(&step, nullptr);
     EXPECT_EQ(controller.currentState(), 2);
     EXPECT_THAT(changes, IsEmpty());
     EXPECT_THAT(step.asked, ElementsAre(1, -1));
@@ -138,36 +140,37 @@ TEST_F(InstallStateControllerTest, TheStepIsAskedBeforeTheStateChanges) {
     reach(1);
     std::vector<std::int32_t> statesWhileAsked;
     step.whileAsked = [&] { statesWhileAsked.push_back(controller.currentState()); };
-    controller.advanceState(&step, nullptr);
-    controller.retreatState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
+    controller.retreatStateWithStepController(&step, nullptr);
     EXPECT_THAT(statesWhileAsked, ElementsAre(1, 2));
 }
 
 TEST_F(InstallStateControllerTest, WithoutAStepControllerNothingHappens) {
     reach(1);
-    controller.advanceState(nullptr, nullptr);
-    controller.retreatState(nullptr, nullptr);
+    controller.advanceStateWithStepController(nullptr, nullptr);
+    controller.retreatStateWithStepController(nullptr, nullptr);
     EXPECT_EQ(controller.currentState(), 1);
     EXPECT_THAT(changes, IsEmpty());
 }
 
 TEST_F(InstallStateControllerTest, TellsTheStepsNothingItself) {
     controller.gotoStartingState(nullptr);
-    controller.advanceState(&step, nullptr);
-    controller.retreatState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
+    controller.retreatStateWithStepController(&step, nullptr);
     EXPECT_EQ(step.told, 0);
 }
 
 TEST_F(InstallStateControllerTest, RetreatsOneStepAtATimeAndOutOfTheFirst) {
     reach(3);
-    for (int press = 0; press < 4; ++press) controller.retreatState(&step, nullptr);
+    for (int press = 0; press < 4; ++press)
+        controller.retreatStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{3, 2}, Change{2, 1}, Change{1, 0}, Change{0, -1}));
     EXPECT_THAT(step.asked, ElementsAre(-1, -1, -1, -1));
 }
 
 TEST_F(InstallStateControllerTest, TheCompletionLeadsBackToTheHostSelection) {
     reach(4);
-    controller.retreatState(&step, nullptr);
+    controller.retreatStateWithStepController(&step, nullptr);
     ASSERT_THAT(changes, ElementsAre(Change{4, 1}));
     EXPECT_EQ(changes[0].newState - changes[0].oldState, -3);
 }
@@ -178,7 +181,7 @@ TEST_F(InstallStateControllerTest, RetreatingCountsFromTheStateInWhichTheButtonW
         step.whileAsked = nullptr;
         controller.gotoStartingState(nullptr);
     };
-    controller.retreatState(&step, nullptr);
+    controller.retreatStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{-1, 0}, Change{4, 1}));
 }
 
@@ -188,7 +191,7 @@ TEST_F(InstallStateControllerTest, AdvancingCountsFromTheStateAfterTheStepWasAsk
         step.whileAsked = nullptr;
         controller.gotoStartingState(nullptr);
     };
-    controller.advanceState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{-1, 0}, Change{0, 1}));
 }
 
@@ -196,9 +199,10 @@ TEST_F(InstallStateControllerTest, AStepMayMoveOnWhileItIsEntered) {
     reach(1);
     const Subscription mover =
         fake.notifications.observe("stateDidChange", [this](const Notification&) {
-            if (controller.currentState() == 2) controller.advanceState(&step, nullptr);
+            if (controller.currentState() == 2)
+                controller.advanceStateWithStepController(&step, nullptr);
         });
-    controller.advanceState(&step, nullptr);
+    controller.advanceStateWithStepController(&step, nullptr);
     EXPECT_THAT(changes, ElementsAre(Change{1, 2}, Change{2, 3}));
 }
 

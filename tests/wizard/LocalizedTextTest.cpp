@@ -46,29 +46,45 @@ TEST_F(LocalizedTextTest, AMissingNameOfAFolderGivesTheKeysOwnText) {
     EXPECT_EQ(folderName(bundle, "company_name"), "company_name");
 }
 
+struct Name {
+    std::string meaning;
+    std::string name;
+};
+
 class NameThatLeadsElsewhere : public LocalizedTextTest,
-                               public testing::WithParamInterface<std::string> {};
+                               public testing::WithParamInterface<Name> {};
 
 TEST_P(NameThatLeadsElsewhere, CountsAsMissing) {
-    bundle.tables["installer"]["product_name"] = GetParam();
+    bundle.tables["installer"]["product_name"] = GetParam().name;
     EXPECT_EQ(folderName(bundle, "product_name"), "product_name");
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, NameThatLeadsElsewhere,
-                         testing::Values("", "/", "///", ".", "..", "./", "../", "/..", "a/..",
-                                         "a/../b", "../../etc", "a/./b", "a//.."));
+INSTANTIATE_TEST_SUITE_P(
+    Names, NameThatLeadsElsewhere,
+    testing::Values(Name{"Empty", ""}, Name{"Separator", "/"}, Name{"Separators", "///"},
+                    Name{"Dot", "."}, Name{"TwoDots", ".."}, Name{"DotSeparator", "./"},
+                    Name{"TwoDotsSeparator", "../"}, Name{"SeparatorTwoDots", "/.."},
+                    Name{"TwoDotsAtTheEnd", "a/.."}, Name{"TwoDotsInside", "a/../b"},
+                    Name{"SeveralUpwards", "../../etc"}, Name{"DotInside", "a/./b"},
+                    Name{"TwoDotsAfterTwoSeparators", "a//.."}),
+    [](const auto& row) { return row.param.meaning; });
 
 class NameWithDotsOrSeparators : public LocalizedTextTest,
-                                 public testing::WithParamInterface<std::string> {};
+                                 public testing::WithParamInterface<Name> {};
 
 TEST_P(NameWithDotsOrSeparators, IsKept) {
-    bundle.tables["installer"]["product_name"] = GetParam();
-    EXPECT_EQ(folderName(bundle, "product_name"), GetParam());
+    bundle.tables["installer"]["product_name"] = GetParam().name;
+    EXPECT_EQ(folderName(bundle, "product_name"), GetParam().name);
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, NameWithDotsOrSeparators,
-                         testing::Values("...", ".hidden", "Acme Inc.", "a..b", "Acme/Filters",
-                                         "/Acme", "Acme/", " "));
+                         testing::Values(Name{"ThreeDots", "..."}, Name{"DotBefore", ".hidden"},
+                                         Name{"DotAfter", "Acme Inc."},
+                                         Name{"DotsInsideAComponent", "a..b"},
+                                         Name{"TwoComponents", "Acme/Filters"},
+                                         Name{"SeparatorBefore", "/Acme"},
+                                         Name{"SeparatorAfter", "Acme/"}, Name{"Space", " "}),
+                         [](const auto& row) { return row.param.meaning; });
 
 }  // namespace
 }  // namespace installer

@@ -37,7 +37,8 @@ class SetupViewModelTest : public testing::Test {
     std::shared_ptr<InstallStateController> controllerInState(std::int32_t state) {
         auto controller = std::make_shared<InstallStateController>(fake.platform, 0);
         WillingStep step;
-        while (controller->currentState() != state) controller->advanceState(&step, nullptr);
+        while (controller->currentState() != state)
+            controller->advanceStateWithStepController(&step, nullptr);
         return controller;
     }
 
@@ -76,7 +77,7 @@ TEST_F(SetupViewModelTest, FollowsTheStateOfTheControllerItShares) {
     SetupViewModel model(fake.platform);
     model.setStateController(controller);
     WillingStep step;
-    controller->advanceState(&step, nullptr);
+    controller->advanceStateWithStepController(&step, nullptr);
     EXPECT_EQ(model.goBackwardsText(), "Go Back");
 }
 

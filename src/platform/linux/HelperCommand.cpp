@@ -55,6 +55,11 @@ bool mayAsk(AdministratorWay way) {
            way == AdministratorWay::sudoWithAskpass;
 }
 
+std::optional<int> dismissedExitStatus(AdministratorWay way) {
+    constexpr int dismissedByPkexec = 126;
+    return way == AdministratorWay::polkit ? std::optional(dismissedByPkexec) : std::nullopt;
+}
+
 SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
                            const std::string& helperPath, const std::string& reason) {
     SpawnRequest request;

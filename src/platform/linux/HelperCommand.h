@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "platform/linux/Spawn.h"
@@ -33,6 +34,10 @@ enum class AdministratorWay {
 
 /// Whether somebody may be asked for a password that way.
 [[nodiscard]] bool mayAsk(AdministratorWay way);
+
+/// The exit status by which the command of that way says that its question was dismissed. sudo has
+/// none: a refusal of any kind is the same to it.
+[[nodiscard]] std::optional<int> dismissedExitStatus(AdministratorWay way);
 
 /// How the helper is started that way, its streams aside. No way waits for an answer that nobody
 /// can give. `reason` is one line that tells the person asked who asks and why.

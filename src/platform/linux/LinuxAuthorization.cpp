@@ -57,8 +57,8 @@ void LinuxAuthorization::startHelper() {
         return;
     }
     if (mayAsk(way_) && access_.announce) access_.announce(access_.reason);
-    PrivilegedHelper::Start start =
-        PrivilegedHelper::start(helperCommand(way_, means_, access_.helperPath, access_.reason));
+    PrivilegedHelper::Start start = PrivilegedHelper::start(
+        helperCommand(way_, means_, access_.helperPath, access_.reason), dismissedExitStatus(way_));
     refusal_ = start.status;
     helper_ = std::move(start.helper);
     if (helper_) helper_->setProgressSink(progress_);

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "foundation/PackageName.h"
 #include "foundation/Paths.h"
 #include "platform/SystemLog.h"
 #include "platform/linux/PreferredLanguages.h"
@@ -15,8 +16,8 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t largestTable = 16 * 1024 * 1024;
-constexpr std::size_t largestInformation = 4 * 1024 * 1024;
+constexpr std::size_t largestTable = std::size_t{16} << 20;
+constexpr std::size_t largestInformation = std::size_t{4} << 20;
 constexpr std::string_view languageSuffix = ".lproj";
 
 /// A path with a NUL names nothing, never what stands before the NUL.
@@ -32,6 +33,13 @@ bool isFolder(const std::string& path) {
 bool exists(const std::string& path) {
     std::error_code error;
     return canName(path) && std::filesystem::exists(path, error);
+}
+
+bool isBundle(const std::string& folder) {
+    if (isPackageName(lastPathComponent(folder))) return true;
+    std::error_code error;
+    return std::filesystem::exists(
+        std::filesystem::symlink_status(joinPath(folder, "Contents/Info.plist"), error));
 }
 
 std::vector<std::string> languagesIn(const std::string& resources) {
@@ -164,11 +172,7 @@ LinuxBundles::LinuxBundles(std::vector<std::string> preferredLanguages, SystemLo
     : preferredLanguages_(std::move(preferredLanguages)), log_(log) {}
 
 std::unique_ptr<Bundle> LinuxBundles::open(const std::string& path) {
-    if (!isFolder(path)) return nullptr;
-    std::error_code error;
-    const auto status =
-        std::filesystem::symlink_status(joinPath(path, "Contents/Info.plist"), error);
-    if (!std::filesystem::exists(status)) return nullptr;
+    if (!isFolder(path) || !isBundle(path)) return nullptr;
     return std::make_unique<LinuxBundle>(path, preferredLanguages_, log_);
 }
 

@@ -38,9 +38,14 @@ class Handlers {
 
     void call() const {
         const std::shared_ptr<Map> handlers = handlers_;
-        const Map snapshot = *handlers;
-        for (const auto& [key, handler] : snapshot) {
-            if (handlers->contains(key)) handler();
+        std::vector<int> keys;
+        for (const auto& [key, handler] : *handlers) keys.push_back(key);
+        for (const int key : keys) {
+            const auto found = handlers->find(key);
+            if (found == handlers->end()) continue;
+            // A handler that removes itself lives on until it returns.
+            const std::function<void()> handler = found->second;
+            handler();
         }
     }
 

@@ -13,7 +13,7 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t largestFile = 16 * 1024 * 1024;
+constexpr std::size_t largestFile = std::size_t{16} << 20;
 
 bool isDomain(const std::string& name) {
     return !name.empty() && name.find('/') == std::string::npos &&
@@ -94,7 +94,7 @@ std::optional<PropertyList> LinuxPreferencesStore::stored(const std::string& pat
     }
     auto list = PropertyList::parse(bytes.value());
     if (!list) report(path, "it is no property list; it counts as empty");
-    return list ? std::move(list) : PropertyList();
+    return list ? std::move(*list) : PropertyList();
 }
 
 bool LinuxPreferencesStore::write(const std::string& path, const Changes& changes) {

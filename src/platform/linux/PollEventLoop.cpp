@@ -41,7 +41,10 @@ void PollEventLoop::turn(int timeoutInMilliseconds) {
     // A callback may turn the loop itself, and may end this loop's life: nothing of this object
     // but the shared sources is used from here on.
     const std::shared_ptr<Sources> sources = sources_;
+    const std::uint64_t thisTurn = ++sources->turns;
     for (std::size_t index = 0; ready > 0 && index < polled.size(); ++index) {
+        // A turn within this one may have read what was ready here; the next turn looks again.
+        if (sources->turns != thisTurn) break;
         if (descriptors[index].revents == 0) continue;
         const auto found = sources->find(polled[index]);
         if (found == sources->end()) continue;

@@ -25,7 +25,9 @@ class PollEventLoop : public EventLoop, public DescriptorWatcher {
         std::function<void()> whenReadable;
     };
     /// By the order in which they were added, which is the order of their callbacks in a turn.
-    using Sources = std::map<std::uint64_t, Source>;
+    struct Sources : std::map<std::uint64_t, Source> {
+        std::uint64_t turns = 0;
+    };
 
     void turn(int timeoutInMilliseconds);
 

@@ -9,12 +9,6 @@
 #include <sys/wait.h>
 
 namespace installer {
-namespace {
-
-/// How pkexec says that the person asked dismissed its question.
-constexpr int dismissedExitStatus = 126;
-
-}  // namespace
 
 /// Knows its run; the helper knows only the run that it works on.
 class PrivilegedHelper::Tool : public PrivilegedTool {
@@ -43,7 +37,8 @@ class PrivilegedHelper::Tool : public PrivilegedTool {
     std::shared_ptr<Run> run_;
 };
 
-PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command) {
+PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command,
+                                                std::optional<int> dismissed) {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return {};
     FileDescriptor ours(ends[0]);
@@ -59,9 +54,9 @@ PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command) {
         new PrivilegedHelper(process.value(), std::move(ours)));
     if (helper->saidHello()) return {0, helper};
     const std::optional<int> status = helper->reap();
-    const bool dismissed =
-        status && WIFEXITED(*status) && WEXITSTATUS(*status) == dismissedExitStatus;
-    return {dismissed ? authorization_status::canceled : authorization_status::denied, nullptr};
+    const bool canceled =
+        dismissed && status && WIFEXITED(*status) && WEXITSTATUS(*status) == *dismissed;
+    return {canceled ? authorization_status::canceled : authorization_status::denied, nullptr};
 }
 
 bool PrivilegedHelper::saidHello() {

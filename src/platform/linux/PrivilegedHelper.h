@@ -28,7 +28,9 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     /// a password takes the time it takes) or the command ends. The helper's standard input and
     /// output are one end of a pair of sockets: unlike a pipe's, no neighbour can open them again
     /// by way of /proc.
-    [[nodiscard]] static Start start(SpawnRequest command);
+    /// `dismissed` is the exit status by which the command says that the person asked refused to
+    /// answer, where it has one.
+    [[nodiscard]] static Start start(SpawnRequest command, std::optional<int> dismissed);
 
     ~PrivilegedHelper() { end(); }
     PrivilegedHelper(const PrivilegedHelper&) = delete;

@@ -20,12 +20,13 @@ void PropertyList::NodeDeleter::operator()(void* node) const {
 std::optional<PropertyList> PropertyList::parse(std::string_view bytes) {
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max() || !hasHarmlessShape(bytes))
         return std::nullopt;
+    const char* start = bytes.data();
     const auto length = static_cast<std::uint32_t>(bytes.size());
     plist_t node = nullptr;
-    plist_from_memory(bytes.data(), length, &node);
+    plist_from_memory(start, length, &node);
     Node root(node);
     if (!root || plist_get_node_type(node) != PLIST_DICT) return std::nullopt;
-    const bool isBinary = plist_is_binary(bytes.data(), length) != 0;
+    const bool isBinary = plist_is_binary(start, length) != 0;
     return PropertyList(std::move(root), isBinary ? Form::binary : Form::xml);
 }
 

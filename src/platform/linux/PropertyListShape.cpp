@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t mostContainersInXml = 5000;
 constexpr std::size_t deepestNesting = 100;
-constexpr std::size_t mostValues = 1'000'000;
+constexpr std::size_t mostValues = 200'000;
 
 /// Counts the containers instead of their depth: comments and declarations, which the reader passes
 /// over in its own way, can then hide nothing.
@@ -34,11 +34,11 @@ class BinaryWalk {
         constexpr std::size_t trailerSize = 32;
         if (bytes_.size() < trailerSize) return true;
         const std::size_t trailer = bytes_.size() - trailerSize;
-        offsetSize_ = *number(trailer + 6, 1);
-        referenceSize_ = *number(trailer + 7, 1);
-        count_ = *number(trailer + 8, 8);
-        const std::uint64_t root = *number(trailer + 16, 8);
-        table_ = *number(trailer + 24, 8);
+        offsetSize_ = number(trailer + 6, 1).value_or(0);
+        referenceSize_ = number(trailer + 7, 1).value_or(0);
+        count_ = number(trailer + 8, 8).value_or(0);
+        const std::uint64_t root = number(trailer + 16, 8).value_or(0);
+        table_ = number(trailer + 24, 8).value_or(0);
         return visit(root);
     }
 

@@ -63,6 +63,9 @@ class Parser {
         return index < text_.characters.size() ? text_.characters[index] : endOfText;
     }
     [[nodiscard]] char32_t current() const { return at(0); }
+    [[nodiscard]] bool beginsComment() const {
+        return current() == U'/' && (at(1) == U'/' || at(1) == U'*');
+    }
     void advance() {
         if (current() == U'\n') ++place_.line;
         if (place_.index < text_.characters.size()) ++place_.index;
@@ -92,7 +95,7 @@ class Parser {
         const std::size_t line = place_.line;
         advance();
         advance();
-        while (current() != endOfText && !(current() == U'*' && at(1) == U'/')) advance();
+        while (current() != endOfText && (current() != U'*' || at(1) != U'/')) advance();
         if (current() == endOfText) {
             problem(line, "this comment does not end");
             return false;
@@ -174,7 +177,7 @@ class Parser {
         if (current() == U'"') return readQuoted();
         std::string text;
         // A comment may begin right behind an unquoted text.
-        while (isUnquoted(current()) && !(current() == U'/' && (at(1) == U'/' || at(1) == U'*'))) {
+        while (isUnquoted(current()) && !beginsComment()) {
             appendUtf8(text, current());
             advance();
         }

@@ -58,8 +58,9 @@ Decoded utf8At(std::string_view bytes, std::size_t place) {
             return {0, index, false};
         code = (code << 6) | (byteAt(bytes, place + index) & 0x3Fu);
     }
-    const bool valid = !(length == 3 && code < 0x800) && !(length == 4 && code < 0x10000) &&
-                       !(code >= 0xD800 && code <= 0xDFFF) && code <= 0x10FFFF;
+    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
+    const bool surrogate = isLeadingSurrogate(code) || isTrailingSurrogate(code);
+    const bool valid = !overlong && !surrogate && code <= 0x10FFFF;
     return {code, length, valid};
 }
 
@@ -89,17 +90,11 @@ StringsTableText decodeUtf16(std::string_view bytes, ByteOrder order) {
     Collector collector(bytes.size() / 2);
     for (std::size_t place = 0; place < bytes.size(); place += 2) {
         const auto unit = unitAt(place);
-        if (!unit) {
-            collector.addDamage();
-        } else if (isLeadingSurrogate(*unit)) {
-            const auto next = unitAt(place + 2);
-            if (next && isTrailingSurrogate(*next)) {
-                collector.add(fromSurrogates(*unit, *next));
-                place += 2;
-            } else {
-                collector.addDamage();
-            }
-        } else if (isTrailingSurrogate(*unit)) {
+        const auto next = unitAt(place + 2);
+        if (unit && next && isLeadingSurrogate(*unit) && isTrailingSurrogate(*next)) {
+            collector.add(fromSurrogates(*unit, *next));
+            place += 2;
+        } else if (!unit || isLeadingSurrogate(*unit) || isTrailingSurrogate(*unit)) {
             collector.addDamage();
         } else {
             collector.add(*unit);

@@ -1,0 +1,33 @@
+// Feeds arbitrary bytes to the readers of string tables and property lists. Built by hand, with the
+// files that it exercises, because it needs a compiler that brings libFuzzer:
+//   clang++-19 -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc \
+//       tests/fuzz/StringsTableFuzzer.cpp src/platform/linux/StringsTable.cpp \
+//       src/platform/linux/StringsTableText.cpp src/platform/linux/PropertyList.cpp \
+//       src/platform/linux/PropertyListShape.cpp src/foundation/Text.cpp -lplist-2.0 -o fuzzer
+//   ./fuzzer -max_total_time=60 tests/fuzz/corpus/strings
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "foundation/Text.h"
+#include "platform/linux/PropertyList.h"
+#include "platform/linux/StringsTable.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const auto table = installer::parseStringsTable(bytes);
+    for (const auto& [key, value] : table.entries) {
+        const bool isText = installer::isUtf8(key) && installer::isUtf8(value);
+        if (!isText || key.find('\0') != key.npos || value.find('\0') != value.npos) std::abort();
+    }
+    if (table.problems.size() > installer::StringsTable::maximumProblems) std::abort();
+    std::size_t line = 1;
+    for (const auto& problem : table.problems) {
+        if (problem.line < line || problem.message.empty()) std::abort();
+        line = problem.line;
+    }
+    if (auto list = installer::PropertyList::parse(bytes)) static_cast<void>(list->serialized());
+    return 0;
+}

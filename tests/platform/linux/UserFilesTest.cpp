@@ -1,0 +1,127 @@
+#include <cerrno>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "platform/linux/ScratchFolder.h"
+#include "platform/linux/UserFiles.h"
+
+namespace installer {
+namespace {
+
+using test::ScratchFolder;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr auto atOnce = UserFiles::Durability::atOnce;
+constexpr uid_t someUser = 12345;
+constexpr gid_t someGroup = 12346;
+
+struct stat statusOf(const std::string& path) {
+    struct stat status{};
+    EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+class UserFilesTest : public testing::Test {
+  protected:
+    ScratchFolder disk_;
+    std::string home_ = disk_.addFolder("home");
+    UserFiles files_{home_};
+};
+
+TEST_F(UserFilesTest, MakesTheFileAndTheFoldersAboveIt) {
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/Preferences/a b.plist"), "text", atOnce));
+    EXPECT_EQ(disk_.read("home/Library/Preferences/a b.plist"), "text");
+    EXPECT_THAT(disk_.names("home/Library/Preferences"), ElementsAre("a b.plist"));
+    EXPECT_EQ(statusOf(disk_.at("home/Library/Preferences/a b.plist")).st_mode & 07777, 0644u);
+}
+
+TEST_F(UserFilesTest, ReplacesAFileAndKeepsItsPermissions) {
+    const std::string path = disk_.add("home/file", "a much longer old text");
+    ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+    EXPECT_FALSE(files_.replace(path, "new", atOnce));
+    EXPECT_EQ(disk_.read("home/file"), "new");
+    EXPECT_EQ(statusOf(path).st_mode & 07777, 0600u);
+    EXPECT_THAT(disk_.names("home"), ElementsAre("file"));
+}
+
+TEST_F(UserFilesTest, ReplacesALinkAndLeavesItsTargetAlone) {
+    disk_.add("target", "old");
+    std::filesystem::create_symlink(disk_.at("target"), disk_.at("home/file"));
+    EXPECT_FALSE(files_.replace(disk_.at("home/file"), "new", atOnce));
+    EXPECT_EQ(disk_.read("target"), "old");
+    EXPECT_TRUE(S_ISREG(statusOf(disk_.at("home/file")).st_mode));
+}
+
+TEST_F(UserFilesTest, AFolderInItsPlaceIsAnErrorAndNothingIsLeft) {
+    disk_.addFolder("home/file");
+    EXPECT_EQ(files_.replace(disk_.at("home/file"), "new", atOnce).value(), EISDIR);
+    EXPECT_THAT(disk_.names("home"), ElementsAre("file"));
+}
+
+TEST_F(UserFilesTest, AFileInTheWayOfAFolderIsAnError) {
+    disk_.add("home/Library", "no folder");
+    EXPECT_EQ(files_.replace(disk_.at("home/Library/file"), "new", atOnce).value(), ENOTDIR);
+}
+
+TEST_F(UserFilesTest, RefusesPathsThatNameNothing) {
+    EXPECT_EQ(files_.replace("relative/file", "new", atOnce).value(), ENOENT);
+    EXPECT_EQ(files_.replace("", "new", atOnce).value(), ENOENT);
+    EXPECT_EQ(files_.replace(disk_.at("home/file") + std::string("\0x", 2), "new", atOnce).value(),
+              ENOENT);
+    EXPECT_THAT(disk_.names("home"), IsEmpty());
+}
+
+/// What only root can try.
+class UserFilesAsRoot : public UserFilesTest {
+  protected:
+    void SetUp() override {
+        if (::geteuid() != 0) GTEST_SKIP() << "needs to be root to give files away";
+        ASSERT_EQ(::chown(home_.c_str(), someUser, someGroup), 0);
+    }
+};
+
+TEST_F(UserFilesAsRoot, GivesNewFilesAndFoldersToTheOwnerOfTheHomeFolder) {
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/Preferences/file"), "text", atOnce));
+    for (const char* path :
+         {"home/Library", "home/Library/Preferences", "home/Library/Preferences/file"}) {
+        EXPECT_EQ(statusOf(disk_.at(path)).st_uid, someUser) << path;
+        EXPECT_EQ(statusOf(disk_.at(path)).st_gid, someGroup) << path;
+    }
+}
+
+TEST_F(UserFilesAsRoot, GivesTheFileAwayBelowAFolderThatRootMade) {
+    disk_.addFolder("home/Library");
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/file"), "text", atOnce));
+    EXPECT_EQ(statusOf(disk_.at("home/Library/file")).st_uid, someUser);
+    EXPECT_EQ(statusOf(disk_.at("home/Library")).st_uid, 0u);
+}
+
+TEST_F(UserFilesAsRoot, AnExistingFileKeepsItsOwner) {
+    const std::string path = disk_.add("home/file", "old");
+    ASSERT_EQ(::chown(path.c_str(), someUser + 1, someGroup + 1), 0);
+    EXPECT_FALSE(files_.replace(path, "new", atOnce));
+    EXPECT_EQ(statusOf(path).st_uid, someUser + 1);
+    EXPECT_EQ(statusOf(path).st_gid, someGroup + 1);
+}
+
+TEST_F(UserFilesAsRoot, GivesNothingAwayInForeignFoldersThatALinkLeadsTo) {
+    disk_.addFolder("foreign");
+    std::filesystem::create_symlink(disk_.at("foreign"), disk_.at("home/Library"));
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/Preferences/file"), "text", atOnce));
+    EXPECT_EQ(statusOf(disk_.at("foreign/Preferences")).st_uid, 0u);
+    EXPECT_EQ(statusOf(disk_.at("foreign/Preferences/file")).st_uid, 0u);
+}
+
+TEST_F(UserFilesAsRoot, GivesAwayInTheUsersOwnFoldersThatALinkLeadsTo) {
+    const std::string other = disk_.addFolder("other-disk");
+    ASSERT_EQ(::chown(other.c_str(), someUser, someGroup), 0);
+    std::filesystem::create_symlink(other, disk_.at("home/Library"));
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/Preferences/file"), "text", atOnce));
+    EXPECT_EQ(statusOf(disk_.at("other-disk/Preferences/file")).st_uid, someUser);
+}
+
+}  // namespace
+}  // namespace installer
