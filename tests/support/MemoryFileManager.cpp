@@ -22,16 +22,6 @@ bool namesAnEntry(const std::string& path) {
     return path.starts_with('/') && path.find('\0') == std::string::npos;
 }
 
-bool hasPackageSuffix(const std::string& path) {
-    static constexpr std::array<std::string_view, 12> suffixes = {
-        ".app",      ".bundle",      ".plugin",     ".component", ".kext", ".lrplugin",
-        ".prefPane", ".qlgenerator", ".mdimporter", ".pkg",       ".mpkg", ".rtfd"};
-    const std::string name = lastPathComponent(path);
-    return std::any_of(suffixes.begin(), suffixes.end(), [&](std::string_view suffix) {
-        return name.size() > suffix.size() && name.ends_with(suffix);
-    });
-}
-
 }  // namespace
 
 class MemoryFileManager::OpenFile : public WritableFile {
