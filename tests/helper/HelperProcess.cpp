@@ -17,6 +17,7 @@ HelperProcess::HelperProcess(const Start& start) {
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) std::abort();
     if (::pipe2(errorPipe.data(), O_CLOEXEC) != 0) std::abort();
     std::vector<char*> environment;
+    environment.reserve(start.environment.size() + 1);
     for (const std::string& variable : start.environment) {
         environment.push_back(const_cast<char*>(variable.c_str()));
     }
