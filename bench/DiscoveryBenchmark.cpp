@@ -58,7 +58,7 @@ void readEveryPathsFile(benchmark::State& state) {
         std::size_t read = 0;
         const auto names = files.list(folder);
         for (const std::string& name : names.value()) {
-            const auto content = files.read(folder + "/" + name, std::size_t{1} << 20);
+            const auto content = files.read(folder + "/" + name, std::size_t{1} << 16);
             const std::string application = content.value().substr(0, content.value().size() - 1);
             read += files.list(application).value().size();
         }

@@ -1,8 +1,8 @@
 #include "support/MemoryFileManager.h"
 
 #include <algorithm>
-#include <array>
 
+#include "foundation/PackageName.h"
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 
@@ -163,7 +163,7 @@ void MemoryFileManager::walk(const std::string& folder, WalkDepth depth,
 
 bool MemoryFileManager::isPackage(const std::string& path) {
     const Node* node = find(path);
-    return node != nullptr && node->type == FileType::folder && hasPackageSuffix(path);
+    return node != nullptr && node->type == FileType::folder && isPackageName(lastPathComponent(path));
 }
 
 std::error_code MemoryFileManager::copyAsAdministrator(const std::string& source,
