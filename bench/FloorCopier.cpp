@@ -28,7 +28,9 @@ constexpr mode_t installedMode = 0775;
 }
 
 void finish(int descriptor) {
-    if (::fchown(descriptor, ::getuid(), installer::administratorsGroup()) != 0) fail("fchown");
+    static const uid_t owner = ::getuid();
+    static const gid_t group = installer::administratorsGroup();
+    if (::fchown(descriptor, owner, group) != 0) fail("fchown");
     if (::fchmod(descriptor, installedMode) != 0) fail("fchmod");
 }
 

@@ -2,8 +2,11 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
+#include <span>
 
 #include <poll.h>
+#include <sched.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -16,6 +19,23 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
     const ssize_t sent = ::send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
     if (sent >= 0 || errno != ENOTSOCK) return sent;
     return ::write(descriptor, bytes.data(), bytes.size());
+}
+
+/// How long an answer or the next request is looked for before the process goes to sleep. Waking
+/// a sleeping process on another processor costs more than most of what the helper is asked to
+/// do, and an installation of many small items asks thousands of times.
+constexpr std::chrono::microseconds patience(200);
+
+ssize_t readSome(int descriptor, std::span<char> buffer) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    do {
+        const ssize_t count = ::recv(descriptor, buffer.data(), buffer.size(), MSG_DONTWAIT);
+        if (count >= 0) return count;
+        if (errno == ENOTSOCK) break;
+        if (errno != EAGAIN && errno != EINTR) return count;
+        ::sched_yield();
+    } while (std::chrono::steady_clock::now() < end);
+    return ::read(descriptor, buffer.data(), buffer.size());
 }
 
 }  // namespace
@@ -40,7 +60,7 @@ std::optional<Message> MessageStream::receive() {
             break;
         }
         std::array<char, 16384> buffer;
-        const ssize_t count = ::read(input_, buffer.data(), buffer.size());
+        const ssize_t count = readSome(input_, buffer);
         if (count > 0) {
             decoder_.append({buffer.data(), static_cast<std::size_t>(count)});
         } else if (count == 0) {

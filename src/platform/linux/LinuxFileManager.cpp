@@ -305,8 +305,10 @@ Result<uid_t> LinuxFileManager::userNumber(const std::string& name) {
 }
 
 Result<gid_t> LinuxFileManager::groupNumber(const std::string& name) {
-    if (name == administratorsGroupName) return administratorsGroup();
     if (const auto known = groups_.find(name); known != groups_.end()) return known->second;
+    if (name == administratorsGroupName) {
+        return groups_.emplace(name, administratorsGroup()).first->second;
+    }
     std::vector<char> buffer(readingBlock);
     const auto entry = accountEntry<group>(name, buffer, getgrnam_r);
     if (!entry) return entry.error();
