@@ -1,5 +1,5 @@
-// Feeds arbitrary bytes to the readers of string tables and property lists. Built by hand, with the
-// files that it exercises, because it needs a compiler that brings libFuzzer:
+// Feeds arbitrary bytes to the readers of string tables and property lists. The build replays its
+// corpus; fuzzing itself needs a compiler that brings libFuzzer:
 //   clang++-19 -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc \
 //       tests/fuzz/StringsTableFuzzer.cpp src/platform/linux/StringsTable.cpp \
 //       src/platform/linux/StringsTableText.cpp src/platform/linux/PropertyList.cpp \

@@ -64,6 +64,13 @@ class HostileInput(SystemTest):
                 self.assertReadmeInstalled()
                 path.rmdir() if path.is_dir() else path.unlink()
 
+    def test_a_paths_file_that_the_user_may_not_read_cannot_be_opened_either(self):
+        path = write(self.preferences / "Adobe Photoshop CS6 Paths", "/Applications/CS6\0", 0o000)
+        outcome = run(self.product, environment=self.environment, user=65534, group=65534,
+                      extra_groups=[])
+        self.assertEqual(outcome.status, 0)
+        self.assertEqual(outcome.messages.count(f"Could not open paths file: {path}"), 3)
+
     def test_a_huge_paths_file_is_read_no_further_than_it_matters(self):
         path = write(self.preferences / "Adobe Photoshop CS6 Paths", "/Applications/CS6\0")
         os.truncate(path, 2**40)

@@ -1,0 +1,27 @@
+// Gives every file of the folders named on the command line to a fuzzer's entry point: each input
+// that is kept stays harmless, also where no fuzzer can be built.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+int main(int argc, char** argv) {
+    int replayed = 0;
+    for (int index = 1; index < argc; ++index) {
+        for (const auto& entry : std::filesystem::directory_iterator(argv[index])) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string content{std::istreambuf_iterator<char>(file), {}};
+            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(content.data()),
+                                   content.size());
+            ++replayed;
+        }
+    }
+    std::printf("%d inputs replayed\n", replayed);
+    return replayed > 0 ? 0 : 1;
+}
