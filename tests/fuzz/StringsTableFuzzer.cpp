@@ -1,10 +1,7 @@
 // Feeds arbitrary bytes to the readers of string tables and property lists. The build replays its
-// corpus; fuzzing itself needs a compiler that brings libFuzzer:
-//   clang++-19 -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined -Isrc \
-//       tests/fuzz/StringsTableFuzzer.cpp src/platform/linux/StringsTable.cpp \
-//       src/platform/linux/StringsTableText.cpp src/platform/linux/PropertyList.cpp \
-//       src/platform/linux/PropertyListShape.cpp src/foundation/Text.cpp -lplist-2.0 -o fuzzer
-//   ./fuzzer -max_total_time=60 tests/fuzz/corpus/strings
+// corpus. Fuzzing itself needs a compiler that brings libFuzzer, given this file and the sources
+// that it exercises (platform/linux/StringsTable, StringsTableText, PropertyList,
+// PropertyListShape, foundation/Text) with -fsanitize=fuzzer,address,undefined and -lplist-2.0.
 
 #include <cstddef>
 #include <cstdint>

@@ -441,7 +441,9 @@ TEST_F(PrivilegedHelperProgram, RefreshesTheDesktopDatabaseInTheBackground) {
     while (!folder.holds("applications/mimeinfo.cache")) {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    if (made) EXPECT_EQ(::rmdir("/usr/share/applications"), 0);
+    if (made) {
+        EXPECT_EQ(::rmdir("/usr/share/applications"), 0);
+    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 """Bad payloads, bad texts and bad files that Photoshop left: each has a clear outcome."""
 
 import os
+import pwd
 import shutil
 import stat
 import unittest
@@ -65,7 +66,8 @@ class HostileInput(SystemTest):
                 path.rmdir() if path.is_dir() else path.unlink()
 
     def test_a_paths_file_that_the_user_may_not_read_cannot_be_opened_either(self):
-        path = write(self.preferences / "Adobe Photoshop CS6 Paths", "/Applications/CS6\0", 0o000)
+        preferences = self.disk.at(f"/Users/{pwd.getpwuid(65534).pw_name}/Library/Preferences")
+        path = write(preferences / "Adobe Photoshop CS6 Paths", "/Applications/CS6\0", 0o000)
         outcome = run(self.product, environment=self.environment, user=65534, group=65534,
                       extra_groups=[])
         self.assertEqual(outcome.status, 0)
