@@ -62,14 +62,14 @@ std::optional<std::string> executableOf(const Bundle& bundle, const std::string&
     return executable;
 }
 
-bool canBeShown(const std::optional<std::string>& name) {
-    return name && !trimmed(*name).empty() && isUtf8(*name);
+bool canBeShown(const std::string& name) {
+    return !trimmed(name).empty() && isUtf8(name);
 }
 
 std::string nameOf(const Bundle& bundle, const std::string& path) {
     for (const char* key : {"CFBundleDisplayName", "CFBundleName"}) {
         const auto name = bundle.informationValue(key);
-        if (canBeShown(name)) return *name;
+        if (name && canBeShown(*name)) return *name;
     }
     std::string name = lastPathComponent(path);
     if (name.ends_with(applicationSuffix)) name.resize(name.size() - applicationSuffix.size());
@@ -119,7 +119,7 @@ std::error_code LinuxApplicationDatabase::write(const std::string& name,
     const auto identifier = bundle.informationValue("CFBundleIdentifier");
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
-    return files_.replace(joinPath(*folder_, file), *text, UserFiles::Durability::whenConvenient);
+    return files_.replace(joinPath(folder_.value_or(""), file), *text, UserFiles::Durability::whenConvenient);
 }
 
 }  // namespace installer

@@ -82,7 +82,7 @@ bool LinuxPreferencesStore::synchronize(const std::string& domain) {
 }
 
 std::string LinuxPreferencesStore::pathOf(const std::string& domain) const {
-    return joinPath(*folder_, domain + ".plist");
+    return joinPath(folder_.value_or(""), domain + ".plist");
 }
 
 std::optional<PropertyList> LinuxPreferencesStore::stored(const std::string& path) {
