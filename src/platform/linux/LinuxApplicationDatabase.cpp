@@ -119,7 +119,8 @@ std::error_code LinuxApplicationDatabase::write(const std::string& name,
     const auto identifier = bundle.informationValue("CFBundleIdentifier");
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
-    return files_.replace(joinPath(folder_.value_or(""), file), *text, UserFiles::Durability::whenConvenient);
+    return files_.replace(joinPath(folder_.value_or(""), file), *text,
+                          UserFiles::Durability::whenConvenient);
 }
 
 }  // namespace installer
