@@ -27,10 +27,14 @@ HelperProcess::HelperProcess(const Start& start) {
         ::dup2(ends[1], STDIN_FILENO);
         ::dup2(ends[1], STDOUT_FILENO);
         ::dup2(errorPipe[1], STDERR_FILENO);
+        // Opened before anything changes: another user need not be able to reach the build's
+        // folder. The number is out of the way of those that tests open.
+        const int built = ::open(PRIVILEGED_HELPER, O_PATH | O_CLOEXEC);
+        const int program = ::fcntl(built, F_DUPFD_CLOEXEC, 500);
         if (start.before) start.before();
         char name[] = "privileged-helper";
         char* arguments[] = {name, nullptr};
-        ::execve(PRIVILEGED_HELPER, arguments, environment.data());
+        ::fexecve(program, arguments, environment.data());
         ::_exit(99);
     }
     ::close(ends[1]);

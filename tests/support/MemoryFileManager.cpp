@@ -163,7 +163,8 @@ void MemoryFileManager::walk(const std::string& folder, WalkDepth depth,
 
 bool MemoryFileManager::isPackage(const std::string& path) {
     const Node* node = find(path);
-    return node != nullptr && node->type == FileType::folder && isPackageName(lastPathComponent(path));
+    return node != nullptr && node->type == FileType::folder &&
+           isPackageName(lastPathComponent(path));
 }
 
 std::error_code MemoryFileManager::copyAsAdministrator(const std::string& source,
