@@ -3,61 +3,20 @@
 #include <algorithm>
 #include <limits>
 
+#include "foundation/Utf8.h"
+
 namespace installer {
 
 namespace {
 
 constexpr std::size_t longestSequence = 4;
 
-/// One character of a text: a code point, or a single byte that is part of none.
-struct Character {
-    std::size_t length = 1;
-    std::optional<char32_t> codePoint;
-};
-
-unsigned byteAt(std::string_view text, std::size_t place) {
-    return static_cast<unsigned char>(text[place]);
-}
-
-/// How many bytes a sequence with this first byte has; 0 when no sequence begins with it.
-std::size_t sequenceLength(unsigned firstByte) {
-    if (firstByte < 0x80) return 1;
-    if (firstByte >= 0xC2 && firstByte <= 0xDF) return 2;
-    if (firstByte >= 0xE0 && firstByte <= 0xEF) return 3;
-    if (firstByte >= 0xF0 && firstByte <= 0xF4) return 4;
-    return 0;
-}
-
-/// Refuses what is not a character in spite of its well-formed bytes: a code point in more bytes
-/// than it needs, half of a surrogate pair, or one beyond the last.
-bool isCodePointOfLength(char32_t codePoint, std::size_t length) {
-    if (length == 3) return codePoint >= 0x800 && (codePoint < 0xD800 || codePoint > 0xDFFF);
-    if (length == 4) return codePoint >= 0x10000 && codePoint <= 0x10FFFF;
-    return true;
-}
-
-/// The character at the place, which must lie within the text.
-Character characterAt(std::string_view text, std::size_t place) {
-    const unsigned first = byteAt(text, place);
-    const std::size_t length = sequenceLength(first);
-    if (length == 0 || length > text.size() - place) return {};
-    if (length == 1) return {1, first};
-    char32_t codePoint = first & (0x7FU >> length);
-    for (std::size_t index = 1; index < length; ++index) {
-        const unsigned byte = byteAt(text, place + index);
-        if ((byte & 0xC0U) != 0x80U) return {};
-        codePoint = (codePoint << 6U) | (byte & 0x3FU);
-    }
-    if (!isCodePointOfLength(codePoint, length)) return {};
-    return {length, codePoint};
-}
-
 /// The place in bytes after the first `count` characters; none when there are fewer.
 std::optional<std::size_t> placeAfter(std::string_view text, std::size_t count) {
     std::size_t place = 0;
     for (; count > 0; --count) {
         if (place == text.size()) return std::nullopt;
-        place += characterAt(text, place).length;
+        place += utf8CharacterAt(text, place).length;
     }
     return place;
 }
@@ -65,7 +24,7 @@ std::optional<std::size_t> placeAfter(std::string_view text, std::size_t count) 
 /// False when the place lies inside a character.
 bool isBoundary(std::string_view text, std::size_t place) {
     for (std::size_t back = 1; back < longestSequence && back <= place; ++back) {
-        if (characterAt(text, place - back).length > back) return false;
+        if (utf8CharacterAt(text, place - back).length > back) return false;
     }
     return true;
 }
@@ -83,7 +42,7 @@ std::size_t placeOf(std::string_view text, std::string_view part, std::size_t fr
 }
 
 /// The tab and Unicode's space separators.
-bool isWhiteSpace(Character character) {
+bool isWhiteSpace(Utf8Character character) {
     if (!character.codePoint) return false;
     const char32_t point = *character.codePoint;
     return point == 0x09 || point == 0x20 || point == 0xA0 || point == 0x1680 ||
@@ -91,7 +50,7 @@ bool isWhiteSpace(Character character) {
            point == 0x3000;
 }
 
-bool isLineEnd(Character character) {
+bool isLineEnd(Utf8Character character) {
     if (!character.codePoint) return false;
     const char32_t point = *character.codePoint;
     return (point >= 0x0A && point <= 0x0D) || point == 0x85 || point == 0x2028 || point == 0x2029;
@@ -106,7 +65,7 @@ char lowerCaseAscii(char character) {
 
 bool isUtf8(std::string_view bytes) {
     for (std::size_t place = 0; place < bytes.size();) {
-        const Character character = characterAt(bytes, place);
+        const Utf8Character character = utf8CharacterAt(bytes, place);
         if (!character.codePoint) return false;
         place += character.length;
     }
@@ -154,7 +113,7 @@ std::string trimmed(std::string_view text) {
     std::size_t begin = text.size();
     std::size_t end = text.size();
     for (std::size_t place = 0; place < text.size();) {
-        const Character character = characterAt(text, place);
+        const Utf8Character character = utf8CharacterAt(text, place);
         if (!isWhiteSpace(character)) {
             begin = std::min(begin, place);
             end = place + character.length;
@@ -180,7 +139,7 @@ std::int32_t integerValue(std::string_view text) {
     using Limits = std::numeric_limits<std::int32_t>;
     std::size_t place = 0;
     while (place < text.size()) {
-        const Character character = characterAt(text, place);
+        const Utf8Character character = utf8CharacterAt(text, place);
         if (!isWhiteSpace(character) && !isLineEnd(character)) break;
         place += character.length;
     }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "foundation/Text.h"
+#include "foundation/Utf8.h"
 #include "install/TaskOutputReader.h"
 #include "platform/Authorization.h"
 #include "platform/ChildProcess.h"
@@ -46,23 +47,15 @@ std::int32_t truncated(std::int32_t status) {
     return static_cast<std::int16_t>(static_cast<std::uint32_t>(status) & 0xffffU);
 }
 
-/// The first character of `bytes` when it is whole, else nothing.
-std::string_view wholeCharacter(std::string_view bytes) {
-    for (std::size_t length = 1; length <= 4 && length <= bytes.size(); ++length) {
-        if (isUtf8(bytes.substr(0, length))) return bytes.substr(0, length);
-    }
-    return {};
-}
-
 /// Each chunk is decoded by itself: bytes that are no whole character in it, those of a character
 /// that the end of a chunk cut in two among them, become U+FFFD each.
 std::string decodedChunk(std::string_view chunk) {
     if (isUtf8(chunk)) return std::string(chunk);
     std::string text;
     while (!chunk.empty()) {
-        const std::string_view character = wholeCharacter(chunk);
-        text += character.empty() ? std::string_view("\uFFFD") : character;
-        chunk.remove_prefix(character.empty() ? 1 : character.size());
+        const Utf8Character character = utf8CharacterAt(chunk, 0);
+        text += character.codePoint ? chunk.substr(0, character.length) : "\uFFFD";
+        chunk.remove_prefix(character.length);
     }
     return text;
 }

@@ -22,6 +22,7 @@
 #include "platform/linux/files/Temporary.h"
 #include "platform/linux/files/TreeCopy.h"
 #include "platform/linux/files/TreeRemoval.h"
+#include "platform/linux/files/WriteAll.h"
 
 namespace installer {
 
@@ -133,16 +134,6 @@ Result<FileDescriptor> openRegular(int parent, const std::string& name, int flag
     if (!file || fstat(file.get(), &status) != 0) return systemError();
     if (const auto error = unlessRegular(status)) return error;
     return file;
-}
-
-std::error_code writeAll(int file, std::string_view text) {
-    while (!text.empty()) {
-        const auto count = write(file, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return systemError();
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return {};
 }
 
 Result<std::string> readUpTo(int file, std::size_t limit) {

@@ -2,21 +2,17 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/SystemError.h"
 
 namespace installer {
 
 namespace {
-
-std::error_code systemError(int number) {
-    return {number, std::system_category()};
-}
 
 Result<std::string> readAll(int descriptor, std::size_t expected, std::size_t limit) {
     std::string contents;
@@ -28,7 +24,7 @@ Result<std::string> readAll(int descriptor, std::size_t expected, std::size_t li
         const ssize_t count =
             ::read(descriptor, contents.data() + filled, contents.size() - filled);
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return systemError(errno);
+        if (count < 0) return systemError();
         if (count == 0) break;
         filled += static_cast<std::size_t>(count);
         if (filled > limit) return systemError(EFBIG);
@@ -42,9 +38,9 @@ Result<std::string> readAll(int descriptor, std::size_t expected, std::size_t li
 Result<std::string> readRegularFile(const std::string& path, std::size_t limit) {
     if (path.empty() || path.find('\0') != std::string::npos) return systemError(ENOENT);
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file) return systemError(errno);
+    if (!file) return systemError();
     struct stat status{};
-    if (::fstat(file.get(), &status) != 0) return systemError(errno);
+    if (::fstat(file.get(), &status) != 0) return systemError();
     if (S_ISDIR(status.st_mode)) return systemError(EISDIR);
     if (!S_ISREG(status.st_mode)) return systemError(EINVAL);
     const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));

@@ -15,6 +15,8 @@
 #include "foundation/Result.h"
 #include "foundation/Text.h"
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/SystemError.h"
+#include "platform/linux/files/WriteAll.h"
 
 namespace installer {
 
@@ -27,13 +29,6 @@ struct Owner {
     uid_t user = 0;
     gid_t group = 0;
 };
-
-std::error_code systemError(int number) {
-    return {number, std::system_category()};
-}
-std::error_code lastError() {
-    return systemError(errno);
-}
 
 /// A folder that something is about to be made in.
 struct Folder {
@@ -52,17 +47,17 @@ std::optional<Owner> ownerOfNewEntries(const std::optional<std::string>& home) {
 std::error_code giveAway(int entry, const Folder& folder, const std::optional<Owner>& owner) {
     if (!owner) return {};
     struct stat status{};
-    if (::fstat(folder.descriptor.get(), &status) != 0) return lastError();
+    if (::fstat(folder.descriptor.get(), &status) != 0) return systemError();
     if (!folder.insideHome && status.st_uid != owner->user) return {};
-    return ::fchown(entry, owner->user, owner->group) == 0 ? std::error_code() : lastError();
+    return ::fchown(entry, owner->user, owner->group) == 0 ? std::error_code() : systemError();
 }
 
 std::error_code makeFolder(Folder& parent, const std::string& name,
                            const std::optional<Owner>& owner) {
-    if (::mkdirat(parent.descriptor.get(), name.c_str(), folderMode) != 0) return lastError();
+    if (::mkdirat(parent.descriptor.get(), name.c_str(), folderMode) != 0) return systemError();
     FileDescriptor made(::openat(parent.descriptor.get(), name.c_str(),
                                  O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!made) return lastError();
+    if (!made) return systemError();
     if (const auto error = giveAway(made.get(), parent, owner)) return error;
     parent.descriptor = std::move(made);
     return {};
@@ -76,7 +71,7 @@ std::error_code enterFolder(Folder& folder, const std::string& name,
     if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
     if (!entered) {
         entered.reset(::openat(parent, name.c_str(), flags));
-        if (!entered) return lastError();
+        if (!entered) return systemError();
         folder.insideHome = false;
     }
     folder.descriptor = std::move(entered);
@@ -93,7 +88,7 @@ Result<Folder> openFolder(const std::string& path, const std::optional<std::stri
         if (folder.insideHome) below = path.substr(home->size());
     }
     if (!folder.descriptor) folder.descriptor.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.descriptor) return lastError();
+    if (!folder.descriptor) return systemError();
     for (const auto& component : split(below, '/')) {
         if (component.empty() || component == ".") continue;
         if (component == "..") folder.insideHome = false;
@@ -104,32 +99,22 @@ Result<Folder> openFolder(const std::string& path, const std::optional<std::stri
 
 Result<std::string> temporaryName() {
     std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, 0) != sizeof number) return lastError();
+    if (::getrandom(&number, sizeof number, 0) != sizeof number) return systemError();
     std::array<char, 40> name{};
     std::snprintf(name.data(), name.size(), ".installer-%016jx",
                   static_cast<std::uintmax_t>(number));
     return std::string(name.data());
 }
 
-std::error_code writeAll(int file, std::string_view contents) {
-    while (!contents.empty()) {
-        const ssize_t count = ::write(file, contents.data(), contents.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return lastError();
-        contents.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return {};
-}
-
 /// Gives the new file what the old one had.
 std::error_code inherit(int file, const struct stat& old) {
     struct stat status{};
-    if (::fstat(file, &status) != 0) return lastError();
+    if (::fstat(file, &status) != 0) return systemError();
     const bool differs = status.st_uid != old.st_uid || status.st_gid != old.st_gid;
     // Only root can hand a file on; for others the file becomes their own, as a new one would be.
     if (differs && ::fchown(file, old.st_uid, old.st_gid) != 0 && ::geteuid() == 0)
-        return lastError();
-    return ::fchmod(file, old.st_mode & 0777) == 0 ? std::error_code() : lastError();
+        return systemError();
+    return ::fchmod(file, old.st_mode & 0777) == 0 ? std::error_code() : systemError();
 }
 
 std::error_code prepare(int file, const Folder& folder, const std::string& name,
@@ -137,7 +122,7 @@ std::error_code prepare(int file, const Folder& folder, const std::string& name,
     struct stat old{};
     const int found = ::fstatat(folder.descriptor.get(), name.c_str(), &old, AT_SYMLINK_NOFOLLOW);
     if (found == 0 && S_ISREG(old.st_mode)) return inherit(file, old);
-    if (::fchmod(file, fileMode) != 0) return lastError();
+    if (::fchmod(file, fileMode) != 0) return systemError();
     return giveAway(file, folder, owner);
 }
 
@@ -159,14 +144,15 @@ std::error_code UserFiles::replace(const std::string& path, std::string_view con
     const int parent = folder.value().descriptor.get();
     const FileDescriptor file(::openat(parent, temporary.value().c_str(),
                                        O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!file) return lastError();
+    if (!file) return systemError();
 
     const std::string name = lastPathComponent(path);
     std::error_code error = prepare(file.get(), folder.value(), name, owner);
     if (!error) error = writeAll(file.get(), contents);
-    if (!error && durability == Durability::atOnce && ::fsync(file.get()) != 0) error = lastError();
+    if (!error && durability == Durability::atOnce && ::fsync(file.get()) != 0)
+        error = systemError();
     if (!error && ::renameat(parent, temporary.value().c_str(), parent, name.c_str()) != 0)
-        error = lastError();
+        error = systemError();
     if (error) ::unlinkat(parent, temporary.value().c_str(), 0);
     return error;
 }

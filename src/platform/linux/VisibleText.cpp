@@ -3,34 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/Utf8.h"
+
 namespace installer {
 
 namespace {
 
-struct Character {
-    char32_t code = 0;
-    std::size_t length = 0;  ///< 0: the bytes are not UTF-8
-};
-
 std::uint8_t byteAt(std::string_view text, std::size_t place) {
     return static_cast<std::uint8_t>(text[place]);
-}
-
-Character characterAt(std::string_view text, std::size_t place) {
-    const std::uint8_t first = byteAt(text, place);
-    if (first < 0x80) return {first, 1};
-    const std::size_t length = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-    if (length == 0 || first > 0xF4 || text.size() - place < length) return {};
-    auto code = static_cast<char32_t>(first & (0x7Fu >> length));
-    for (std::size_t index = 1; index < length; ++index) {
-        const std::uint8_t next = byteAt(text, place + index);
-        if ((next & 0xC0) != 0x80) return {};
-        code = (code << 6) | (next & 0x3Fu);
-    }
-    const bool overlong = (length == 3 && code < 0x800) || (length == 4 && code < 0x10000);
-    const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (overlong || surrogate || code > 0x10FFFF) return {};
-    return {code, length};
 }
 
 bool disturbsALine(char32_t code) {
@@ -65,15 +45,14 @@ std::string visibleText(std::string_view text) {
     std::string line;
     line.reserve(text.size());
     for (std::size_t place = 0; place < text.size();) {
-        const Character character = characterAt(text, place);
-        const std::size_t length = character.length == 0 ? 1 : character.length;
-        if (character.length != 0 && !disturbsALine(character.code)) {
-            line += text.substr(place, length);
+        const Utf8Character character = utf8CharacterAt(text, place);
+        if (character.codePoint && !disturbsALine(*character.codePoint)) {
+            line += text.substr(place, character.length);
         } else {
-            for (std::size_t index = 0; index < length; ++index)
+            for (std::size_t index = 0; index < character.length; ++index)
                 appendVisible(line, byteAt(text, place + index));
         }
-        place += length;
+        place += character.length;
     }
     return line;
 }
