@@ -42,4 +42,13 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t place) {
     return {length, codePoint};
 }
 
+bool isValidUtf8(std::string_view text) {
+    for (std::size_t place = 0; place < text.size();) {
+        const Utf8Character character = utf8CharacterAt(text, place);
+        if (!character.codePoint) return false;
+        place += character.length;
+    }
+    return true;
+}
+
 }  // namespace installer

@@ -16,4 +16,7 @@ struct Utf8Character {
 /// need to be, halves of surrogate pairs and what the text's end cuts short are no characters.
 [[nodiscard]] Utf8Character utf8CharacterAt(std::string_view text, std::size_t place);
 
+/// Whether the text consists of characters only.
+[[nodiscard]] bool isValidUtf8(std::string_view text);
+
 }  // namespace installer

@@ -125,7 +125,7 @@ std::string HostsModel::stepIndicatorLabelText() const {
     return stepIndicatorLabelText_;
 }
 
-std::string HostsModel::informativeText() const {
+PlainOrStyledText HostsModel::informativeText() const {
     return informativeText_;
 }
 

@@ -38,7 +38,7 @@ class HostsModel : public StepModel {
 
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;
     [[nodiscard]] std::string stepIndicatorLabelText() const override;
-    [[nodiscard]] std::string informativeText() const override;
+    [[nodiscard]] PlainOrStyledText informativeText() const override;
     [[nodiscard]] const std::string& customInstallBrowseButtonText() const;
     [[nodiscard]] const std::string& customInstallPathLabelText() const;
     [[nodiscard]] const std::string& customInstallButtonText() const;

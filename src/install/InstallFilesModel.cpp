@@ -25,7 +25,7 @@ std::string InstallFilesModel::stepIndicatorLabelText() const {
     return stepIndicatorLabelText_;
 }
 
-std::string InstallFilesModel::informativeText() const {
+PlainOrStyledText InstallFilesModel::informativeText() const {
     return informativeText_;
 }
 

@@ -18,7 +18,7 @@ class InstallFilesModel : public StepModel {
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;
     [[nodiscard]] std::string stepIndicatorLabelText() const override;
     /// Says what is being installed while a run is going on.
-    [[nodiscard]] std::string informativeText() const override;
+    [[nodiscard]] PlainOrStyledText informativeText() const override;
     void setInformativeText(const std::string& text);
 
   private:

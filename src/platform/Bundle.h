@@ -24,6 +24,9 @@ class Bundle {
     [[nodiscard]] virtual std::optional<std::string> localizedString(
         const std::string& key, const std::string& table) const = 0;
 
+    /// The language whose texts and files are used, such as "de"; empty when the bundle has none.
+    [[nodiscard]] virtual std::string localization() const = 0;
+
     /// A value of the bundle's property list as text; none when it is missing, or neither text
     /// nor number. A property list that cannot be read has no values.
     [[nodiscard]] virtual std::optional<std::string> informationValue(

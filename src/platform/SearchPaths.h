@@ -22,6 +22,9 @@ class SearchPaths {
     [[nodiscard]] virtual std::optional<std::string> userApplicationSupportFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> userPreferencesFolder() const = 0;
 
+    /// The folder that the two above are in: the user's home.
+    [[nodiscard]] virtual std::optional<std::string> homeFolder() const = 0;
+
     /// The login name of the effective user.
     [[nodiscard]] virtual std::string loginName() const = 0;
 

@@ -18,6 +18,21 @@ class MainController : public Observable {
 
     [[nodiscard]] virtual bool shouldConfigurePrismorExternalEditors() const = 0;
 
+    /// The last run of the install step has ended without a failed item and without a refusal.
+    [[nodiscard]] virtual bool successfulInstall() const = 0;
+
+    // Options of the host-selection step. Setting one announces nothing.
+    [[nodiscard]] virtual bool isCustomInstallAllowed() const = 0;
+    virtual void setIsCustomInstallAllowed(bool allowed) = 0;
+    [[nodiscard]] virtual bool isCustomInstallChosen() const = 0;
+    virtual void setIsCustomInstallChosen(bool chosen) = 0;
+    [[nodiscard]] virtual bool customInstallRecommended() const = 0;
+
+    /// Puts a host that the user made into the list of found hosts and selects its row, or takes
+    /// it out again.
+    virtual void customHostAdded(const HostModel& host) = 0;
+    virtual void customHostRemoved(const HostModel& host) = 0;
+
     /// Goes to the next step, as the forward button does.
     virtual void nextView(const void* sender) = 0;
 };

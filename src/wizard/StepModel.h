@@ -4,6 +4,8 @@
 #include <string>
 
 #include "foundation/Observable.h"
+#include "foundation/StyledText.h"
+#include "platform/Image.h"
 
 namespace installer {
 
@@ -15,7 +17,14 @@ class StepModel : public Observable {
     /// The step's label in the list of steps.
     [[nodiscard]] virtual std::string stepIndicatorLabelText() const = 0;
     /// The explanation under the heading.
-    [[nodiscard]] virtual std::string informativeText() const = 0;
+    [[nodiscard]] virtual PlainOrStyledText informativeText() const = 0;
+};
+
+/// A step model with a picture.
+class HasBackgroundImage {
+  public:
+    virtual ~HasBackgroundImage() = default;
+    [[nodiscard]] virtual Image backgroundImage() const = 0;
 };
 
 }  // namespace installer

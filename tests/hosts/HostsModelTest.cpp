@@ -293,7 +293,7 @@ TEST_F(HostsModelTest, ReadsItsTextsFromTheDefaultTable) {
     const HostsModel hosts(fake_.platform);
     EXPECT_EQ(hosts.mainLabelText(), "Select");
     EXPECT_EQ(hosts.stepIndicatorLabelText(), "Hosts");
-    EXPECT_EQ(hosts.informativeText(), "Filters 2 goes into these. Filters 2!");
+    EXPECT_EQ(hosts.informativeText(), PlainOrStyledText("Filters 2 goes into these. Filters 2!"));
     EXPECT_EQ(hosts.customInstallBrowseButtonText(), "Browse");
     EXPECT_EQ(hosts.customInstallPathLabelText(), "Folder");
     EXPECT_EQ(hosts.customInstallButtonText(), "Custom");
@@ -305,7 +305,7 @@ TEST_F(HostsModelTest, MissingTextsAreEmpty) {
     const HostsModel hosts(fake_.platform);
     EXPECT_EQ(hosts.mainLabelText(), "");
     EXPECT_EQ(hosts.stepIndicatorLabelText(), "");
-    EXPECT_EQ(hosts.informativeText(), "");
+    EXPECT_EQ(hosts.informativeText(), PlainOrStyledText(""));
     EXPECT_EQ(hosts.customInstallBrowseButtonText(), "");
     EXPECT_EQ(hosts.customInstallPathLabelText(), "");
     EXPECT_EQ(hosts.customInstallButtonText(), "");
@@ -315,7 +315,7 @@ TEST_F(HostsModelTest, MissingTextsAreEmpty) {
 
 TEST_F(HostsModelTest, AMissingProductNameIsEmptyInTheInstructions) {
     fake_.bundle.tables = {{"Localizable", {{"select_host_instructions", "[%@][%@]"}}}};
-    EXPECT_EQ(HostsModel(fake_.platform).informativeText(), "[][]");
+    EXPECT_EQ(HostsModel(fake_.platform).informativeText(), PlainOrStyledText("[][]"));
 }
 
 TEST_F(HostsModelTest, FileNamesWithPercentSignsAreLoggedAsTheyAre) {

@@ -9,8 +9,8 @@
 #include "install/EngineParts.h"
 #include "install/InstallFilesController.h"
 #include "install/InstallFilesModel.h"
-#include "platform/View.h"
-#include "wizard/MainController.h"
+#include "support/FakeMainController.h"
+#include "support/FakeWindow.h"
 
 namespace installer::test {
 namespace {
@@ -83,33 +83,6 @@ Lines logOperations() {
             "/usr/sbin/chown -R tester:admin " + logFile, "/usr/sbin/chmod -R 0644 " + logFile,
             "openForWriting " + logFile};
 }
-
-class FakeMainController : public MainController {
-  public:
-    explicit FakeMainController(Lines& events) : events_(events) {}
-
-    std::vector<HostModel> found;
-    std::vector<HostModel> selected;
-    bool configureEditors = false;
-    std::function<void()> onNextView;
-
-    std::vector<HostModel> foundHosts() const override { return found; }
-    std::vector<HostModel> selectedHosts() const override { return selected; }
-    bool shouldConfigurePrismorExternalEditors() const override { return configureEditors; }
-    void nextView(const void* /*sender*/) override {
-        events_.emplace_back("next view");
-        if (onNextView) onNextView();
-    }
-
-  private:
-    Lines& events_;
-};
-
-class FakeView : public View {
-  public:
-    bool hidden = true;
-    void setHidden(bool hide) override { hidden = hide; }
-};
 
 /// A machine with one Photoshop and a payload with something for everybody.
 class InstallFilesControllerTest : public testing::Test {
@@ -351,7 +324,8 @@ class InstallStep : public InstallFilesControllerTest {
         watch = main.observe([this](Observable::Moment moment, std::string_view property) {
             const bool will = moment == Observable::Moment::willChange;
             events.push_back((will ? "will " : "did ") + std::string(property));
-            if (!will && property == "informativeText") texts.push_back(model->informativeText());
+            if (!will && property == "informativeText")
+                texts.push_back(std::get<std::string>(model->informativeText()));
         });
     }
     void enter(std::int32_t direction) {

@@ -21,7 +21,7 @@ TEST(InstallFilesModel, ItsTextsComeFromTheBundleAndTheTitleNamesTheMaker) {
     const InstallFilesModel model(fake.platform);
     EXPECT_EQ(model.mainLabelText(), "Installing Acme");
     EXPECT_EQ(model.stepIndicatorLabelText(), "Install");
-    EXPECT_EQ(model.informativeText(), "Please wait");
+    EXPECT_EQ(model.informativeText(), PlainOrStyledText("Please wait"));
     EXPECT_THAT(fake.log.lines, IsEmpty());
 }
 
@@ -47,7 +47,8 @@ TEST(InstallFilesModel, ANewExplanationIsAnnouncedAroundTheChange) {
     const Subscription subscription =
         model.observe([&](Observable::Moment moment, std::string_view property) {
             events.push_back((moment == Observable::Moment::willChange ? "will " : "did ") +
-                             std::string(property) + " " + model.informativeText());
+                             std::string(property) + " " +
+                             std::get<std::string>(model.informativeText()));
         });
     model.setInformativeText("now");
     EXPECT_THAT(events, ElementsAre("will informativeText ", "did informativeText now"));

@@ -57,6 +57,11 @@ std::optional<std::string> FakeSearchPaths::userPreferencesFolder() const {
     return volume + *home + "/Library/Preferences";
 }
 
+std::optional<std::string> FakeSearchPaths::homeFolder() const {
+    if (!home) return std::nullopt;
+    return volume + *home;
+}
+
 std::string FakeSearchPaths::onTargetVolume(const std::string& path) const {
     return path.empty() ? path : volume + path;
 }

@@ -31,6 +31,7 @@ class FakeBundle : public Bundle {
     std::string folder = "/Installer.app";
     std::map<std::string, std::map<std::string, std::string>> tables;
     std::map<std::string, std::string> information;
+    std::string language = "en";
     std::map<std::string, std::string> resources;  ///< "license.txt" -> path
 
     std::string resourcesFolder() const override { return folder + "/Contents/Resources"; }
@@ -39,6 +40,7 @@ class FakeBundle : public Bundle {
                                             const std::string& type) const override;
     std::optional<std::string> localizedString(const std::string& key,
                                                const std::string& table) const override;
+    std::string localization() const override { return language; }
     std::optional<std::string> informationValue(const std::string& key) const override;
 };
 
@@ -61,6 +63,7 @@ class FakeSearchPaths : public SearchPaths {
     std::string localApplicationsFolder() const override;
     std::optional<std::string> userApplicationSupportFolder() const override;
     std::optional<std::string> userPreferencesFolder() const override;
+    std::optional<std::string> homeFolder() const override;
     std::string loginName() const override { return login; }
     std::vector<std::string> preferredLanguages() const override { return languages; }
     std::string onTargetVolume(const std::string& path) const override;

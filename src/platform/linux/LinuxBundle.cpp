@@ -69,13 +69,13 @@ LinuxBundle::LinuxBundle(std::string folder, const std::vector<std::string>& pre
                          SystemLog& log)
     : folder_(std::move(folder)), log_(log) {
     const std::string resources = resourcesFolder();
-    const std::string chosen = chosenLanguage(preferredLanguages, languagesIn(resources));
-    if (chosen.empty()) return;
+    language_ = chosenLanguage(preferredLanguages, languagesIn(resources));
+    if (language_.empty()) return;
     const auto add = [&](const std::string& language) {
         languageFolders_.push_back(joinPath(resources, language + std::string(languageSuffix)));
     };
-    add(chosen);
-    if (chosen != fallbackLanguage) add(fallbackLanguage);
+    add(language_);
+    if (language_ != fallbackLanguage) add(fallbackLanguage);
 }
 
 std::optional<std::string> LinuxBundle::runningBundleFolder() {

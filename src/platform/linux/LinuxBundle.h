@@ -38,6 +38,7 @@ class LinuxBundle final : public Bundle {
                                                           const std::string& type) const override;
     [[nodiscard]] std::optional<std::string> localizedString(
         const std::string& key, const std::string& table) const override;
+    [[nodiscard]] std::string localization() const override { return language_; }
     [[nodiscard]] std::optional<std::string> informationValue(
         const std::string& key) const override;
 
@@ -49,6 +50,7 @@ class LinuxBundle final : public Bundle {
     [[nodiscard]] PropertyList readInformation() const;
 
     std::string folder_;
+    std::string language_;
     /// The folder of the chosen language, then the one that stands in for it.
     std::vector<std::string> languageFolders_;
     SystemLog& log_;

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/ChildProcess.h"
-#include "platform/linux/DescriptorWatcher.h"
+#include "platform/DescriptorWatcher.h"
 
 namespace installer {
 

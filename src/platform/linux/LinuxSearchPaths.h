@@ -38,14 +38,11 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::string localApplicationsFolder() const override;
     [[nodiscard]] std::optional<std::string> userApplicationSupportFolder() const override;
     [[nodiscard]] std::optional<std::string> userPreferencesFolder() const override;
+    [[nodiscard]] std::optional<std::string> homeFolder() const override;
     [[nodiscard]] std::string loginName() const override;
     [[nodiscard]] std::vector<std::string> preferredLanguages() const override;
     [[nodiscard]] std::string onTargetVolume(const std::string& path) const override;
     [[nodiscard]] std::string asSeenOnTargetVolume(const std::string& path) const override;
-
-    /// The user's home folder, on the target volume where there is one; none when the user has
-    /// none.
-    [[nodiscard]] std::optional<std::string> homeFolder() const;
 
     /// Where the user's desktop looks for applications; none when there is no such folder, or when
     /// what is installed belongs to another disk's system.

@@ -6,7 +6,7 @@
 #include <memory>
 
 #include "platform/EventLoop.h"
-#include "platform/linux/DescriptorWatcher.h"
+#include "platform/DescriptorWatcher.h"
 
 namespace installer {
 

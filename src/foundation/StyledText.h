@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace installer {
+
+struct Color {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+
+    friend bool operator==(const Color&, const Color&) = default;
+};
+
+/// How a run of characters looks. What holds no value is left to the window's own look.
+struct TextStyle {
+    std::string fontFamily = {};
+    double pointSize = 0;  ///< 0 for the window's own
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    bool strikethrough = false;
+    std::optional<Color> color = {};
+    std::string link = {};  ///< the address that a click opens; empty for none
+
+    friend bool operator==(const TextStyle&, const TextStyle&) = default;
+};
+
+struct TextRun {
+    std::string text = {};  ///< UTF-8; a line feed is a line break within the paragraph
+    TextStyle style = {};
+
+    friend bool operator==(const TextRun&, const TextRun&) = default;
+};
+
+struct Paragraph {
+    enum class Alignment { natural, left, right, center, justified };
+
+    Alignment alignment = Alignment::natural;
+    bool rightToLeft = false;  ///< the text says so; else the window's language decides
+    // Distances in points.
+    double leftIndent = 0;
+    double rightIndent = 0;
+    double firstLineIndent = 0;  ///< relative to `leftIndent`; negative for a hanging first line
+    double spaceBefore = 0;
+    double spaceAfter = 0;
+    std::vector<TextRun> runs = {};
+
+    friend bool operator==(const Paragraph&, const Paragraph&) = default;
+};
+
+/// Text with styles, as a plain value that any toolkit can show.
+struct StyledText {
+    std::vector<Paragraph> paragraphs = {};
+
+    /// One paragraph for each line of the text, without any style.
+    [[nodiscard]] static StyledText fromPlainText(std::string_view text);
+
+    /// The characters alone, paragraphs joined by line feeds.
+    [[nodiscard]] std::string plainText() const;
+
+    /// The same text with every occurrence of the placeholder replaced, from its start to its
+    /// end; what was put in is not searched again. An occurrence may span runs of different
+    /// styles, and the replacement takes the style of its first character. An empty placeholder
+    /// occurs nowhere.
+    [[nodiscard]] StyledText replacingAll(std::string_view placeholder,
+                                          std::string_view replacement) const;
+
+    [[nodiscard]] bool contains(std::string_view placeholder) const;
+
+    friend bool operator==(const StyledText&, const StyledText&) = default;
+};
+
+/// What is shown where a text may come with styles of its own.
+using PlainOrStyledText = std::variant<std::string, StyledText>;
+
+}  // namespace installer

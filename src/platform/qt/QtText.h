@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+#include <string>
+
+namespace installer {
+
+// The core's texts are UTF-8.
+[[nodiscard]] inline QString toQt(const std::string& text) {
+    return QString::fromStdString(text);
+}
+[[nodiscard]] inline std::string fromQt(const QString& text) {
+    return text.toStdString();
+}
+
+}  // namespace installer
