@@ -1,12 +1,13 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -35,8 +36,8 @@ inline std::string addScript(const ScratchFolder& folder, const std::string& bel
     return path;
 }
 
-/// A process that is ended, and waited for, with this object. It runs the program as soon as it
-/// is made.
+/// A process that is ended, and waited for, with this object. It runs the program, and the kernel
+/// knows its arguments, as soon as it is made.
 class RunningProgram {
   public:
     /// `arguments` without the program's name for itself, which is `name`, else its path.
@@ -50,6 +51,8 @@ class RunningProgram {
         pointers.push_back(nullptr);
         if (::posix_spawn(&process_, path.c_str(), nullptr, nullptr, pointers.data(), environ) != 0)
             ADD_FAILURE() << "cannot start " << path;
+        // The spawning process may go on a moment before the arguments are in their place.
+        while (process_ >= 0 && knownArguments().empty()) ::sched_yield();
     }
     RunningProgram(RunningProgram&& other) noexcept : process_(std::exchange(other.process_, -1)) {}
     RunningProgram& operator=(RunningProgram&&) = delete;
@@ -69,6 +72,13 @@ class RunningProgram {
     }
 
   private:
+    [[nodiscard]] std::string knownArguments() const {
+        std::ifstream file("/proc/" + std::to_string(process_) + "/cmdline", std::ios::binary);
+        std::string text;
+        std::getline(file, text, '\0');
+        return text;
+    }
+
     pid_t process_ = -1;
 };
 
