@@ -1,7 +1,7 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <vector>
 
 namespace installer {
 
@@ -39,6 +39,8 @@ struct WindowModuleContext {
     Bundle& bundle;
     FileManager& files;
     SystemLog& log;
+    /// Opens an address that was clicked in a text.
+    std::function<void(const std::string& address)> openLink;
 };
 
 /// The one function of the module, by its C name `makeWindowModuleName`. Null, with the reason in

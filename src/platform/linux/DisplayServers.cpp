@@ -1,0 +1,37 @@
+#include "platform/DisplayServers.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <xcb/xcb.h>
+
+#include "platform/linux/files/FileDescriptor.h"
+
+namespace installer {
+
+bool reachesXServer() {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    const bool connected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return connected;
+}
+
+bool reachesWaylandCompositor(const std::string& name) {
+    std::string path = name;
+    if (!path.starts_with("/")) {
+        const char* folder = std::getenv("XDG_RUNTIME_DIR");
+        if (folder == nullptr) return false;
+        path = std::string(folder) + "/" + name;
+    }
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) return false;
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const FileDescriptor connection(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return connection && ::connect(connection.get(), reinterpret_cast<const sockaddr*>(&address),
+                                   sizeof address) == 0;
+}
+
+}  // namespace installer

@@ -1,0 +1,115 @@
+#include <QApplication>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "platform/Alerts.h"
+#include "platform/Clipboard.h"
+#include "platform/EventLoop.h"
+#include "platform/linux/WindowModuleLoader.h"
+#include "platform/qt/ModalDialog.h"
+#include "platform/qt/QtText.h"
+#include "support/FakePlatform.h"
+
+// The module as the installer uses it: loaded from a bundle, and seen through its interface.
+
+namespace {
+
+using namespace installer;
+using testing::Contains;
+using testing::HasSubstr;
+
+class WindowModuleTest : public testing::Test {
+  protected:
+    WindowModuleTest() {
+        const std::filesystem::path frameworks = bundleFolder() + "/Contents/Frameworks";
+        std::filesystem::create_directories(frameworks);
+        std::filesystem::create_symlink(WINDOW_MODULE, frameworks / "InstallerWindow.so");
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) ::unsetenv(name);
+    }
+
+    [[nodiscard]] std::string bundleFolder() const { return fromQt(folder.path()); }
+    std::unique_ptr<WindowModule> load() {
+        return loadWindowModule(bundleFolder(),
+                                {.executablePath = bundleFolder() + "/Contents/MacOS/Installer",
+                                 .bundle = platform.bundle,
+                                 .files = platform.files,
+                                 .log = platform.log,
+                                 .openLink = [](const std::string&) {}});
+    }
+    /// The module has buttons of its own to press: the toolkit's are shared by the process.
+    static std::size_t answerByPressing(WindowModule& module, int button) {
+        const test::WhileModal<QMessageBox> user([&](QMessageBox& box) {
+            box.findChildren<QPushButton*>().at(button)->click();
+            return true;
+        });
+        return module.alerts().runModal(
+            {"id", Alert::Style::warning, "Title", "Message", {"Yes", "No"}});
+    }
+
+    QTemporaryDir folder;
+    test::FakePlatform platform;
+};
+
+TEST_F(WindowModuleTest, IsNotMadeWithoutADisplay) {
+    EXPECT_EQ(load(), nullptr);
+    EXPECT_THAT(platform.log.lines, Contains(HasSubstr("no display to show a window on")));
+}
+
+TEST_F(WindowModuleTest, IsNotMadeOnADisplayThatDoesNotAnswer) {
+    ::setenv("DISPLAY", ":65000", 1);
+    EXPECT_EQ(load(), nullptr);
+    EXPECT_THAT(platform.log.lines, Contains(HasSubstr(":65000")));
+}
+
+TEST_F(WindowModuleTest, ShowsAlertsBeforeThereIsAWindow) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const auto module = load();
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(answerByPressing(*module, 1), 1u);
+    EXPECT_EQ(answerByPressing(*module, 0), 0u);
+}
+
+TEST_F(WindowModuleTest, RunsUntilTheLastWindowHasClosed) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const auto module = load();
+    ASSERT_NE(module, nullptr);
+    QWidget window;
+    window.show();
+    QTimer::singleShot(0, &window, [&window] { window.close(); });
+    module->run();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(WindowModuleTest, TakesTheToolkitsApplicationWithIt) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    auto module = load();
+    EXPECT_NE(qApp, nullptr);
+    module.reset();
+    EXPECT_EQ(qApp, nullptr);
+}
+
+TEST_F(WindowModuleTest, IsMadeOnARunningXServer) {
+    QProcess server;
+    server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
+                                          QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    while (!server.canReadLine() && server.waitForReadyRead()) {
+    }
+    const std::string display = ":" + server.readLine().trimmed().toStdString();
+    ::setenv("DISPLAY", display.c_str(), 1);
+    auto module = load();
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(answerByPressing(*module, 1), 1u);
+    module.reset();
+    server.kill();
+    server.waitForFinished();
+}
+
+}  // namespace
