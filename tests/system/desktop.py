@@ -1,8 +1,8 @@
 """A desktop of the test's own: display, session bus, accessibility bus, browser, user's folders.
 
 Nothing of it is seen by the person at this machine, by another test or by what is installed here:
-the session bus starts no service but the accessibility bus. A process has at most one desktop, since
-the library that reads the accessibility bus connects once.
+the session bus starts no service but the accessibility bus. A process has at most one desktop,
+since the library that reads the accessibility bus connects once.
 """
 
 import ctypes
@@ -101,8 +101,9 @@ class Desktop:
             options |= {"user": account.pw_uid, "group": account.pw_gid, "extra_groups": []}
         options.setdefault("stdout", self.log)
         options.setdefault("stdin", subprocess.DEVNULL)
-        return subprocess.Popen(command, stderr=self.log, env=self.environment(self.folder / "home"),
-                                start_new_session=True, cwd="/", **options)
+        return subprocess.Popen(
+            command, stderr=self.log, env=self.environment(self.folder / "home"),
+            start_new_session=True, cwd="/", **options)
 
     def environment(self, home):
         """What a program that the user starts on this desktop finds in its environment."""
@@ -132,7 +133,7 @@ class Desktop:
         self._opened.write_text("")
 
     def prefer(self, appearance):
-        """Lets the desktop tell programs that its user wants them "dark" or "light"; None: no word."""
+        """Lets the desktop tell programs that they should be "dark" or "light"; None: no word."""
         if self.portal is not None:
             self.portal.kill()
             self.portal.communicate()

@@ -1,4 +1,4 @@
-"""Keys, clicks, pictures and window messages: what goes through the X display, without a window manager."""
+"""Keys, clicks, pictures and messages: what goes through the X display. There is no window manager."""
 
 import ctypes
 import subprocess
@@ -73,7 +73,8 @@ def ask_to_close(window):
     protocols, delete = (library.XInternAtom(display, name, False)
                          for name in (b"WM_PROTOCOLS", b"WM_DELETE_WINDOW"))
     client_message = 33
-    event = ClientMessage(type=client_message, window=int(window), message_type=protocols, format=32)
+    event = ClientMessage(type=client_message, window=int(window), message_type=protocols,
+                          format=32)
     event.data[0] = delete
     library.XSendEvent(display, ctypes.c_ulong(int(window)), False, ctypes.c_long(0),
                        ctypes.byref(event))

@@ -1,6 +1,6 @@
 """A desktop's settings service that knows one setting: whether the user wants programs dark.
 
-Prints "ready" when programs can ask; each further line on its input, "dark" or "light", is a change.
+Prints "ready" when programs can ask. Each line on its input, "dark" or "light", is a change.
 """
 
 import sys

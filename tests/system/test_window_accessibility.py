@@ -136,9 +136,19 @@ class EveryPageDark(EveryPage):
         self.desktop.prefer(None)
         self.assertGreater(self.ground(), 0.7)
 
-    def ground(self):
-        """How light most of the page is."""
+    def test_a_change_of_mind_is_followed_while_the_window_is_shown(self):
         window = self.start()
+        self.assertLess(self.ground_of(window), 0.2)
+        self.desktop.change_preference("light")
+        window.wait_until(lambda: self.ground_of(window) > 0.7, "the window to be light")
+        self.desktop.change_preference("dark")
+        window.wait_until(lambda: self.ground_of(window) < 0.2, "the window to be dark")
+
+    def ground(self):
+        return self.ground_of(self.start())
+
+    def ground_of(self, window):
+        """How light most of the page is."""
         heading = window.wait_for_label(self.text("license_instructions"))
         return display.luminance(display.most_frequent(display.Screen().colours(heading.extents)))
 

@@ -139,6 +139,22 @@ class FolderPanel(WindowTest):
         self.window.wait_until_gone("dialog")
         self.assertEqual(self.custom_folder(self.window).text, str(self.shown))
 
+    def test_a_package_and_a_file_are_not_taken_by_their_paths_either(self):
+        self.open()
+        for name in ("Photoshop.app", "Package without a suffix", "a file.txt"):
+            self.type_path(self.disk.home / name)
+            self.window.press(self.text("browse_path_prompt"))
+        # The panel is still there, and takes a folder.
+        self.type_path(self.shown)
+        self.window.press(self.text("browse_path_prompt"))
+        self.window.wait_until_gone("dialog")
+        self.assertEqual(self.custom_folder(self.window).text, str(self.shown))
+
+    def type_path(self, path):
+        field = next(control for control in self.folder_panel(self.window).shown()
+                     if control.role == "text")
+        field.replace_text(str(path))
+
     def test_it_starts_in_the_folder_chosen_before(self):
         (self.shown / "inner").mkdir()
         self.choose_folder(self.window, self.shown)

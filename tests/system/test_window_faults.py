@@ -1,4 +1,4 @@
-"""Bundles that lack something, and machines that lack a display: the window walks or says why not."""
+"""Bundles that lack something, machines without a display: the window walks or says why not."""
 
 import os
 import shutil

@@ -1,4 +1,4 @@
-"""What the tests of the window share: the shipped product with a small payload, and the way through it."""
+"""What the tests of the window share: the product, the desktop, and the way from page to page."""
 
 import atexit
 import re
@@ -7,9 +7,10 @@ import signal
 import subprocess
 import sys
 
+from control import connect
 from desktop import Desktop
 from harness import SAMPLE_BUNDLE, Product, SystemTest, write
-from window import Window, connect
+from window import Window
 
 LOCALES = {"en": "en_US.UTF-8", "de": "de_DE.UTF-8", "ja": "ja_JP.UTF-8", "ar": "ar_EG.UTF-8"}
 
