@@ -123,6 +123,16 @@ std::string trimmed(std::string_view text) {
     return std::string(text.substr(begin, end - begin));
 }
 
+std::string withoutWhiteSpace(std::string_view text) {
+    std::string result;
+    for (std::size_t place = 0; place < text.size();) {
+        const Utf8Character character = utf8CharacterAt(text, place);
+        if (!isWhiteSpace(character)) result += text.substr(place, character.length);
+        place += character.length;
+    }
+    return result;
+}
+
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> pieces;
     std::size_t begin = 0;

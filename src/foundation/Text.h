@@ -36,6 +36,13 @@ namespace installer {
 /// `text` without the Unicode white space (line ends excluded) at both of its ends.
 [[nodiscard]] std::string trimmed(std::string_view text);
 
+/// `text` without any Unicode white space, wherever it stands; line ends stay.
+[[nodiscard]] std::string withoutWhiteSpace(std::string_view text);
+
+/// `text` with small letters in place of capital ones, in every script and whatever the user's
+/// language. A letter's place in its word does not count.
+[[nodiscard]] std::string lowerCased(std::string_view text);
+
 /// The pieces of `text` between the separators: at least one, possibly empty.
 [[nodiscard]] std::vector<std::string> split(std::string_view text, char separator);
 

@@ -34,6 +34,16 @@ std::optional<bool> HostModel::booleanNamed(std::string_view property) const {
     return std::visit([&](const auto& host) { return answer(host, property); }, *host_);
 }
 
+void HostModel::setHostIsSelected(bool selected) const {
+    std::visit(
+        [selected](auto& host) {
+            if constexpr (requires { host.setHostIsSelected(selected); }) {
+                host.setHostIsSelected(selected);
+            }
+        },
+        *host_);
+}
+
 std::optional<std::uint64_t> HostModel::displaySortOrder() const {
     return std::visit(
         [](const auto& host) -> std::optional<std::uint64_t> {

@@ -41,6 +41,9 @@ class HostModel {
     /// none when the kind does not answer it.
     [[nodiscard]] std::optional<bool> booleanNamed(std::string_view property) const;
 
+    /// Selects the host or not; a kind that has no selection stays as it is.
+    void setHostIsSelected(bool selected) const;
+
     /// The answer to "displaySortOrder", or none when the kind does not answer it.
     [[nodiscard]] std::optional<std::uint64_t> displaySortOrder() const;
 

@@ -45,6 +45,8 @@ TEST_P(IllFormedText, SurvivesEveryOperationByteForByte) {
     EXPECT_EQ(trimmed(" " + text + " "), text);
     EXPECT_EQ(trimmed(" " + GetParam().bytes + " "), GetParam().bytes);
     EXPECT_EQ(replacingAll(text, "a", "é"), "é" + GetParam().bytes + "b");
+    EXPECT_EQ(withoutWhiteSpace(" " + text + " "), text);
+    EXPECT_EQ(lowerCased(text), text);
     EXPECT_THAT(split(text + "/c", '/'), ElementsAre(text, "c"));
     EXPECT_TRUE(contains(text, GetParam().bytes));
     EXPECT_EQ(integerValue(GetParam().bytes + "7"), 0);
@@ -138,6 +140,11 @@ TEST_P(UnicodeWhiteSpace, IsTrimmedFromBothEndsAndKeptInside) {
     EXPECT_EQ(trimmed(space), "");
 }
 
+TEST_P(UnicodeWhiteSpace, IsTakenOutWhereverItStands) {
+    const std::string space = GetParam().bytes;
+    EXPECT_EQ(withoutWhiteSpace(space + "日" + space + space + "b" + space), "日b");
+}
+
 TEST_P(UnicodeWhiteSpace, MayPrecedeANumber) {
     EXPECT_EQ(integerValue(GetParam().bytes + "-42"), -42);
 }
@@ -157,6 +164,11 @@ class NotTrimmed : public testing::TestWithParam<Bytes> {};
 TEST_P(NotTrimmed, StaysAtBothEnds) {
     const std::string text = GetParam().bytes + "a" + GetParam().bytes;
     EXPECT_EQ(trimmed(" " + text + " "), text);
+}
+
+TEST_P(NotTrimmed, StaysWhenWhiteSpaceIsTakenOut) {
+    const std::string text = GetParam().bytes + "a" + GetParam().bytes;
+    EXPECT_EQ(withoutWhiteSpace(" " + text + " "), text);
 }
 
 INSTANTIATE_TEST_SUITE_P(LineEndsAndNeighbours, NotTrimmed,

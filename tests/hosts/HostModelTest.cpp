@@ -69,6 +69,17 @@ TEST_P(HostModelAnswers, NoOtherName) {
     }
 }
 
+TEST_P(HostModelAnswers, TheSelectionIsTakenByKindsThatHaveOne) {
+    FakePlatform fake;
+    const HostModel host = hostOf(GetParam().kind, fake.platform);
+    for (const bool selected : {true, false, true}) {
+        host.setHostIsSelected(selected);
+        const std::optional<bool> expected =
+            GetParam().hostIsSelected ? std::optional(selected) : std::nullopt;
+        EXPECT_EQ(host.booleanNamed("hostIsSelected"), expected);
+    }
+}
+
 constexpr std::nullopt_t notAnswered = std::nullopt;
 
 INSTANTIATE_TEST_SUITE_P(

@@ -1,13 +1,18 @@
 #!/usr/bin/env python3
 """Proves that the two checks beside this file find what they are there to find.
 
-fixtures/includes/good and fixtures/texts/good keep every rule. Each folder below bad/ breaks one:
-its expected.txt holds the lines that the check must print, no more and no fewer.
+fixtures/includes/good and fixtures/texts/base keep every rule. Each folder below bad/ breaks one:
+its expected.txt holds the lines that the check must print, no more and no fewer. A case of texts,
+below good/ or bad/, is the base with the case's files laid over it and without what the case's
+removed.txt lists.
 """
 
+import contextlib
 import pathlib
+import shutil
 import subprocess
 import sys
+import tempfile
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -19,38 +24,65 @@ def run(check, *folders):
     )
 
 
+TEXTS = HERE / "fixtures/texts"
+
+
+@contextlib.contextmanager
+def over_the_base(case):
+    """A folder of texts: the base, changed by the case."""
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        shutil.copytree(TEXTS / "base", folder, dirs_exist_ok=True)
+        removed = case / "removed.txt"
+        for path in removed.read_text(encoding="utf-8").split() if removed.exists() else ():
+            if (folder / path).is_dir():
+                shutil.rmtree(folder / path)
+            else:
+                (folder / path).unlink()
+        notes = shutil.ignore_patterns("expected.txt", "removed.txt")
+        shutil.copytree(case, folder, dirs_exist_ok=True, ignore=notes)
+        yield folder
+
+
 class Rules(unittest.TestCase):
-    def assertKeepsTheRules(self, check, fixtures):
-        result = run(check, fixtures / "good")
+    def assertKeepsTheRules(self, check, folder):
+        result = run(check, folder)
         self.assertEqual((0, ""), (result.returncode, result.stderr), result.stdout)
 
-    def assertEachIsFound(self, check, fixtures):
+    def assertEachIsFound(self, check, fixtures, folder_of):
         cases = sorted((fixtures / "bad").iterdir())
         self.assertTrue(cases)
         for case in cases:
-            with self.subTest(case.name):
+            with self.subTest(case.name), folder_of(case) as folder:
                 expected = (case / "expected.txt").read_text(encoding="utf-8")
                 self.assertTrue(expected)
-                result = run(check, case)
+                result = run(check, folder)
                 self.assertEqual((expected, 1), (result.stdout, result.returncode), result.stderr)
 
     def test_sources_that_keep_the_include_rules_pass(self):
-        self.assertKeepsTheRules("include_rules.py", HERE / "fixtures/includes")
+        self.assertKeepsTheRules("include_rules.py", HERE / "fixtures/includes/good")
 
     def test_each_broken_include_rule_is_found(self):
-        self.assertEachIsFound("include_rules.py", HERE / "fixtures/includes")
+        self.assertEachIsFound(
+            "include_rules.py", HERE / "fixtures/includes", contextlib.nullcontext
+        )
 
     def test_a_folder_without_sources_is_not_taken_for_good_sources(self):
         self.assertEqual(1, run("include_rules.py", HERE / "no such folder").returncode)
 
     def test_languages_that_agree_pass(self):
-        self.assertKeepsTheRules("text_rules.py", HERE / "fixtures/texts")
+        self.assertKeepsTheRules("text_rules.py", TEXTS / "base")
+        cases = sorted((TEXTS / "good").iterdir())
+        self.assertTrue(cases)
+        for case in cases:
+            with self.subTest(case.name), over_the_base(case) as folder:
+                self.assertKeepsTheRules("text_rules.py", folder)
 
     def test_each_difference_between_languages_is_found(self):
-        self.assertEachIsFound("text_rules.py", HERE / "fixtures/texts")
+        self.assertEachIsFound("text_rules.py", TEXTS, over_the_base)
 
     def test_a_text_that_the_sources_ask_for_and_no_language_has_is_found(self):
-        languages = HERE / "fixtures/texts/good"
+        languages = TEXTS / "base"
         asking = HERE / "fixtures/look-ups"
         self.assertEqual(0, run("text_rules.py", languages, asking / "good").returncode)
         result = run("text_rules.py", languages, asking / "bad")

@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
 """text_rules.py RESOURCES [SRC]: checks that all languages of a bundle say the same things.
 
-Every LANG.lproj folder must hold the same files; a .strings table the same keys with the same
-arguments; an .rtf or .txt page the same %NAME% marks. With SRC, the tables must also hold every
-key that the sources below that folder ask for by name. Prints one line per fault and ends with
-status 1 when there is any.
+Every LANG.lproj folder must hold the product's files, and the same ones as every other; a .strings
+table the same keys with the same arguments as often; an .rtf or .txt page the same %NAME% marks.
+The tables must also hold every key that a window description (*.ui) names and, with SRC, every key
+that the sources below that folder ask for by name. Prints one line per fault and ends with status 1
+when there is any.
 """
 
 import pathlib
 import re
 import sys
+import xml.etree.ElementTree
 
 TOKEN = re.compile(r'\s+|/\*.*?\*/|//[^\n]*|"((?:[^"\\]|\\.)*)"|([=;])', re.DOTALL)
 ARGUMENT = re.compile(r"%(?:(\d+)\$)?@|%%|(%)")
@@ -21,11 +23,29 @@ TABLE_OF_LOOK_UP = {
 }
 MARK = re.compile(r"%[A-Z]+%")
 
-# Texts that a name follows directly: without the blank the two would run together.
+FILES = {
+    "Localizable.strings",
+    "aperture.rtf",
+    "host_running.rtf",
+    "installer.strings",
+    "license.txt",
+    "proceed.rtf",
+    "register.rtf",
+}
+
+# What the step writes into a page: without the mark the page would never say the name.
+MARKS_OF_PAGE = {"host_running.rtf": "%HOSTNAME%", "proceed.rtf": "%PRODUCTNAME%"}
+
+# The properties by which a widget of a window description names a text.
+KEY_PROPERTIES = {"textKey", "accessibleNameKey"}
+
+# Texts that a name follows directly: without a blank the two would run together. The full-width
+# colon brings its own.
 FOLLOWED_BY_A_NAME = {"installing_file", "make_folder"}
+BLANK_ENDS = (" ", "\N{FULLWIDTH COLON}")
 
 
-class TableError(Exception):
+class FileError(Exception):
     pass
 
 
@@ -35,7 +55,7 @@ def tokens_of(text):
         found = TOKEN.match(text, position)
         if not found:
             line = text.count("\n", 0, position) + 1
-            raise TableError(f"line {line}: neither a text nor a comment")
+            raise FileError(f"line {line}: neither a text nor a comment")
         position = found.end()
         if found.group(1) is not None:
             yield ("text", found.group(1))
@@ -50,28 +70,29 @@ def table_of(text):
     for start in range(0, len(tokens), 4):
         entry = tokens[start : start + 4]
         if [kind for kind, _ in entry] != ["text", "=", "text", ";"]:
-            raise TableError(f'the entry after {len(table)} others is not "key" = "text";')
+            raise FileError(f'the entry after {len(table)} others is not "key" = "text";')
         key, text_of_key = entry[0][1], entry[2][1]
         if key in table:
-            raise TableError(f'the key "{key}" stands there twice')
+            raise FileError(f'the key "{key}" stands there twice')
         table[key] = text_of_key
     return table
 
 
 def arguments_of(text):
-    """The numbers of the arguments that a format uses; none when a percent sign stands alone."""
-    numbers, following = set(), 1
+    """The numbers of the arguments that a format uses, in ascending order and each as often as it is
+    used; none when a percent sign stands alone. So only numbered arguments can change places."""
+    numbers, following = [], 1
     for found in ARGUMENT.finditer(text):
         if found.group(2):
             return None
         if found.group(0) == "%%":
             continue
         if found.group(1):
-            numbers.add(int(found.group(1)))
+            numbers.append(int(found.group(1)))
         else:
-            numbers.add(following)
+            numbers.append(following)
             following += 1
-    return numbers
+    return sorted(numbers)
 
 
 def table_faults(name, table, model):
@@ -87,13 +108,19 @@ def table_faults(name, table, model):
             yield f'{name}: "{key}" takes other arguments'
         if not table[key].strip():
             yield f'{name}: "{key}" is empty'
-        if key in FOLLOWED_BY_A_NAME and not table[key].endswith(" "):
+        if key in FOLLOWED_BY_A_NAME and not table[key].endswith(BLANK_ENDS):
             yield f'{name}: "{key}" must end in a blank, a name follows'
 
 
 def page_faults(name, page, model):
-    if set(MARK.findall(page)) != set(MARK.findall(model)):
+    marks = set(MARK.findall(page))
+    if marks != set(MARK.findall(model)):
         yield f"{name}: other marks than in the first language"
+    mark = MARKS_OF_PAGE.get(name.partition("/")[2])
+    if mark and mark not in marks:
+        yield f"{name}: {mark} is missing"
+    if not page.strip():
+        yield f"{name}: empty"
     if name.endswith(".rtf"):
         if not page.isascii() or not page.startswith("{\\rtf1"):
             yield f"{name}: no RTF page, or letters that are not written as RTF does"
@@ -104,7 +131,10 @@ def page_faults(name, page, model):
 
 def read(file):
     """A table's keys and texts, or a page's text."""
-    text = file.read_text(encoding="utf-8")
+    try:
+        text = file.read_text(encoding="utf-8")
+    except UnicodeDecodeError:
+        raise FileError("not UTF-8") from None
     return table_of(text) if file.suffix == ".strings" else text
 
 
@@ -113,7 +143,8 @@ def faults_of(resources):
     if len(languages) < 2:
         return ["fewer than two languages"]
     faults = []
-    for file_name in sorted({file.name for folder in languages for file in folder.iterdir()}):
+    found = {file.name for folder in languages for file in folder.iterdir()}
+    for file_name in sorted(FILES | found):
         contents = {}
         for folder in languages:
             name = f"{folder.name}/{file_name}"
@@ -121,7 +152,7 @@ def faults_of(resources):
                 contents[name] = read(folder / file_name)
             except FileNotFoundError:
                 faults.append(f"{name}: missing")
-            except (TableError, UnicodeDecodeError) as error:
+            except FileError as error:
                 faults.append(f"{name}: {error}")
         model = next(iter(contents.values()), None)
         rule = table_faults if file_name.endswith(".strings") else page_faults
@@ -130,27 +161,46 @@ def faults_of(resources):
     return faults
 
 
+def missing_key_faults(resources, asked):
+    """Those of the (table, key, who asks) that a language does not have."""
+    for folder in sorted(resources.glob("*.lproj")):
+        for table, key, asking in sorted(asked):
+            if key not in read(folder / table):
+                yield f'{folder.name}/{table}: {asking} ask for "{key}"'
+
+
+def description_faults(resources):
+    """The keys that the window descriptions name and a language does not have."""
+    asked = set()
+    for file in sorted(resources.glob("*.ui")):
+        try:
+            properties = list(xml.etree.ElementTree.parse(file).iter("property"))
+        except xml.etree.ElementTree.ParseError as error:
+            yield f"{file.name}: {error}"
+            continue
+        for entry in properties:
+            if entry.get("name") in KEY_PROPERTIES:
+                key = entry.findtext("string", default="")
+                asked.add(("Localizable.strings", key, f"the widgets of {file.name}"))
+    yield from missing_key_faults(resources, asked)
+
+
 def look_up_faults(resources, source):
     """The keys that the sources ask for and a language does not have."""
     asked = set()
     for file in source.rglob("*.cpp"):
         for function, key in LOOK_UP.findall(file.read_text(encoding="utf-8")):
-            asked.add((TABLE_OF_LOOK_UP[function], key))
+            asked.add((TABLE_OF_LOOK_UP[function], key, "the sources"))
     if not asked:
         return [f"{source}: no source there asks for a text"]
-    faults = []
-    for folder in sorted(resources.glob("*.lproj")):
-        for table, key in sorted(asked):
-            if key not in read(folder / table):
-                faults.append(f'{folder.name}/{table}: the sources ask for "{key}"')
-    return faults
+    return list(missing_key_faults(resources, asked))
 
 
 def main():
     if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
     resources = pathlib.Path(sys.argv[1])
-    faults = faults_of(resources)
+    faults = faults_of(resources) or list(description_faults(resources))
     if not faults and len(sys.argv) == 3:
         faults = look_up_faults(resources, pathlib.Path(sys.argv[2]))
     print("\n".join(faults) if faults else "All languages say the same things.")

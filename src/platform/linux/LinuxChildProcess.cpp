@@ -2,9 +2,6 @@
 
 #include <array>
 #include <cerrno>
-#include <functional>
-#include <map>
-#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,6 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/linux/Handlers.h"
 #include "platform/linux/Spawn.h"
 #include "platform/linux/files/FileDescriptor.h"
 
@@ -25,42 +23,12 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Handlers of one kind of notice. A handler may add and remove handlers, itself included.
-class Handlers {
-  public:
-    Subscription add(std::function<void()> handler) {
-        const int key = ++lastKey_;
-        handlers_->emplace(key, std::move(handler));
-        return Subscription([handlers = std::weak_ptr<Map>(handlers_), key] {
-            if (const auto remaining = handlers.lock()) remaining->erase(key);
-        });
-    }
-
-    void call() const {
-        const std::shared_ptr<Map> handlers = handlers_;
-        std::vector<int> keys;
-        for (const auto& [key, handler] : *handlers) keys.push_back(key);
-        for (const int key : keys) {
-            const auto found = handlers->find(key);
-            if (found == handlers->end()) continue;
-            // A handler that removes itself lives on until it returns.
-            const std::function<void()> handler = found->second;
-            handler();
-        }
-    }
-
-  private:
-    using Map = std::map<int, std::function<void()>>;
-    std::shared_ptr<Map> handlers_ = std::make_shared<Map>();
-    int lastKey_ = 0;
-};
-
 /// Reading end of a pipe, and whether somebody asked to be told of data.
 struct Reader {
     FileDescriptor descriptor;
     bool armed = false;
     bool atEnd = false;
-    Handlers handlers;
+    Handlers<> handlers;
     Subscription watched;
 
     [[nodiscard]] bool readable() const {
@@ -110,7 +78,7 @@ class LinuxChildProcess : public ChildProcess {
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Reader standardOutput_;
     Reader standardError_;
-    Handlers termination_;
+    Handlers<> termination_;
     pid_t process_ = -1;
     FileDescriptor processEnd_;
     Subscription endWatched_;

@@ -1,0 +1,56 @@
+#include "app/FailureReport.h"
+
+#include <cstddef>
+
+#include "foundation/Paths.h"
+#include "install/InstallFilesController.h"
+#include "install/PlugInFilesModel.h"
+#include "platform/Clipboard.h"
+#include "platform/FileManager.h"
+#include "platform/WindowPlatform.h"
+#include "platform/Workspace.h"
+#include "wizard/LocalizedText.h"
+
+namespace installer {
+
+namespace {
+
+constexpr std::size_t largestLog = std::size_t{64} << 20;
+
+}  // namespace
+
+std::vector<ListRow> FailureReport::failedItems() const {
+    std::vector<ListRow> rows;
+    for (const std::string& path : installation_.failedPaths()) {
+        rows.push_back({.title = lastPathComponent(path), .detail = parentPath(path)});
+    }
+    return rows;
+}
+
+bool FailureReport::hasFailedItems() const {
+    return !installation_.failedPaths().empty();
+}
+
+std::string FailureReport::failureReason() const {
+    return installation_.authDenied() ? localizedText(platform_.bundle, "rights_refused") : "";
+}
+
+bool FailureReport::installerLogExists() const {
+    return platform_.files.exists(installerLogPath());
+}
+
+void FailureReport::openInstallerLog() const {
+    // That nothing could open it is in the system log.
+    static_cast<void>(platform_.workspace.openFile(installerLogPath()));
+}
+
+void FailureReport::copyInstallerLog() const {
+    const Result<std::string> text = platform_.files.read(installerLogPath(), largestLog);
+    if (text) platform_.clipboard.setText(text.value());
+}
+
+std::string FailureReport::installerLogPath() const {
+    return PlugInFilesModel(platform_).installerLogPath();
+}
+
+}  // namespace installer

@@ -1,0 +1,27 @@
+#include "app/MainWindow.h"
+
+#include "platform/InterfaceLoader.h"
+
+namespace installer {
+
+MainWindow::MainWindow(Interface& interface)
+    : mainWindow(interface.window("mainWindow")),
+      dynamicView(interface.view("dynamicView")),
+      stepIndicatorView(interface.view("stepIndicatorView")),
+      licenseView(interface.view("licenseView")),
+      hostsView(interface.view("hostsView")),
+      rtfView(interface.view("rtfView")),
+      installFilesView(interface.view("installFilesView")),
+      registerView(interface.view("registerView")),
+      foundHostsController(interface.list("foundHostsController")),
+      installProgress(interface.progressIndicator("installProgress")) {}
+
+std::optional<std::string> missingPartOfMainWindow(Interface& interface) {
+    if (!interface.window("mainWindow")) return "mainWindow";
+    for (const char* view : {"dynamicView", "forwardButton", "backwardButton"}) {
+        if (!interface.view(view)) return view;
+    }
+    return std::nullopt;
+}
+
+}  // namespace installer

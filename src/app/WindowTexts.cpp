@@ -1,0 +1,59 @@
+#include "app/WindowTexts.h"
+
+#include <optional>
+
+#include "foundation/Format.h"
+#include "steps/LicenseModel.h"
+#include "wizard/LocalizedText.h"
+#include "wizard/RtfResource.h"
+#include "wizard/StepModel.h"
+
+namespace installer {
+
+namespace {
+
+std::string filledWithProductName(const Bundle& bundle, const std::string& formatKey) {
+    return formatted(localizedText(bundle, formatKey), {productName(bundle)});
+}
+
+}  // namespace
+
+std::string productName(const Bundle& bundle) {
+    return installerText(bundle, "product_name");
+}
+
+std::string windowTitle(const Bundle& bundle) {
+    return filledWithProductName(bundle, "main_wnd_title_fmt");
+}
+
+std::string aboutMenuText(const Bundle& bundle) {
+    return filledWithProductName(bundle, "about_menu_fmt");
+}
+
+std::string quitMenuText(const Bundle& bundle) {
+    return filledWithProductName(bundle, "quit_menu_fmt");
+}
+
+std::string hideMenuText(const Bundle& bundle) {
+    return filledWithProductName(bundle, "hide_window_menu_fmt");
+}
+
+std::string mainLabelTextOf(const StepModel* model) {
+    if (model == nullptr) return "???";
+    try {
+        return model->mainLabelText().value_or("nil!!!");
+    } catch (...) {
+        return "No text in your setup step model???";
+    }
+}
+
+PlainOrStyledText informativeTextOf(const StepModel* model) {
+    return model == nullptr ? std::string() : model->informativeText();
+}
+
+StyledText licenseTextOf(const LicenseModel* model) {
+    if (model == nullptr || !model->licenseText()) return nilText();
+    return StyledText::fromPlainText(*model->licenseText());
+}
+
+}  // namespace installer

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace installer {
+
+/// What the kernel's status line says of a process.
+struct ProcessStatus {
+    std::string shortName;
+    bool hasEnded = false;  ///< nobody has waited for it yet, so it is still listed
+    bool isKernelThread = false;
+};
+
+/// Reads the contents of `/proc/PID/stat`; none when they are no such line. The name in it may
+/// hold anything, brackets and blanks included.
+[[nodiscard]] std::optional<ProcessStatus> parsedProcessStatus(std::string_view line);
+
+/// What can be learned of a running process without rights over it.
+struct ProcessFacts {
+    /// The name of the file that was started, its first 15 bytes; the process may have changed it.
+    std::string shortName;
+    /// What it was started with, its own name for itself first. Only the first ones are here.
+    std::vector<std::string> arguments;
+    /// The path of the program's file; empty when it is another user's process.
+    std::string executable;
+};
+
+/// None for a process that is no more, or has ended, and for a thread of the kernel.
+[[nodiscard]] std::optional<ProcessFacts> processFacts(pid_t process);
+
+/// The processes that the kernel lists, in its order.
+[[nodiscard]] std::vector<pid_t> listedProcesses();
+
+}  // namespace installer

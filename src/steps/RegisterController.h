@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "wizard/StepController.h"
+
+namespace installer {
+
+class RegisterModel;
+struct WindowPlatform;
+
+/// The completion step: says how the installation went, and offers to open the maker's page.
+class RegisterController : public StepController, public HasExtraButton {
+  public:
+    /// `platform` outlives this object.
+    explicit RegisterController(WindowPlatform& platform) : platform_(platform) {}
+
+    [[nodiscard]] bool enableForward() const override { return true; }
+    /// What is installed is installed: no button leads back.
+    [[nodiscard]] bool enableBackward() const override { return false; }
+    [[nodiscard]] bool canProceed(std::int32_t direction) override;
+    void didProceed(std::int32_t direction) override;
+    /// Chooses the text and the picture anew at every entry.
+    void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
+                           MainController* mainController, std::int32_t direction) override;
+
+    /// Opens the maker's page in the browser; the step stays.
+    void buttonPressed(const void* sender) override;
+
+  private:
+    void showOutcome();
+    void chooseText();
+
+    WindowPlatform& platform_;
+    std::shared_ptr<RegisterModel> model_;
+    std::shared_ptr<View> view_;
+    MainController* mainController_ = nullptr;
+};
+
+}  // namespace installer
