@@ -1,6 +1,6 @@
-# The target `bundle` puts the sample product's installer together from the two executables,
-# the window module, resources/ and payload/. It runs at every build: what it copies has no list in the build
-# system, so only a fresh copy is sure to be whole and to hold nothing that the sources lost.
+# The target `bundle` puts the sample product's installer together from the two executables, the
+# window module, resources/ and payload/. It runs at every build: what it copies has no list in the
+# build system, so only a fresh copy is sure to be whole and to hold nothing that the sources lost.
 set(INSTALLER_BUNDLE "${PROJECT_BINARY_DIR}/Quarrytone Tonewright 2 Installer.app")
 
 add_custom_target(bundle ALL

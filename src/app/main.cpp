@@ -1,16 +1,22 @@
-#include <cstdio>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
+#include "app/MainWindow.h"
 #include "app/QuietInstallation.h"
+#include "app/SetupController.h"
 #include "foundation/Format.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
+#include "platform/InterfaceLoader.h"
 #include "platform/Platform.h"
+#include "platform/WindowModule.h"
+#include "platform/WindowPlatform.h"
+#include "platform/linux/DisplayAlerts.h"
 #include "platform/linux/LinuxApplicationDatabase.h"
 #include "platform/linux/LinuxAuthorization.h"
 #include "platform/linux/LinuxBundle.h"
@@ -19,10 +25,11 @@
 #include "platform/linux/LinuxPreferencesStore.h"
 #include "platform/linux/LinuxSearchPaths.h"
 #include "platform/linux/LinuxSystemLog.h"
+#include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PollEventLoop.h"
 #include "platform/linux/ProcessSetup.h"
 #include "platform/linux/SystemClock.h"
-#include "platform/linux/TextAlerts.h"
+#include "platform/linux/WindowModuleLoader.h"
 #include "wizard/LocalizedText.h"
 
 // Start-up: the one place that knows which adapters the core runs on.
@@ -32,6 +39,8 @@ namespace {
 using namespace installer;
 
 constexpr std::string_view quietArgument = "-quiet";
+constexpr const char* executable = "Contents/MacOS/Installer";
+constexpr const char* mainWindowName = "MainWindow";
 
 /// Whoever is asked for a password learns first which product asks, and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
@@ -45,71 +54,159 @@ AdministratorAccess administratorAccess(const std::string& bundleFolder, const B
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
 
-/// Every adapter of a process without a window, and the platform that they make up.
-class QuietApplication {
-  public:
-    QuietApplication(const std::string& bundleFolder, LinuxSearchPaths searchPaths, SystemLog& log)
-        : log_(log),
-          searchPaths_(std::move(searchPaths)),
-          bundle_(bundleFolder, searchPaths_.preferredLanguages(), log),
-          bundles_(searchPaths_.preferredLanguages(), log),
-          authorizations_(administratorAccess(bundleFolder, bundle_, log)),
-          preferences_(searchPaths_, log),
-          applications_(searchPaths_, bundles_, log) {}
+/// The adapters that are the same with and without a window.
+struct Machine {
+    Machine(std::string itsBundleFolder, LinuxSearchPaths itsSearchPaths, SystemLog& itsLog)
+        : bundleFolder(std::move(itsBundleFolder)),
+          log(itsLog),
+          searchPaths(std::move(itsSearchPaths)),
+          bundle(bundleFolder, searchPaths.preferredLanguages(), log),
+          bundles(searchPaths.preferredLanguages(), log),
+          authorizations(administratorAccess(bundleFolder, bundle, log)),
+          preferences(searchPaths, log),
+          applications(searchPaths, bundles, log) {}
 
-    void run() { installQuietly(platform_); }
+    [[nodiscard]] Platform platform(ChildProcesses& processes, EventLoop& eventLoop,
+                                    Alerts& alerts) {
+        return {files,  authorizations, processes,    eventLoop,    preferences,
+                bundle, bundles,        searchPaths,  applications, alerts,
+                log,    clock,          notifications};
+    }
 
-  private:
-    SystemLog& log_;
-    LinuxSearchPaths searchPaths_;
-    LinuxBundle bundle_;
-    LinuxBundles bundles_;
-    LinuxFileManager files_;
-    LinuxAuthorizations authorizations_;
-    PollEventLoop eventLoop_;
-    LinuxChildProcesses processes_{eventLoop_};
-    LinuxPreferencesStore preferences_;
-    LinuxApplicationDatabase applications_;
-    TextAlerts alerts_{log_};
-    SystemClock clock_;
-    NotificationCenter notifications_;
-    Platform platform_{files_,  authorizations_, processes_,    eventLoop_,    preferences_,
-                       bundle_, bundles_,        searchPaths_,  applications_, alerts_,
-                       log_,    clock_,          notifications_};
+    [[nodiscard]] std::unique_ptr<WindowModule> window(
+        std::function<void(const std::string& address)> openLink) {
+        return loadWindowModule(bundleFolder, {.executablePath = joinPath(bundleFolder, executable),
+                                               .bundle = bundle,
+                                               .files = files,
+                                               .log = log,
+                                               .openLink = std::move(openLink)});
+    }
+
+    std::string bundleFolder;
+    SystemLog& log;
+    LinuxSearchPaths searchPaths;
+    LinuxBundle bundle;
+    LinuxBundles bundles;
+    LinuxFileManager files;
+    LinuxAuthorizations authorizations;
+    LinuxPreferencesStore preferences;
+    LinuxApplicationDatabase applications;
+    SystemClock clock;
+    NotificationCenter notifications;
 };
 
-void runQuietly(SystemLog& log) {
+/// Null, with the reason in the log, when the surroundings leave nothing to install or nowhere to
+/// install to.
+std::unique_ptr<Machine> makeMachine(SystemLog& log) {
     const std::optional<std::string> bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
         log.log("The installer must be started from its bundle: there is nothing to install");
-        return;
+        return nullptr;
     }
     Result<LinuxSearchPaths> searchPaths = LinuxSearchPaths::fromEnvironment(processEnvironment());
     if (!searchPaths) {
         const std::string volume = processEnvironment()(targetVolumeVariable).value_or("");
         log.log(std::string(targetVolumeVariable) + " names no folder to install onto: " + volume +
                 " (" + searchPaths.error().message() + ")");
-        return;
+        return nullptr;
     }
-    QuietApplication(*bundleFolder, std::move(searchPaths).value(), log).run();
+    return std::make_unique<Machine>(*bundleFolder, std::move(searchPaths).value(), log);
 }
 
+/// The installation without a window. An alert may still be shown on a display.
+class QuietApplication {
+  public:
+    explicit QuietApplication(Machine& machine) : machine_(machine) {}
+
+    void run() { installQuietly(platform_); }
+
+  private:
+    [[nodiscard]] WindowModule* loadWindow() {
+        // Nothing but alerts is shown, and these have no links.
+        window_ = machine_.window([](const std::string& /*address*/) {});
+        return window_.get();
+    }
+
+    Machine& machine_;
+    PollEventLoop eventLoop_;
+    LinuxChildProcesses processes_{eventLoop_};
+    std::unique_ptr<WindowModule> window_;
+    DisplayAlerts alerts_{machine_.log, processEnvironment(), [this] { return loadWindow(); }};
+    Platform platform_ = machine_.platform(processes_, eventLoop_, alerts_);
+};
+
+/// The installation with a window, over the adapters that the window module brings.
+class WindowApplication {
+  public:
+    /// Null, with the reason in the log, when no window can be shown here.
+    static std::unique_ptr<WindowApplication> create(Machine& machine) {
+        auto application = std::unique_ptr<WindowApplication>(new WindowApplication(machine));
+        return application->window_ ? std::move(application) : nullptr;
+    }
+
+    /// Returns when the window has closed; false, with the reason in the log, when its description
+    /// is of no use.
+    [[nodiscard]] bool run() {
+        SetupController controller(*platform_);
+        std::unique_ptr<Interface> mainWindow =
+            platform_->interfaces.load(mainWindowName, controller);
+        if (!mainWindow) return false;
+        if (const auto part = missingPartOfMainWindow(*mainWindow)) {
+            machine_.log.log(formatted("The description %@ has no usable %@",
+                                       {std::string(mainWindowName), *part}));
+            return false;
+        }
+        controller.awakeFromNib(std::move(mainWindow));
+        window_->run();
+        machine_.notifications.post({applicationWillTerminate, nullptr, {}});
+        machine_.preferences.synchronizeAll();
+        return true;
+    }
+
+  private:
+    explicit WindowApplication(Machine& machine) : machine_(machine) {
+        window_ = machine_.window(
+            [this](const std::string& address) { workspace_->openAddress(address); });
+        if (!window_) return;
+        processes_.emplace(window_->descriptors());
+        workspace_.emplace(window_->descriptors(), machine_.bundles, machine_.log);
+        platform_.emplace(WindowPlatform{
+            {machine_.platform(*processes_, window_->eventLoop(), window_->alerts())},
+            window_->interfaces(),
+            window_->folderPanel(),
+            *workspace_,
+            window_->clipboard()});
+    }
+
+    Machine& machine_;
+    std::unique_ptr<WindowModule> window_;
+    std::optional<LinuxChildProcesses> processes_;
+    std::optional<LinuxWorkspace> workspace_;
+    std::optional<WindowPlatform> platform_;
+};
+
 /// The quiet installation ends with success whatever happened; what did happen is in the logs.
-int quietMain() {
-    LinuxSystemLog log("Installer");
+int quietMain(SystemLog& log) {
     try {
-        runQuietly(log);
+        if (const auto machine = makeMachine(log)) QuietApplication(*machine).run();
     } catch (const std::exception& error) {
         log.log(std::string("The installation was broken off: ") + error.what());
     }
     return 0;
 }
 
-int windowMain() {
-    std::fputs(
-        "This installer has no window yet. Start it with -quiet as its first argument to install "
-        "into every Photoshop that is found, without any question.\n",
-        stderr);
+int windowMain(SystemLog& log) {
+    try {
+        const auto machine = makeMachine(log);
+        if (!machine) return 1;
+        const auto application = WindowApplication::create(*machine);
+        if (application && application->run()) return 0;
+        log.log(
+            "The installer cannot show a window. Start it with -quiet as its first argument to "
+            "install into every Photoshop that is found, without any question");
+    } catch (const std::exception& error) {
+        log.log(std::string("The installer was broken off: ") + error.what());
+    }
     return 1;
 }
 
@@ -117,6 +214,7 @@ int windowMain() {
 
 int main(int argc, char** argv) {
     prepareProcess();
+    LinuxSystemLog log("Installer");
     // Compared as it stands: another letter case, or another place, is not the quiet argument.
-    return argc >= 2 && argv[1] == quietArgument ? quietMain() : windowMain();
+    return argc >= 2 && argv[1] == quietArgument ? quietMain(log) : windowMain(log);
 }

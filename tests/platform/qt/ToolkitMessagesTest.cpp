@@ -1,4 +1,4 @@
-#include <QtGlobal>
+#include <QMessageLogContext>
 #include <thread>
 
 #include <gmock/gmock.h>
