@@ -8,6 +8,7 @@
 #include "foundation/Paths.h"
 #include "platform/Bundle.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/WindowStyle.h"
 
 namespace installer {
 
@@ -43,6 +44,7 @@ ApplicationSetup::ApplicationSetup(const std::string& executablePath, const std:
     application_.emplace(argumentCount_, argumentPointers_.data());
     // The toolkit takes over the user's way to write numbers, which files must not follow.
     std::setlocale(LC_NUMERIC, "C");
+    WindowStyle::replaceToolkitsOwn();
 
     const std::string program = lastPathComponent(executablePath);
     QApplication::setApplicationName(

@@ -4,6 +4,8 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 
+#include "platform/qt/WindowStyle.h"
+
 namespace installer {
 
 namespace {
@@ -98,7 +100,7 @@ void ColorScheme::apply() {
         QApplication::setPalette(QPalette());
         return;
     }
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setStyle(new WindowStyle);
     QApplication::setPalette(darkPalette());
 }
 

@@ -6,6 +6,8 @@
 #include <QSocketNotifier>
 #include <utility>
 
+#include "platform/qt/RepaintTurn.h"
+
 namespace installer {
 
 namespace {
@@ -32,6 +34,8 @@ Subscription QtEventLoop::watch(int descriptor, std::function<void()> whenReadab
     auto* notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, &notifiers_);
     QObject::connect(notifier, &QSocketNotifier::activated,
                      [whenReadable = std::move(whenReadable)] {
+                         // The descriptor stays readable, so the next turn tells of it.
+                         if (isRepaintTurn()) return;
                          // A callback that cancels its own watch lives on until it returns.
                          const std::function<void()> alive = whenReadable;
                          alive();

@@ -3,16 +3,29 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
+#include <algorithm>
 
 #include "platform/qt/WindowManners.h"
 
 namespace installer {
 
+namespace {
+
+/// How much larger the user's texts are than those that the descriptions were drawn with.
+double textScale(const QWidget& widget) {
+    constexpr double drawnWith = 10;
+    return std::max(1.0, widget.font().pointSizeF() / drawnWith);
+}
+
+}  // namespace
+
 void QtWindow::centerAndShow() {
     if (!window_) return;
     window_->ensurePolished();
     const QRect screen = window_->screen()->availableGeometry();
-    const QSize size = window_->size().expandedTo(window_->sizeHint()).boundedTo(screen.size());
+    const QSize size = (window_->size() * textScale(*window_))
+                           .expandedTo(window_->sizeHint())
+                           .boundedTo(screen.size());
     window_->setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, size, screen));
     if (!window_->focusWidget()) {
         if (QPushButton* button = WindowManners::defaultButton(*window_)) button->setFocus();

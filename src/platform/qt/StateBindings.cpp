@@ -24,7 +24,7 @@ ShowValue enabling(QWidget& widget) {
     return [&widget, hadFocus = false](const PropertyValue& value) mutable {
         const bool enabled = isTrue(value);
         if (enabled == widget.isEnabledTo(widget.parentWidget())) return;
-        if (!enabled && widget.hasFocus()) {
+        if (!enabled && widget.window()->focusWidget() == &widget) {
             hadFocus = true;
             widget.clearFocus();
         }

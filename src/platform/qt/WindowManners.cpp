@@ -14,14 +14,20 @@ bool isReturn(const QEvent& event) {
     if (event.type() != QEvent::KeyPress) return false;
     const auto& key = static_cast<const QKeyEvent&>(event);
     const bool isPlain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) && isPlain &&
-           !key.isAutoRepeat();
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) && isPlain;
+}
+
+/// Holding the key down must not run through several pages.
+bool isHeldReturn(const QEvent& event) {
+    return isReturn(event) && static_cast<const QKeyEvent&>(event).isAutoRepeat();
 }
 
 }  // namespace
 
 WindowManners::WindowManners(QMainWindow& window) : QObject(&window), window_(window) {
     window.installEventFilter(this);
+    // A default button presses itself at every repetition of the key.
+    for (auto* button : window.findChildren<QPushButton*>()) button->installEventFilter(this);
 }
 
 void WindowManners::setClosable(QMainWindow& window, bool closable) {
@@ -47,6 +53,7 @@ bool WindowManners::pressesButton(const QEvent& event) const {
 }
 
 bool WindowManners::eventFilter(QObject* watched, QEvent* event) {
+    if (isHeldReturn(*event)) return true;
     if (watched != &window_) return false;
     if (event->type() == QEvent::Close && window_.property(staysOpen).toBool()) {
         event->ignore();

@@ -19,6 +19,7 @@ class RecordingOwner : public InterfaceOwner {
     std::vector<const void*> senders;
     bool acceptsChanges = true;
     std::function<void(std::string_view action)> whenPerforming;
+    std::function<void()> whenTicking;
 
     void change(const std::string& property, PropertyValue value) {
         observable_.willChange(property);
@@ -42,6 +43,7 @@ class RecordingOwner : public InterfaceOwner {
                        (checked ? " on" : " off"));
         auto* rows = std::get_if<std::vector<ListRow>>(&values[std::string(property)]);
         if (acceptsChanges && rows) rows->at(row).checked = checked;
+        if (whenTicking) whenTicking();
     }
 
     void performAction(std::string_view action, const void* sender) override {
