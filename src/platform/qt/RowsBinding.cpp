@@ -2,7 +2,6 @@
 #include <QListWidget>
 #include <QPointer>
 #include <QSignalBlocker>
-#include <algorithm>
 
 #include "platform/qt/Binding.h"
 #include "platform/qt/ControlText.h"
@@ -17,15 +16,10 @@ constexpr int iconPathRole = ListRowDelegate::detailRole + 1;
 /// In a list with this property each row has a check box.
 constexpr const char* checkableProperty = "checkable";
 
-QString spoken(const ListRow& row) {
-    if (row.detail.empty()) return toQt(row.title);
-    return toQt(row.title) + QLatin1String(", ") + toQt(row.detail);
-}
-
 void showRow(QListWidgetItem& item, const ListRow& row, bool isCheckable) {
     item.setText(toQt(row.title));
     item.setData(ListRowDelegate::detailRole, toQt(row.detail));
-    item.setData(Qt::AccessibleTextRole, spoken(row));
+    item.setData(Qt::AccessibleDescriptionRole, toQt(row.detail));
     item.setToolTip(plainToolTip(row.detail.empty() ? row.title : row.detail));
     if (item.data(iconPathRole) != QVariant(toQt(row.icon.path))) {
         item.setData(iconPathRole, toQt(row.icon.path));

@@ -12,6 +12,7 @@
 #include "platform/qt/ControlText.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/StyledTextDocument.h"
+#include "platform/qt/Wrappable.h"
 
 namespace installer {
 
@@ -25,10 +26,10 @@ void showStyled(QLabel& label, const StyledText& text) {
     label.setText(document.toHtml());
 }
 
-void showPlain(QLabel& label, const std::string& text) {
+void showPlain(QLabel& label, const QString& text) {
     label.setTextFormat(Qt::PlainText);
     label.setTextInteractionFlags(Qt::NoTextInteraction);
-    label.setText(toQt(text));
+    label.setText(text);
 }
 
 /// A text in a browser. The same text shown again, in other colours or not, stays where the user
@@ -62,7 +63,7 @@ ShowValue labelText(QLabel& label, const BindingContext& context) {
         if (const auto* styled = std::get_if<StyledText>(&value)) {
             showStyled(label, *styled);
         } else {
-            showPlain(label, plainTextOf(value));
+            showPlain(label, toQt(plainTextOf(value)));
         }
     };
 }
@@ -88,7 +89,7 @@ ShowValue browserText(QTextBrowser& browser, const BindingContext& context) {
 
 bool setControlText(QObject& control, const std::string& text) {
     if (auto* label = qobject_cast<QLabel*>(&control)) {
-        showPlain(*label, text);
+        showPlain(*label, toQt(text));
     } else if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
         button->setText(withoutMnemonics(text));
     } else if (auto* edit = qobject_cast<QLineEdit*>(&control)) {
@@ -129,8 +130,10 @@ ShowValue plainTextBinding(QObject& control, const BindingContext& /*context*/) 
     if (!label) return {};
     return [label](const PropertyValue& value) {
         const auto* plain = std::get_if<std::string>(&value);
-        showPlain(*label, plain ? *plain : std::string{});
-        label->setVisible(plain && !plain->empty());
+        const QString text = plain ? toQt(*plain) : QString();
+        showPlain(*label, wrappable(text));
+        label->setAccessibleName(text);
+        label->setVisible(!text.isEmpty());
     };
 }
 
