@@ -12,7 +12,7 @@ namespace {
 template <class Kind>
 std::string folderOf(const Kind& host) {
     if constexpr (requires { host.appPath(); }) {
-        if (const std::string path = host.appPath(); !path.empty()) return path;
+        if (const std::string& path = host.appPath(); !path.empty()) return path;
     }
     return host.plugInPath();
 }

@@ -52,8 +52,9 @@ PlainOrStyledText informativeTextOf(const StepModel* model) {
 }
 
 StyledText licenseTextOf(const LicenseModel* model) {
-    if (model == nullptr || !model->licenseText()) return nilText();
-    return StyledText::fromPlainText(*model->licenseText());
+    if (model == nullptr) return nilText();
+    const std::optional<std::string>& terms = model->licenseText();
+    return terms ? StyledText::fromPlainText(*terms) : nilText();
 }
 
 }  // namespace installer
