@@ -1,6 +1,8 @@
 #include "install/DiskMirror.h"
 
-#include <vector>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "foundation/Format.h"
 #include "foundation/Paths.h"
@@ -28,35 +30,53 @@ std::string DiskMirror::companyFolder(Platform& platform) {
                     folderName(platform.bundle, "company_name"));
 }
 
-void DiskMirror::installFiles() {
-    FileManager& files = platform_.files;
-    files.walk(folder_, WalkDepth::everything, [this](const WalkEntry& entry) {
-        if (entry.isPackage) installPackage(entry);
+std::vector<std::string> DiskMirror::packages(Platform& platform) {
+    std::vector<std::string> packages;
+    platform.files.walk(folder(platform), WalkDepth::everything, [&](const WalkEntry& entry) {
+        if (entry.isPackage) packages.push_back(entry.path);
     });
-    // Packages directly in a product folder were installed above. The other folders in it are
-    // copied whole here, over packages inside them that the walk has just installed.
-    files.walk(companyFolder(platform_), WalkDepth::entries, [this](const WalkEntry& entry) {
-        if (entry.type == FileType::folder && !entry.isPackage) installProductFolder(entry.path);
-    });
+    return packages;
 }
 
-void DiskMirror::installPackage(const WalkEntry& package) {
-    const std::string destination = targetPath(package.path);
-    installer_.installSourceFiles({package.path}, parentPath(destination), true, true);
+std::vector<DiskMirror::ProductFolder> DiskMirror::productFolders(Platform& platform) {
+    std::vector<ProductFolder> folders;
+    FileManager& files = platform.files;
+    files.walk(companyFolder(platform), WalkDepth::entries, [&](const WalkEntry& folder) {
+        if (folder.type != FileType::folder || folder.isPackage) return;
+        std::vector<std::string> items;
+        files.walk(folder.path, WalkDepth::entries, [&](const WalkEntry& entry) {
+            if (!entry.isPackage) items.push_back(entry.path);
+        });
+        if (!items.empty()) folders.push_back({folder.path, std::move(items)});
+    });
+    return folders;
+}
+
+std::vector<std::string> DiskMirror::sources(Platform& platform) {
+    std::vector<std::string> sources = packages(platform);
+    for (ProductFolder& folder : productFolders(platform)) {
+        std::move(folder.items.begin(), folder.items.end(), std::back_inserter(sources));
+    }
+    return sources;
+}
+
+void DiskMirror::installFiles() {
+    for (const std::string& package : packages(platform_)) installPackage(package);
+    // Packages directly in a product folder were installed above. The other folders in it are
+    // copied whole here, over packages inside them that have just been installed.
+    for (const ProductFolder& folder : productFolders(platform_)) {
+        installer_.installSourceFiles(folder.items, targetPath(folder.path), false, true);
+    }
+}
+
+void DiskMirror::installPackage(const std::string& package) {
+    const std::string destination = targetPath(package);
+    installer_.installSourceFiles({package}, parentPath(destination), true, true);
     if (const auto status = platform_.applications.registerApplication(destination)) {
         platform_.log.log(
             formatted("LSRegisterURL returned %@ for %@", {std::to_string(status), destination}));
     }
     commands_.removeQuarantine(destination);
-}
-
-void DiskMirror::installProductFolder(const std::string& productFolder) {
-    std::vector<std::string> items;
-    platform_.files.walk(productFolder, WalkDepth::entries, [&](const WalkEntry& entry) {
-        if (!entry.isPackage) items.push_back(entry.path);
-    });
-    if (items.empty()) return;
-    installer_.installSourceFiles(items, targetPath(productFolder), false, true);
 }
 
 /// Where the entry of the mirror belongs. A plain replacement of text: a mirror that contains its

@@ -24,7 +24,7 @@ Alert installErrorAlert(const Bundle& bundle, const std::string& error, const st
 }  // namespace
 
 void FileErrorAlerts::showFileErrorUI(const std::string& path) {
-    run_.fileOpErrorOccurred = true;
+    run_.recordFailure(path);
     platform_.log.log(formatted("Could not install file: %@", {path}));
     // There is one button, so there is nothing to learn from the answer.
     static_cast<void>(platform_.alerts.runModal(installErrorAlert(platform_.bundle, "", path)));
@@ -32,7 +32,7 @@ void FileErrorAlerts::showFileErrorUI(const std::string& path) {
 
 bool FileErrorAlerts::fileManagerShouldProceedAfterError(const std::string& error,
                                                          const std::string& path) {
-    run_.fileOpErrorOccurred = true;
+    run_.recordFailure(path);
     platform_.log.log(formatted("File  operation error: %@ with file: %@", {error, path}));
     Alert alert = installErrorAlert(platform_.bundle, error, path);
     alert.identifier = "file-operation-error";

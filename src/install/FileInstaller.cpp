@@ -5,6 +5,7 @@
 
 #include "foundation/Format.h"
 #include "foundation/Paths.h"
+#include "install/InstallProgress.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/Platform.h"
@@ -35,7 +36,7 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
     // back the missing items after it, until the next one that exists is decided.
     bool carry = true;
     for (const std::string& source : sources) {
-        showItem(source);
+        beginItem(source);
         const std::string destination = joinPath(folder, lastPathComponent(source));
         const bool isThere = platform_.files.exists(destination);
         if (isThere) carry = alwaysInstall || mayReplace(source, destination, isBundle);
@@ -45,13 +46,17 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
         if (!platform_.files.exists(destination)) continue;
         if (finishItem(destination) == Outcome::refused) return;
     }
+    if (run_.progress != nullptr) run_.progress->endItem();
 }
 
-void FileInstaller::showItem(const std::string& source) {
+void FileInstaller::beginItem(const std::string& source) {
     const std::string text =
         localizedText(platform_.bundle, "installing_file") + lastPathComponent(source);
     platform_.log.log(text);
     showText_(text);
+    if (run_.progress != nullptr) {
+        run_.progress->beginItem(platform_.files.bytesToCopy(source));
+    }
 }
 
 bool FileInstaller::mayReplace(const std::string& source, const std::string& destination,

@@ -32,7 +32,7 @@ class FileInstaller {
   private:
     using Outcome = PrivilegedCommands::Outcome;
 
-    void showItem(const std::string& source);
+    void beginItem(const std::string& source);
     [[nodiscard]] bool mayReplace(const std::string& source, const std::string& destination,
                                   bool isBundle) const;
     [[nodiscard]] Outcome removeExisting(const std::string& destination);

@@ -1,5 +1,7 @@
 #include "install/HostPayload.h"
 
+#include <utility>
+
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
 #include "hosts/HostModel.h"
@@ -10,28 +12,55 @@
 
 namespace installer {
 
-void HostPayload::installFiles(const HostModel& host) {
-    const PlugInFilesModel paths(platform_);
+std::vector<HostPayload::Mirrored> HostPayload::foldersFor(Platform& platform,
+                                                           const HostModel& host) {
+    const PlugInFilesModel paths(platform);
     const std::string payload = paths.payloadFolder();
     if (const auto* photoshop = host.as<PhotoshopHostModel>()) {
-        copyHostFilesFrom(joinPath(payload, "PHOTOSHOP"), photoshop->appPath());
-        copyHostFilesFrom(joinPath(payload, "PHOTOSHOP_PLUGINS"), photoshop->plugInPath());
-    } else if (host.as<LightRoomHostModel>() != nullptr) {
-        copyHostFilesFrom(joinPath(payload, "LIGHTROOM"), paths.lightRoomSupportPath());
-    } else if (const auto* custom = host.as<UnknownHostModel>()) {
-        copyHostFilesFrom(joinPath(payload, "PHOTOSHOP_PLUGINS"), custom->plugInPath());
+        return {{joinPath(payload, "PHOTOSHOP"), photoshop->appPath()},
+                {joinPath(payload, "PHOTOSHOP_PLUGINS"), photoshop->plugInPath()}};
+    }
+    if (host.as<LightRoomHostModel>() != nullptr) {
+        return {{joinPath(payload, "LIGHTROOM"), paths.lightRoomSupportPath()}};
+    }
+    if (const auto* custom = host.as<UnknownHostModel>()) {
+        return {{joinPath(payload, "PHOTOSHOP_PLUGINS"), custom->plugInPath()}};
+    }
+    return {};
+}
+
+std::vector<HostPayload::Item> HostPayload::items(Platform& platform, const Mirrored& folder) {
+    std::vector<Item> items;
+    // With an empty path the files would go to the root of the disk.
+    if (folder.to.empty()) return items;
+    platform.files.walk(folder.source, WalkDepth::everything, [&](const WalkEntry& entry) {
+        if (entry.isPackage || entry.type == FileType::regular) {
+            items.push_back({entry.path, entry.isPackage});
+        }
+    });
+    return items;
+}
+
+std::vector<std::string> HostPayload::sources(Platform& platform, const HostModel& host) {
+    std::vector<std::string> sources;
+    for (const Mirrored& folder : foldersFor(platform, host)) {
+        for (Item& item : items(platform, folder)) sources.push_back(std::move(item.path));
+    }
+    return sources;
+}
+
+void HostPayload::installFiles(const HostModel& host) {
+    for (const Mirrored& folder : foldersFor(platform_, host)) {
+        copyHostFilesFrom(folder.source, folder.to);
     }
 }
 
 void HostPayload::copyHostFilesFrom(const std::string& source, const std::string& to) {
-    // With an empty path the files would go to the root of the disk.
-    if (to.empty()) return;
-    platform_.files.walk(source, WalkDepth::everything, [&](const WalkEntry& entry) {
-        if (!entry.isPackage && entry.type != FileType::regular) return;
-        const std::string destination = replacingAll(entry.path, source, to);
-        installer_.installSourceFiles({entry.path}, parentPath(withSingleSeparators(destination)),
-                                      entry.isPackage, true);
-    });
+    for (const Item& item : items(platform_, {source, to})) {
+        const std::string destination = replacingAll(item.path, source, to);
+        installer_.installSourceFiles({item.path}, parentPath(withSingleSeparators(destination)),
+                                      item.isPackage, true);
+    }
 }
 
 }  // namespace installer

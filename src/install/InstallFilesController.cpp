@@ -12,6 +12,7 @@
 #include "install/ManifestCleaner.h"
 #include "install/PayloadWarnings.h"
 #include "platform/EventLoop.h"
+#include "platform/FileManager.h"
 #include "platform/Platform.h"
 #include "platform/SystemLog.h"
 #include "platform/View.h"
@@ -66,6 +67,12 @@ bool InstallFilesController::successfulInstall() const {
     return installComplete_ && !run_.authDenied;
 }
 
+void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) {
+    run_.setProgress(nullptr);
+    progress_.reset();
+    if (indicator != nullptr) run_.setProgress(&progress_.emplace(*indicator));
+}
+
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
     setInstallComplete(false);
@@ -73,6 +80,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     run_.begin();
     if (!obtainAuthorization()) return;
 
+    beginProgress(hosts);
     PayloadWarnings(platform_).log();
     installFiles();
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
@@ -83,6 +91,24 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
         installFiles(host);
     }
     logInstalledPaths();
+    const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
+    if (progress_ && isComplete) progress_->complete();
+}
+
+/// Measures what the run is going to copy.
+void InstallFilesController::beginProgress(const std::vector<HostModel>& hosts) {
+    if (!progress_) return;
+    progress_->begin(0);
+    std::uint64_t total = 0;
+    const auto measure = [&](const std::vector<std::string>& sources) {
+        for (const std::string& source : sources) {
+            total += platform_.files.bytesToCopy(source);
+            progress_->bytesCopied(0);
+        }
+    };
+    measure(DiskMirror::sources(platform_));
+    for (const HostModel& host : hosts) measure(HostPayload::sources(platform_, host));
+    progress_->begin(total);
 }
 
 bool InstallFilesController::obtainAuthorization() {

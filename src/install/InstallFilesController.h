@@ -11,6 +11,7 @@
 #include "install/DestinationFolders.h"
 #include "install/FileErrorAlerts.h"
 #include "install/FileInstaller.h"
+#include "install/InstallProgress.h"
 #include "install/InstallRun.h"
 #include "install/PrivilegedCommands.h"
 #include "install/ReplaceDecision.h"
@@ -49,9 +50,14 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
         return run_.installedPaths;
     }
 
-    /// Told of the bytes of every copy, by the user and by the administrator; null for nobody.
-    /// Not owned.
-    void setProgressSink(ProgressSink* sink) { run_.setProgressSink(sink); }
+    /// The destinations of the items that could not be installed in the last run, in that order,
+    /// each once.
+    [[nodiscard]] const std::vector<std::string>& failedPaths() const { return run_.failedPaths; }
+
+    /// Shows how far a run has come, by the bytes of all its copies, the user's and the
+    /// administrator's, and is told so from time to time while they take long. Null for nobody:
+    /// then nothing is measured. Not owned.
+    void setProgressIndicator(ProgressIndicator* indicator);
 
     /// One run in its fixed order: the disk mirror, the external editors when they are asked for,
     /// the stale manifests, the application database, the hosts in list order, the installer log.
@@ -89,11 +95,13 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
 
   private:
     [[nodiscard]] bool obtainAuthorization();
+    void beginProgress(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);
     void didChange(std::initializer_list<const char*> properties);
 
     Platform& platform_;
-    InstallRun run_;
+    std::optional<InstallProgress> progress_;
+    InstallRun run_;  ///< tells `progress_` until its authorization is gone
     PrivilegedCommands commands_;
     DestinationFolders folders_;
     FileErrorAlerts errors_;

@@ -1,8 +1,10 @@
 #include "install/InstallRun.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "foundation/Format.h"
+#include "install/InstallProgress.h"
 #include "platform/SearchPaths.h"
 
 namespace installer {
@@ -14,6 +16,7 @@ void InstallRun::begin() {
     authDenied = false;
     fileOpErrorOccurred = false;
     installedPaths.clear();
+    failedPaths.clear();
 }
 
 void InstallRun::setAuthorization(std::unique_ptr<Authorization> newAuthorization) {
@@ -21,9 +24,16 @@ void InstallRun::setAuthorization(std::unique_ptr<Authorization> newAuthorizatio
     if (authorization) authorization->setProgressSink(progress);
 }
 
-void InstallRun::setProgressSink(ProgressSink* sink) {
-    progress = sink;
-    if (authorization) authorization->setProgressSink(sink);
+void InstallRun::setProgress(InstallProgress* newProgress) {
+    progress = newProgress;
+    if (authorization) authorization->setProgressSink(progress);
+}
+
+void InstallRun::recordFailure(const std::string& path) {
+    fileOpErrorOccurred = true;
+    if (std::find(failedPaths.begin(), failedPaths.end(), path) == failedPaths.end()) {
+        failedPaths.push_back(path);
+    }
 }
 
 }  // namespace installer

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "platform/Authorization.h"
-#include "platform/ProgressSink.h"
 
 namespace installer {
 
+class InstallProgress;
 class SearchPaths;
 
 /// The state of one install run, shared by everything that takes part in it.
@@ -24,17 +24,23 @@ struct InstallRun {
 
     /// Gives the run its authorization, or takes it away.
     void setAuthorization(std::unique_ptr<Authorization> newAuthorization);
-    void setProgressSink(ProgressSink* sink);
+    /// Null for nobody. Not owned.
+    void setProgress(InstallProgress* newProgress);
+
+    /// The run has failed, since the item with that destination could not be installed.
+    void recordFailure(const std::string& path);
 
     std::string loginName;    ///< the user who will own what is installed
     std::string ownerString;  ///< "LOGIN:admin", as chown wants it
     std::unique_ptr<Authorization> authorization;
-    ProgressSink* progress = nullptr;  ///< told of the bytes of every copy; not owned
+    InstallProgress* progress = nullptr;  ///< told of every item and of the bytes of its copies
 
     bool authDenied = false;  ///< administrator rights were refused; nothing more is copied
     bool fileOpErrorOccurred = false;  ///< an item could not be installed; the run has failed
     /// Every destination that was installed, in that order; a path installed twice is there twice.
     std::vector<std::string> installedPaths;
+    /// The destinations that could not be installed, in that order, each once.
+    std::vector<std::string> failedPaths;
 };
 
 }  // namespace installer

@@ -93,6 +93,11 @@ class FileManager {
                                                const std::string& destination,
                                                ProgressSink* progress) = 0;
 
+    /// The bytes that a copy of the entry will tell its sink of, all in all: the sizes of the
+    /// regular files in it, hidden ones and those in packages included, and a file with several
+    /// names in it only once. What is missing or cannot be read counts as 0. Does not follow links.
+    [[nodiscard]] virtual std::uint64_t bytesToCopy(const std::string& path) = 0;
+
     /// Removes the entry and everything in it. Atomic at the path: the entry is first taken from
     /// it in one step, then its contents are removed; a failure leaves it either whole at its
     /// path or gone from it. Does not follow links, at no depth. No entry there is an error.

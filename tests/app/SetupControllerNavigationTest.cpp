@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -215,6 +216,38 @@ TEST_F(SetupControllerNavigationTest, StepsThatMoveOnByThemselvesAreAnnouncedIns
     EXPECT_EQ(textOf("goBackwardsText"), "Go Back");
 }
 
+TEST_F(SetupControllerNavigationTest, AStepThatWasLeftMeanwhileMovesNothingOn) {
+    start();
+    scriptSteps();
+    const auto step = script<StepWithButton>(2);
+    step->whileEntered = [&](MainController& main) {
+        main.nextView(sender_);
+        main.nextView(step.get());
+    };
+    goTo(2);
+    EXPECT_THAT(highlighted(), ElementsAre(3));
+}
+
+TEST_F(SetupControllerNavigationTest, APressAsTheInstallationEndsDoesNotSkipTheLastPage) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    bool wasInProgress = false;
+    bool pressed = false;
+    fake.eventLoop.duringTurn = [&] {
+        if (wasInProgress && !flagOf("copyInProgress") && !pressed) {
+            pressed = true;
+            wizard->performAction("nextView", sender_);
+        }
+        wasInProgress = flagOf("copyInProgress");
+    };
+    wizard->nextView(nullptr);
+    EXPECT_TRUE(pressed);
+    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
+    EXPECT_TRUE(flagOf("successfulInstall"));
+    EXPECT_EQ(timesClosed(), 0);
+}
+
 TEST_F(SetupControllerNavigationTest, AStepThatEndsTheWizardWhileItIsEnteredIsSurvived) {
     start();
     scriptSteps();
@@ -355,6 +388,32 @@ TEST_F(SetupControllerNavigationTest, WithNothingRunningTheHostsLeadStraightToTh
     EXPECT_TRUE(flagOf("enableForward"));
     EXPECT_FALSE(flagOf("enableBackward"));
     EXPECT_TRUE(fake.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
+}
+
+TEST_F(SetupControllerNavigationTest, TheWizardsOwnStepsAreAnnouncedInsideOneAnotherToo) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    recordAnnouncements();
+    wizard->nextView(nullptr);
+    const Lines untilTheInstallation = joined(
+        {announcedBefore,
+         {"will enableForward", "did enableForward"},
+         announcedBefore,
+         {"will enableForward", "will enableBackward", "will canProceed", "will copyInProgress",
+          "did enableForward", "did enableBackward", "did canProceed", "did copyInProgress"}});
+    const Lines fromTheCompletionOn = joined({announcedBefore,
+                                              {"will informativeText", "will successfulInstall",
+                                               "did informativeText", "did successfulInstall"},
+                                              announcedAfter,
+                                              {"did successfulInstall"},
+                                              announcedAfter,
+                                              announcedAfter});
+    const auto first = static_cast<std::ptrdiff_t>(untilTheInstallation.size());
+    const auto last = static_cast<std::ptrdiff_t>(fromTheCompletionOn.size());
+    ASSERT_GT(events.size(), untilTheInstallation.size() + fromTheCompletionOn.size());
+    EXPECT_EQ(Lines(events.begin(), events.begin() + first), untilTheInstallation);
+    EXPECT_EQ(Lines(events.end() - last, events.end()), fromTheCompletionOn);
 }
 
 TEST_F(SetupControllerNavigationTest, ARunningHostHoldsTheWizardUp) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/Paths.h"
 #include "install/DiskMirror.h"
 #include "install/EngineParts.h"
 
@@ -205,6 +206,29 @@ TEST_F(DiskMirrorTest, WithoutTheMakersNameItsKeyNamesTheFolder) {
     memory.addFile(mirror + support + "/Acme/Filters 2/guide.txt");
     install();
     EXPECT_THAT(installed, ElementsAre(support + "/company_name/Filters 2/guide.txt"));
+}
+
+TEST_F(DiskMirrorTest, TheSourcesAreExactlyWhatIsCopiedInThatOrder) {
+    memory.addFile(mirror + support + "/Acme/One/Extra.plugin/x");
+    memory.addFile(mirror + support + "/Acme/One/Presets/Deep.app/x");
+    memory.addFile(mirror + support + "/Acme/One/guide.txt");
+    memory.addFile(mirror + support + "/Acme/One/.hidden");
+    memory.addFile(mirror + support + "/Acme/beside");
+    memory.addFolder(mirror + support + "/Acme/Empty");
+    memory.addFile(mirror + "/Applications/Tool.app/x");
+    memory.addFile(mirror + "/usr/local/lib/x");
+    install();
+    std::vector<std::string> texts;
+    for (const std::string& source : DiskMirror::sources(fake.platform)) {
+        texts.push_back("Installing " + lastPathComponent(source));
+    }
+    EXPECT_EQ(engine.texts, texts);
+    EXPECT_THAT(
+        DiskMirror::sources(fake.platform),
+        ElementsAre(mirror + support + "/Acme/One/Extra.plugin",
+                    mirror + support + "/Acme/One/Presets/Deep.app",
+                    mirror + "/Applications/Tool.app", mirror + support + "/Acme/One/Presets",
+                    mirror + support + "/Acme/One/guide.txt"));
 }
 
 TEST_F(DiskMirrorTest, APayloadWithoutMirrorInstallsNothing) {

@@ -53,5 +53,14 @@ TEST(FileErrorAlerts, StoppingAnswersNoAndTheRunHasFailedAllTheSame) {
     EXPECT_TRUE(engine.run.fileOpErrorOccurred);
 }
 
+TEST(FileErrorAlerts, EachFailedItemIsListedOnceInOrder) {
+    EngineParts engine;
+    engine.errors.showFileErrorUI("/b");
+    engine.errors.showFileErrorUI("/a");
+    EXPECT_TRUE(engine.errors.fileManagerShouldProceedAfterError("disk full", "/b"));
+    EXPECT_TRUE(engine.errors.fileManagerShouldProceedAfterError("disk full", "/c"));
+    EXPECT_THAT(engine.run.failedPaths, ElementsAre("/b", "/a", "/c"));
+}
+
 }  // namespace
 }  // namespace installer::test

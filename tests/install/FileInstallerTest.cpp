@@ -1,5 +1,4 @@
 #include <chrono>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,6 +7,8 @@
 
 #include "install/EngineParts.h"
 #include "install/FileInstaller.h"
+#include "install/InstallProgress.h"
+#include "support/FakeWindow.h"
 
 namespace installer::test {
 namespace {
@@ -18,12 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
-
-class CountingSink : public ProgressSink {
-  public:
-    std::uint64_t bytes = 0;
-    void bytesCopied(std::uint64_t more) override { bytes += more; }
-};
 
 /// Sources in /new, an existing destination folder /D.
 class FileInstallerTest : public testing::Test {
@@ -240,11 +235,46 @@ TEST_F(FileInstallerTest, ACopyThatLeavesNothingIsNotLogged) {
 }
 
 TEST_F(FileInstallerTest, ProgressIsToldOfTheBytesThatAreCopied) {
-    CountingSink sink;
-    engine.run.setProgressSink(&sink);
-    EXPECT_EQ(fake.authorizations.progressSink, &sink);
+    FakeProgressIndicator indicator;
+    InstallProgress progress(indicator);
+    engine.run.setProgress(&progress);
+    EXPECT_EQ(fake.authorizations.progressSink, &progress);
+    progress.begin(20);
     install({"/new/a", "/new/b"});
-    EXPECT_EQ(sink.bytes, 10U);
+    EXPECT_THAT(indicator.fractions, Contains(0.25));
+    EXPECT_EQ(indicator.fractions.back(), 0.5);
+}
+
+TEST_F(FileInstallerTest, TheAdministratorsCopyCountsWithinTheSameItem) {
+    FakeProgressIndicator indicator;
+    InstallProgress progress(indicator);
+    engine.run.setProgress(&progress);
+    memory.makeUnwritable("/D");
+    fake.authorizations.status = [&](const std::vector<std::string>& command) {
+        // As when the user's copy had come far before it failed.
+        if (command.front() == "/bin/cp") {
+            fake.authorizations.progressSink->bytesCopied(4);
+            fake.authorizations.progressSink->bytesCopied(5);
+        }
+        return 0;
+    };
+    progress.begin(10);
+    install({"/new/a"});
+    EXPECT_THAT(indicator.fractions, Contains(0.4));
+    EXPECT_EQ(indicator.fractions.back(), 0.5);
+}
+
+TEST_F(FileInstallerTest, AnItemThatIsKeptCountsAsDone) {
+    FakeProgressIndicator indicator;
+    InstallProgress progress(indicator);
+    engine.run.setProgress(&progress);
+    memory.addFile("/D/a", "kept");
+    setDate("/D/a", 2);
+    setDate("/new/a", 1);
+    progress.begin(5);
+    engine.installer.installSourceFiles({"/new/a"}, "/D", false, false);
+    EXPECT_EQ(memory.contents("/D/a"), "kept");
+    EXPECT_EQ(indicator.fractions.back(), 1.0);
 }
 
 TEST_F(FileInstallerTest, APathInstalledTwiceIsListedTwice) {

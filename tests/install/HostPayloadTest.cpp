@@ -152,6 +152,25 @@ TEST_F(HostPayloadTest, WithoutADestinationNothingGoesToTheRootOfTheDisk) {
     EXPECT_THAT(engine.operations(), IsEmpty());
 }
 
+TEST_F(HostPayloadTest, TheSourcesOfAHostAreWhatIsCopiedForIt) {
+    addPayloadOfEveryKind();
+    memory.addFile(payload + "/PHOTOSHOP/.hidden");
+    memory.addLink(payload + "/PHOTOSHOP/link", "/etc");
+    const auto sourcesFor = [this](const HostModel& host) {
+        return HostPayload::sources(fake.platform, host);
+    };
+    EXPECT_THAT(
+        sourcesFor(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019")),
+        ElementsAre(payload + "/PHOTOSHOP/Presets/run.jsx",
+                    payload + "/PHOTOSHOP_PLUGINS/F.plugin"));
+    EXPECT_THAT(sourcesFor(UnknownHostModel(fake.platform, "/My Plug-Ins")),
+                ElementsAre(payload + "/PHOTOSHOP_PLUGINS/F.plugin"));
+    EXPECT_THAT(sourcesFor(UnknownHostModel(fake.platform, "")), IsEmpty());
+    EXPECT_THAT(sourcesFor(LightRoomHostModel(fake.platform, "Lightroom")),
+                ElementsAre(payload + "/LIGHTROOM/Modules/F.lrplugin"));
+    EXPECT_THAT(sourcesFor(ApertureHostModel(fake.platform, "Aperture")), IsEmpty());
+}
+
 TEST_F(HostPayloadTest, AFailedItemDoesNotStopTheOthersOfTheHost) {
     memory.addFile("/s/a");
     memory.addFile("/s/b");

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -300,15 +301,102 @@ TEST_F(InstallFilesControllerTest, ABundleWithoutPayloadInstallsNothingAndKeepsT
     EXPECT_FALSE(controller.fileOpErrorOccurred());
 }
 
-TEST_F(InstallFilesControllerTest, ProgressIsToldOfBothKindsOfCopies) {
-    class Sink : public ProgressSink {
-        void bytesCopied(std::uint64_t) override {}
-    } sink;
-    controller.setProgressSink(&sink);
+TEST_F(InstallFilesControllerTest, TheItemsThatFailedAreNamedUntilTheNextRun) {
+    failItem("F.plugin");
+    controller.install({customHost()}, false);
+    EXPECT_THAT(controller.failedPaths(), ElementsAre("/My Plug-Ins/F.plugin"));
+    fake.files.setFault(nullptr);
+    fake.authorizations.works = nullptr;
+    controller.install({customHost()}, false);
+    EXPECT_THAT(controller.failedPaths(), IsEmpty());
+}
+
+TEST_F(InstallFilesControllerTest, ARunWithoutAuthorizationNamesNoItemThatFailed) {
+    fake.authorizations.obtainable = false;
+    controller.install({customHost()}, false);
+    EXPECT_TRUE(controller.fileOpErrorOccurred());
+    EXPECT_THAT(controller.failedPaths(), IsEmpty());
+}
+
+// A payload of 100 bytes in the mirror, 60 for a Photoshop and 40 for a custom folder.
+class InstallProgressOfARun : public InstallFilesControllerTest {
+  protected:
+    InstallProgressOfARun() {
+        memory.addFile(mirror + tool + "/Contents/x", std::string(70, 'x'));
+        memory.addFile(mirror + product + "/guide.txt", std::string(30, 'x'));
+        memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx", std::string(20, 'x'));
+        memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x", std::string(40, 'x'));
+        controller.setProgressIndicator(&indicator);
+        fake.files.setFault([this](const RecordingFileManager::Operation& operation) {
+            if (operation.front() == "copy") beforeCopies.push_back(indicator.fractions.back());
+            return std::error_code();
+        });
+    }
+
+    FakeProgressIndicator indicator;
+    std::vector<double> beforeCopies;  ///< what was shown when each copy began
+};
+
+TEST_F(InstallProgressOfARun, CountsTheBytesOfEverythingThatTheRunInstalls) {
+    controller.install({photoshopHost(), customHost()}, true);
+    EXPECT_THAT(beforeCopies, ElementsAre(0.0, 70 / 200.0, 100 / 200.0, 120 / 200.0, 160 / 200.0));
+    EXPECT_EQ(indicator.fractions.back(), 1.0);
+    EXPECT_TRUE(std::is_sorted(indicator.fractions.begin(), indicator.fractions.end()));
+}
+
+TEST_F(InstallProgressOfARun, StartsAnewWithTheNextRun) {
+    controller.install({customHost()}, false);
+    beforeCopies.clear();
     controller.install({}, false);
-    EXPECT_EQ(fake.authorizations.progressSink, &sink);
-    controller.setProgressSink(nullptr);
+    EXPECT_THAT(beforeCopies, ElementsAre(0.0, 0.7));
+    EXPECT_EQ(indicator.fractions.back(), 1.0);
+}
+
+TEST_F(InstallProgressOfARun, IsNotFullAfterARunThatFailed) {
+    failItem("guide.txt");
+    controller.install({customHost()}, false);
+    EXPECT_EQ(indicator.fractions.back(), 100 / 140.0);
+}
+
+TEST_F(InstallProgressOfARun, IsNotFullAfterARefusal) {
+    refuseFromCommand(fake, 1);
+    controller.install({customHost()}, false);
+    EXPECT_EQ(indicator.fractions.back(), 70 / 140.0);
+}
+
+TEST_F(InstallProgressOfARun, WithNothingToInstallIsFullAtTheEnd) {
+    memory.removeAsAdministrator(payload);
+    controller.install({customHost()}, false);
+    EXPECT_EQ(indicator.fractions.back(), 1.0);
+}
+
+TEST_F(InstallProgressOfARun, IsToldByTheAdministratorsCopiesToo) {
+    controller.install({}, false);
+    ASSERT_NE(fake.authorizations.progressSink, nullptr);
+    const auto before = indicator.fractions.size();
+    fake.authorizations.progressSink->bytesCopied(0);
+    EXPECT_EQ(indicator.fractions.size(), before + 1);
+}
+
+TEST_F(InstallProgressOfARun, ChangesNothingOfWhatTheRunDoes) {
+    controller.install({photoshopHost(), customHost()}, true);
+    EXPECT_THAT(operationsOf(fake),
+                ElementsAreArray(joined({toolOperations(),
+                                         productOperations(),
+                                         editorsOperations(),
+                                         {"remove " + manifest, lsregisterCommand},
+                                         photoshopOperations(),
+                                         customFolderOperations(),
+                                         logOperations()})));
+}
+
+TEST_F(InstallProgressOfARun, WithoutAnIndicatorNothingIsMeasuredAndNobodyTold) {
+    controller.setProgressIndicator(nullptr);
     EXPECT_EQ(fake.authorizations.progressSink, nullptr);
+    indicator.fractions.assign({0.5});
+    controller.install({customHost()}, false);
+    EXPECT_THAT(indicator.fractions, ElementsAre(0.5));
+    EXPECT_EQ(fake.files.measured, 0);
 }
 
 // The step in the window.

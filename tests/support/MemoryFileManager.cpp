@@ -201,6 +201,16 @@ std::error_code MemoryFileManager::copy(const std::string& source, const std::st
     return {};
 }
 
+std::uint64_t MemoryFileManager::bytesToCopy(const std::string& path) {
+    if (find(path) == nullptr) return 0;
+    std::uint64_t bytes = 0;
+    for (const std::string& entry : treeOf(withSingleSeparators(path))) {
+        const Node& node = nodes_.at(entry);
+        if (node.type == FileType::regular) bytes += node.contents.size();
+    }
+    return bytes;
+}
+
 std::error_code MemoryFileManager::removeAsAdministrator(const std::string& path) {
     if (find(path) == nullptr) return failure(std::errc::no_such_file_or_directory);
     for (const std::string& entry : treeOf(withSingleSeparators(path))) nodes_.erase(entry);

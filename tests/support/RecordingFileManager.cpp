@@ -49,6 +49,11 @@ std::error_code RecordingFileManager::copy(const std::string& source,
     return files_.copy(source, destination, progress);
 }
 
+std::uint64_t RecordingFileManager::bytesToCopy(const std::string& path) {
+    ++measured;
+    return files_.bytesToCopy(path);
+}
+
 std::error_code RecordingFileManager::remove(const std::string& path) {
     record("remove " + path);
     if (const auto error = faultOf({"remove", path})) return error;

@@ -23,6 +23,8 @@ class RecordingFileManager : public FileManager {
     RecordingFileManager(FileManager& files, std::vector<std::string>& journal)
         : files_(files), journal_(journal) {}
 
+    int measured = 0;  ///< how often the size of an entry was asked for
+
     void setFault(Fault fault) { fault_ = std::move(fault); }
 
     bool exists(const std::string& path) override;
@@ -32,6 +34,7 @@ class RecordingFileManager : public FileManager {
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
+    std::uint64_t bytesToCopy(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
     Result<FileAttributes> attributes(const std::string& path) override;

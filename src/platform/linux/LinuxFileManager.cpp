@@ -22,6 +22,7 @@
 #include "platform/linux/files/Temporary.h"
 #include "platform/linux/files/TreeCopy.h"
 #include "platform/linux/files/TreeRemoval.h"
+#include "platform/linux/files/TreeSize.h"
 #include "platform/linux/files/WriteAll.h"
 
 namespace installer {
@@ -212,6 +213,10 @@ std::error_code LinuxFileManager::copy(const std::string& source, const std::str
     if (progress != nullptr)
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
     return copyTree(source, destination, policy_, tell);
+}
+
+std::uint64_t LinuxFileManager::bytesToCopy(const std::string& path) {
+    return bytesInTree(path);
 }
 
 std::error_code LinuxFileManager::remove(const std::string& path) {

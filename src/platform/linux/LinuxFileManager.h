@@ -29,6 +29,7 @@ class LinuxFileManager : public FileManager {
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
+    std::uint64_t bytesToCopy(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
     Result<FileAttributes> attributes(const std::string& path) override;

@@ -245,6 +245,56 @@ TEST_F(LinuxFileManagerTest, CopyTellsTheSinkEveryByte) {
     EXPECT_EQ(disk_.contents("b/two"), "12345");
 }
 
+// What a copy will move is what it then tells of.
+TEST_F(LinuxFileManagerTest, BytesToCopyAreThoseThatACopyTells) {
+    for (const char* folder : {"a", "a/.hidden folder", "a/Tool.app", "a/Tool.app/Contents"}) {
+        disk_.makeFolder(folder);
+    }
+    disk_.makeFile("a/one", std::string(70'000, 'x'));
+    disk_.makeFile("a/empty");
+    disk_.makeFile("a/.hidden folder/.hidden", "12345");
+    disk_.makeFile("a/Tool.app/Contents/x", "1234567");
+    disk_.makeFile("outside", std::string(1000, 'x'));
+    disk_.makeLink(path("outside"), "a/link");
+    disk_.makeLink("nowhere", "a/dangling");
+    ASSERT_EQ(link(path("a/one").c_str(), path("a/Tool.app/same").c_str()), 0);
+    ASSERT_EQ(link(path("outside").c_str(), path("a/shared").c_str()), 0);
+    disk_.makeFile("a/sparse");
+    ASSERT_EQ(truncate(path("a/sparse").c_str(), 5'000'000), 0);
+    for (const char* name : {"a", "a/", "a/one", "a/sparse", "a/link"}) {
+        CountingSink sink;
+        EXPECT_FALSE(files_.copy(path(name), path("copy"), &sink)) << name;
+        EXPECT_EQ(files_.bytesToCopy(path(name)), sink.sum) << name;
+        EXPECT_FALSE(files_.remove(path("copy")));
+    }
+    EXPECT_EQ(files_.bytesToCopy(path("a")), 70'000U + 5 + 7 + 1000 + 5'000'000);
+}
+
+TEST_F(LinuxFileManagerTest, BytesThatNobodyCanCopyCountAsNone) {
+    disk_.makeFolder("a");
+    disk_.makeFolder("a/closed");
+    disk_.makeFile("a/closed/file", "12345");
+    disk_.makeFile("a/open", "123");
+    disk_.makeFifo("a/fifo");
+    disk_.setMode("a/closed", 0);
+    EXPECT_EQ(asOrdinaryUser([this] { return std::to_string(files_.bytesToCopy(path("a"))); }),
+              "3");
+    for (const std::string& name : {path("missing"), path("a/fifo"), std::string("relative"),
+                                    std::string(), std::string("/a\0b", 4)}) {
+        EXPECT_EQ(files_.bytesToCopy(name), 0U) << name;
+    }
+    disk_.setMode("a/closed", 0755);
+}
+
+TEST_F(LinuxFileManagerTest, BytesToCopyFollowLinksBeforeTheLastComponentOnly) {
+    LinuxFileManager asRoot(LinkPolicy::trustedOnly);
+    disk_.makeFolder("folder");
+    disk_.makeFile("folder/file", "12345");
+    disk_.makeLink("folder", "link");
+    EXPECT_EQ(asRoot.bytesToCopy(path("link/file")), 5U);
+    EXPECT_EQ(asRoot.bytesToCopy(path("link")), 0U);
+}
+
 TEST_F(LinuxFileManagerTest, AttributesAreTheEntrysOwn) {
     disk_.makeFile("file", "x", 04751);
     disk_.setTimes("file", {1, 0}, {1'000'000'000, 123'456'789});

@@ -1,0 +1,52 @@
+#include "foundation/rtf/DocumentBuilder.h"
+
+#include <utility>
+
+#include "foundation/rtf/Utf8Output.h"
+
+namespace installer::rtf {
+
+void DocumentBuilder::add(char32_t character, const CharacterFormat& format) {
+    if (format != format_) {
+        endRun();
+        format_ = format;
+    }
+    appendUtf8(character, text_);
+}
+
+void DocumentBuilder::endParagraph(const ParagraphFormat& format) {
+    endRun();
+    Paragraph paragraph = emptyParagraph(format);
+    paragraph.runs = std::exchange(runs_, {});
+    document_.paragraphs.push_back(std::move(paragraph));
+}
+
+bool DocumentBuilder::hasOpenParagraph() const {
+    return !runs_.empty() || !text_.empty();
+}
+
+void DocumentBuilder::endRun() {
+    if (text_.empty()) return;
+    TextStyle style = styleOf(format_);
+    // Different numbers can mean the same look.
+    if (!runs_.empty() && runs_.back().style == style) {
+        runs_.back().text += text_;
+    } else {
+        runs_.push_back({.text = text_, .style = std::move(style)});
+    }
+    text_.clear();
+}
+
+TextStyle DocumentBuilder::styleOf(const CharacterFormat& format) const {
+    const FontTable::Font* const font = tables_.fonts.find(format.font);
+    return {.fontFamily = font == nullptr ? "" : font->family,
+            .pointSize = format.halfPoints / 2.0,
+            .bold = format.bold,
+            .italic = format.italic,
+            .underline = format.underline,
+            .strikethrough = format.strikethrough,
+            .color = tables_.colors.find(format.color),
+            .link = tables_.fields.link(format.field)};
+}
+
+}  // namespace installer::rtf

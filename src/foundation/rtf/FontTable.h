@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace installer::rtf {
+
+/// The fonts of a document by number, filled in the order in which a document lists them.
+class FontTable {
+  public:
+    struct Font {
+        std::string family;  ///< empty for the window's own font
+        std::optional<int> codePage;
+    };
+
+    /// Begins the entry of a font and ends the one before; a number that is used again gets a new
+    /// entry in place of the old one.
+    void begin(std::int32_t number);
+    void setCodePage(std::optional<int> codePage);
+    /// Text outside an entry belongs to no name.
+    void addToName(char32_t character);
+    void end();
+
+    /// The code page in which the entry's name is written; none for the document's.
+    [[nodiscard]] std::optional<int> codePageOfEntry() const { return entry_.codePage; }
+
+    /// The font, or null when the document lists none under the number.
+    [[nodiscard]] const Font* find(std::int32_t number) const;
+
+  private:
+    std::map<std::int32_t, Font> fonts_;
+    std::optional<std::int32_t> number_;
+    Font entry_;
+};
+
+/// The family that windows know for a font's name as editors write it: "Helvetica" for
+/// "Helvetica-BoldOblique", "Calibri" for "Calibri CE", nothing for a system's own font such as
+/// ".SFNSText" and for names longer than 128 bytes.
+[[nodiscard]] std::string fontFamily(const std::string& name);
+
+}  // namespace installer::rtf

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace installer {
+
+/// Paints a row of a list: what the style paints before a text, then the title and below it,
+/// quieter and shortened in its middle, the detail.
+class ListRowDelegate final : public QStyledItemDelegate {
+  public:
+    static constexpr int detailRole = Qt::UserRole;
+
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override;
+};
+
+}  // namespace installer

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QColor>
+
+namespace installer {
+
+/// How far two colours are apart in lightness, from 1 for the same to 21 for black and white, as
+/// the guidelines for accessible pages measure it.
+[[nodiscard]] double contrast(const QColor& one, const QColor& other);
+
+/// The colour itself where it can be read on the ground; else the nearest one that can, lighter or
+/// darker, so that a text written for white paper stays readable in a dark window.
+[[nodiscard]] QColor readableColor(const QColor& wanted, const QColor& ground);
+
+/// The text's colour brought nearer to the ground, as quiet as can still be read.
+[[nodiscard]] QColor quietColor(const QColor& text, const QColor& ground);
+
+}  // namespace installer

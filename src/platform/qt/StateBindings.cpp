@@ -1,0 +1,114 @@
+#include <QAbstractButton>
+#include <QAction>
+#include <QLabel>
+#include <QMainWindow>
+#include <QPointer>
+
+#include "platform/qt/Binding.h"
+#include "platform/qt/Picture.h"
+#include "platform/qt/QtText.h"
+#include "platform/qt/WindowManners.h"
+
+namespace installer {
+
+namespace {
+
+bool isSomething(const PropertyValue& value) {
+    if (const auto* rows = std::get_if<std::vector<ListRow>>(&value)) return !rows->empty();
+    return isTrue(value) || !plainTextOf(value).empty();
+}
+
+/// Disabling a control that has the focus would hand the focus to its neighbour, so that the next
+/// key would press something that nobody chose. It gets the focus back unless the user has moved.
+ShowValue enabling(QWidget& widget) {
+    return [&widget, hadFocus = false](const PropertyValue& value) mutable {
+        const bool enabled = isTrue(value);
+        if (enabled == widget.isEnabledTo(widget.parentWidget())) return;
+        if (!enabled && widget.hasFocus()) {
+            hadFocus = true;
+            widget.clearFocus();
+        }
+        widget.setEnabled(enabled);
+        if (enabled && hadFocus) {
+            hadFocus = false;
+            if (!widget.window()->focusWidget()) widget.setFocus();
+        }
+    };
+}
+
+/// Tells the owner, and shows what the owner has made of it.
+template <class Control>
+ShowValue checking(Control& control, void (Control::*userChanged)(bool),
+                   const BindingContext& context) {
+    control.setCheckable(true);
+    const auto show = [&control](const PropertyValue& value) { control.setChecked(isTrue(value)); };
+    QObject::connect(&control, userChanged, &context.lifetime,
+                     [show, property = context.property, &owner = context.owner,
+                      lifetime = QPointer<QObject>(&context.lifetime)](bool checked) {
+                         owner.setValueForProperty(property, checked);
+                         if (lifetime) show(owner.valueForProperty(property));
+                     });
+    return show;
+}
+
+}  // namespace
+
+bool isTrue(const PropertyValue& value) {
+    const auto* flag = std::get_if<bool>(&value);
+    return flag && *flag;
+}
+
+ShowValue enabledBinding(QObject& control, const BindingContext& /*context*/) {
+    if (auto* widget = qobject_cast<QWidget*>(&control)) return enabling(*widget);
+    if (auto* action = qobject_cast<QAction*>(&control)) {
+        return [action](const PropertyValue& value) { action->setEnabled(isTrue(value)); };
+    }
+    return {};
+}
+
+ShowValue visibleBinding(QObject& control, const BindingContext& /*context*/) {
+    if (auto* widget = qobject_cast<QWidget*>(&control)) {
+        return [widget](const PropertyValue& value) { widget->setVisible(isSomething(value)); };
+    }
+    if (auto* action = qobject_cast<QAction*>(&control)) {
+        return [action](const PropertyValue& value) { action->setVisible(isSomething(value)); };
+    }
+    return {};
+}
+
+ShowValue checkedBinding(QObject& control, const BindingContext& context) {
+    if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
+        return checking(*button, &QAbstractButton::clicked, context);
+    }
+    if (auto* action = qobject_cast<QAction*>(&control)) {
+        return checking(*action, &QAction::triggered, context);
+    }
+    return {};
+}
+
+ShowValue imageBinding(QObject& control, const BindingContext& /*context*/) {
+    auto* label = qobject_cast<QLabel*>(&control);
+    if (!label) return {};
+    return [label](const PropertyValue& value) {
+        const auto* image = std::get_if<Image>(&value);
+        showPicture(*label, image ? *image : Image{});
+    };
+}
+
+ShowValue closableBinding(QObject& control, const BindingContext& /*context*/) {
+    auto* window = qobject_cast<QMainWindow*>(&control);
+    if (!window) return {};
+    return [window](const PropertyValue& value) {
+        WindowManners::setClosable(*window, isTrue(value));
+    };
+}
+
+ShowValue accessibleNameBinding(QObject& control, const BindingContext& /*context*/) {
+    auto* widget = qobject_cast<QWidget*>(&control);
+    if (!widget) return {};
+    return [widget](const PropertyValue& value) {
+        widget->setAccessibleName(toQt(plainTextOf(value)));
+    };
+}
+
+}  // namespace installer

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QLayout>
+#include <QRect>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace installer {
+
+/// Lays out the views that were put into a view without a layout of its own. A view with a frame
+/// stands where the frame says, measured from the top; any other one is a page and fills the whole
+/// view. The view is asked to be large enough for all of them, the hidden ones too: so a window
+/// whose pages take turns never changes its size.
+class SubviewLayout final : public QLayout {
+  public:
+    struct Frame {
+        QRect area;  ///< from the upper left corner, which is the upper right one right to left
+        bool spansWidth = false;
+    };
+
+    explicit SubviewLayout(QWidget& parent);
+    ~SubviewLayout() override;
+
+    /// Sets the frame of a view that is laid out here or will be.
+    void setFrame(QWidget& view, Frame frame);
+
+    void addItem(QLayoutItem* item) override;
+    [[nodiscard]] int count() const override;
+    [[nodiscard]] QLayoutItem* itemAt(int index) const override;
+    [[nodiscard]] QLayoutItem* takeAt(int index) override;
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSize() const override;
+    [[nodiscard]] bool hasHeightForWidth() const override;
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] Qt::Orientations expandingDirections() const override;
+    void setGeometry(const QRect& area) override;
+
+  private:
+    enum class Extent { wanted, least };
+    [[nodiscard]] QSize largest(Extent extent) const;
+
+    std::vector<std::unique_ptr<QLayoutItem>> items_;
+    std::map<const QWidget*, Frame> frames_;
+};
+
+}  // namespace installer

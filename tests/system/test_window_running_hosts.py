@@ -1,0 +1,84 @@
+"""The page that waits for programs which must not run while the installer replaces their files."""
+
+import unittest
+
+from walk import WindowTest
+
+
+class RunningHosts(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.installed = self.photoshop()
+
+    def leave_hosts(self, window):
+        window.press(self.text("continue"))
+        return window
+
+    def wait_for_page(self, window, name):
+        window.wait_for_label(self.text("host_running_title"))
+        window.wait_for_text(f"{name} is still open.")
+
+    def test_a_running_host_is_named_and_the_way_on_is_closed(self):
+        self.run_program("Photoshop")
+        window = self.leave_hosts(self.reach_hosts(self.start()))
+        self.wait_for_page(window, "Photoshop")
+        self.assertFalse(window.find("push button", self.text("continue")).enabled)
+        self.assertTrue(window.find("push button", self.text("go_back")).enabled)
+
+    def test_its_end_opens_the_way_on_and_the_user_goes_it(self):
+        program = self.run_program("Photoshop")
+        window = self.leave_hosts(self.reach_hosts(self.start()))
+        self.wait_for_page(window, "Photoshop")
+        self.end_program(program)
+        window.wait_for_label(self.text("thank_you"))
+        window.wait_for_text("All the programs concerned are closed.")
+        self.assertIn("terminated Photoshop", window.messages)
+        self.finish_walk(self.install(window))
+        self.assertInstalled(self.installed[0])
+
+    def test_while_another_still_runs_the_way_stays_closed(self):
+        first, second = self.run_program("Photoshop"), self.run_program("Photoshop Beta")
+        window = self.leave_hosts(self.reach_hosts(self.start()))
+        self.wait_for_page(window, "Photoshop")
+        self.end_program(first)
+        window.wait_until(lambda: "terminated Photoshop\n" in window.messages, "the first's end")
+        self.wait_for_page(window, "Photoshop")
+        self.assertFalse(window.find("push button", self.text("continue")).enabled)
+        self.end_program(second)
+        window.wait_for_label(self.text("thank_you"))
+
+    def test_a_program_that_the_installer_brings_counts_too(self):
+        program = self.run_program("Tool")
+        window = self.leave_hosts(self.reach_hosts(self.start()))
+        self.wait_for_page(window, "Tool")
+        self.end_program(program)
+        window.wait_for_label(self.text("thank_you"))
+
+    def test_a_program_whose_name_only_contains_the_word_does_not_count(self):
+        self.run_program("Adobe Photoshop")
+        window = self.reach_hosts(self.start())
+        self.finish_walk(self.install(window))
+        self.assertInstalled(self.installed[0])
+
+    def test_back_leads_to_the_hosts_and_the_check_is_made_anew(self):
+        program = self.run_program("Photoshop")
+        window = self.leave_hosts(self.reach_hosts(self.start()))
+        self.wait_for_page(window, "Photoshop")
+        window.press(self.text("go_back"))
+        window.wait_for_label(self.text("select_host"))
+        self.leave_hosts(window)
+        self.wait_for_page(window, "Photoshop")
+        window.press(self.text("go_back"))
+        window.wait_for_label(self.text("select_host"))
+        self.end_program(program)
+        self.finish_walk(self.install(window))
+
+    def test_a_host_that_is_not_wanted_may_run(self):
+        self.run_program("Photoshop")
+        window = self.reach_hosts(self.start())
+        window.set_row_checked("Adobe Photoshop CS6", False)
+        self.finish_walk(self.install(window))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
