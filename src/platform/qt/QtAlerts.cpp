@@ -52,6 +52,7 @@ QString buttonText(const std::string& title) {
 
 std::vector<QPushButton*> addButtons(QMessageBox& box, const std::vector<std::string>& titles) {
     std::vector<QPushButton*> buttons;
+    buttons.reserve(titles.size());
     for (const std::string& title : titles) {
         // Desktops arrange buttons by their roles; those of one role keep the order given.
         buttons.push_back(box.addButton(buttonText(title), QMessageBox::ActionRole));
