@@ -9,6 +9,7 @@
 #include "app/MainWindow.h"
 #include "app/QuietInstallation.h"
 #include "app/SetupController.h"
+#include "app/WindowTexts.h"
 #include "foundation/Format.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -30,7 +31,6 @@
 #include "platform/linux/ProcessSetup.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/WindowModuleLoader.h"
-#include "wizard/LocalizedText.h"
 
 // Start-up: the one place that knows which adapters the core runs on.
 
@@ -45,12 +45,8 @@ constexpr const char* mainWindowName = "MainWindow";
 /// Whoever is asked for a password learns first which product asks, and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
                                         SystemLog& log) {
-    const std::string reason = localizedText(
-        bundle, "authorization_reason",
-        "%@ by %@ needs administrator rights to install its files for all users of this machine.");
     return {.helperPath = joinPath(bundleFolder, "Contents/MacOS/privileged-helper"),
-            .reason = formatted(
-                reason, {folderName(bundle, "product_name"), folderName(bundle, "company_name")}),
+            .reason = authorizationReason(bundle),
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
 
@@ -166,7 +162,10 @@ class WindowApplication {
         controller.awakeFromNib(std::move(mainWindow));
         window_.run();
         machine_.notifications.post({applicationWillTerminate, nullptr, {}});
-        machine_.preferences.synchronizeAll();
+        // What was set through objects that are gone by now.
+        if (!machine_.preferences.synchronizeAll()) {
+            machine_.log.log("The settings could not be saved");
+        }
         return true;
     }
 

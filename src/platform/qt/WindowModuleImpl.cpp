@@ -21,6 +21,7 @@ class WindowModuleImpl final : public WindowModule {
   public:
     WindowModuleImpl(const WindowModuleContext& context, const std::string& platform)
         : application_(context.executablePath, platform, context.bundle, context.log),
+          alerts_(context.bundle),
           interfaces_(context.bundle, context.log, context.openLink) {}
 
     [[nodiscard]] EventLoop& eventLoop() override { return eventLoop_; }
