@@ -84,6 +84,7 @@ bool LinuxPreferencesStore::synchronize(const std::string& domain) {
 
 bool LinuxPreferencesStore::synchronizeAll() {
     std::vector<std::string> domains;
+    domains.reserve(unsaved_.size());
     for (const auto& [domain, changes] : unsaved_) domains.push_back(domain);
     bool succeeded = true;
     for (const std::string& domain : domains) succeeded = synchronize(domain) && succeeded;
