@@ -15,7 +15,4 @@ class Workspace;
 [[nodiscard]] std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts,
                                             Workspace& workspace);
 
-/// The user wants the host, or does not. A host of a kind that cannot be selected stays as it is.
-void setHostIsSelected(const HostModel& host, bool selected);
-
 }  // namespace installer

@@ -7,7 +7,6 @@
 
 #include "app/AboutAlert.h"
 #include "app/HelpPage.h"
-#include "app/HostRows.h"
 #include "app/WindowTexts.h"
 #include "foundation/NotificationCenter.h"
 #include "hosts/HostLists.h"
@@ -148,7 +147,10 @@ std::shared_ptr<StepIndicator> SetupController::getIndicatorForStep(std::int32_t
 
 // Navigation
 
-void SetupController::nextView(const void* /*sender*/) {
+void SetupController::nextView(const void* sender) {
+    // A step lets the window redraw before it asks to move on. Whoever pressed a button just then
+    // has already left it, and must not be carried past the next step as well.
+    if (steps_.isControllerOfAnotherStep(sender, stateController_->currentState())) return;
     stateController_->advanceStateWithStepController(currentController().get(), this);
 }
 
@@ -274,7 +276,7 @@ void SetupController::customHostRemoved(const HostModel& host) {
 void SetupController::checkHost(std::size_t row, bool checked) {
     const std::vector<HostModel> hosts = foundHosts();
     if (row >= hosts.size()) return;
-    setHostIsSelected(hosts[row], checked);
+    hosts[row].setHostIsSelected(checked);
     hostsController_->checkboxClicked(this);
 }
 

@@ -62,6 +62,7 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] std::shared_ptr<StepIndicator> getIndicatorForStep(std::int32_t step) const;
 
     // Navigation.
+    /// Goes on from the current step; a step that asks for it must be the current one.
     void nextView(const void* sender) override;
     /// A step with an extra button may consume the press.
     void previousView(const void* sender);

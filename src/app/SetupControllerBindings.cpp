@@ -77,6 +77,7 @@ void SetupController::bindOptions() {
 
 void SetupController::bindFailureReport() {
     bindProperty("installationFailed", [this] { return installationFailed(); });
+    bindProperty("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
     bindProperty("failureReason", [this] { return failureReport_.failureReason(); });
     bindProperty("failedItems", [this] { return failureReport_.failedItems(); });
     bindProperty("hasFailedItems", [this] { return failureReport_.hasFailedItems(); });

@@ -1,5 +1,6 @@
 #include "app/StepRegistry.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/View.h"
@@ -46,6 +47,13 @@ std::shared_ptr<View> StepRegistry::getViewForStep(std::int32_t step) const {
 
 std::shared_ptr<StepController> StepRegistry::getControllerForStep(std::int32_t step) const {
     return lookedUp(controllerDict_, step);
+}
+
+bool StepRegistry::isControllerOfAnotherStep(const void* object, std::int32_t step) const {
+    return std::ranges::any_of(controllerDict_, [&](const auto& entry) {
+        // Controllers have several bases; the address of the whole object identifies one.
+        return entry.first != step && dynamic_cast<const void*>(entry.second.get()) == object;
+    });
 }
 
 std::shared_ptr<StepModel> StepRegistry::getModelForStep(std::int32_t step) const {

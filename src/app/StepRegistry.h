@@ -33,6 +33,9 @@ class StepRegistry {
     [[nodiscard]] std::shared_ptr<StepModel> getModelForStep(std::int32_t step) const;
     [[nodiscard]] std::shared_ptr<StepIndicator> getIndicatorForStep(std::int32_t step) const;
 
+    /// Whether the object is the controller of a step other than the given one.
+    [[nodiscard]] bool isControllerOfAnotherStep(const void* object, std::int32_t step) const;
+
   private:
     template <class Part>
     using Dictionary = std::map<std::int32_t, std::shared_ptr<Part>>;

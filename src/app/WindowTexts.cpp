@@ -38,6 +38,14 @@ std::string hideMenuText(const Bundle& bundle) {
     return filledWithProductName(bundle, "hide_window_menu_fmt");
 }
 
+std::string authorizationReason(const Bundle& bundle) {
+    const std::string reason = localizedText(
+        bundle, "authorization_reason",
+        "%@ by %@ needs administrator rights to install its files for all users of this machine.");
+    return formatted(reason,
+                     {folderName(bundle, "product_name"), folderName(bundle, "company_name")});
+}
+
 std::string mainLabelTextOf(const StepModel* model) {
     if (model == nullptr) return "???";
     try {
@@ -52,8 +60,9 @@ PlainOrStyledText informativeTextOf(const StepModel* model) {
 }
 
 StyledText licenseTextOf(const LicenseModel* model) {
-    if (model == nullptr || !model->licenseText()) return nilText();
-    return StyledText::fromPlainText(*model->licenseText());
+    if (model == nullptr) return nilText();
+    const std::optional<std::string>& terms = model->licenseText();
+    return terms ? StyledText::fromPlainText(*terms) : nilText();
 }
 
 }  // namespace installer

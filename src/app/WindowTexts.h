@@ -20,6 +20,9 @@ class StepModel;
 [[nodiscard]] std::string quitMenuText(const Bundle& bundle);
 [[nodiscard]] std::string hideMenuText(const Bundle& bundle);
 
+/// Why the administrator is asked, and by which product.
+[[nodiscard]] std::string authorizationReason(const Bundle& bundle);
+
 /// The heading of a step, given its model or null. A step without one, a model without a heading
 /// and a model that fails are told apart by what stands in the heading's place: these texts are
 /// for whoever puts a wizard together, so they are not translated.

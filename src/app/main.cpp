@@ -9,6 +9,7 @@
 #include "app/MainWindow.h"
 #include "app/QuietInstallation.h"
 #include "app/SetupController.h"
+#include "app/WindowTexts.h"
 #include "foundation/Format.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/Paths.h"
@@ -30,7 +31,6 @@
 #include "platform/linux/ProcessSetup.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/WindowModuleLoader.h"
-#include "wizard/LocalizedText.h"
 
 // Start-up: the one place that knows which adapters the core runs on.
 
@@ -45,12 +45,8 @@ constexpr const char* mainWindowName = "MainWindow";
 /// Whoever is asked for a password learns first which product asks, and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
                                         SystemLog& log) {
-    const std::string reason = localizedText(
-        bundle, "authorization_reason",
-        "%@ by %@ needs administrator rights to install its files for all users of this machine.");
     return {.helperPath = joinPath(bundleFolder, "Contents/MacOS/privileged-helper"),
-            .reason = formatted(
-                reason, {folderName(bundle, "product_name"), folderName(bundle, "company_name")}),
+            .reason = authorizationReason(bundle),
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
 
@@ -138,18 +134,25 @@ class QuietApplication {
 /// The installation with a window, over the adapters that the window module brings.
 class WindowApplication {
   public:
-    /// Null, with the reason in the log, when no window can be shown here.
-    static std::unique_ptr<WindowApplication> create(Machine& machine) {
-        auto application = std::unique_ptr<WindowApplication>(new WindowApplication(machine));
-        return application->window_ ? std::move(application) : nullptr;
-    }
+    WindowApplication(Machine& machine, WindowModule& window)
+        : machine_(machine),
+          window_(window),
+          processes_(window.descriptors()),
+          workspace_(window.descriptors(), machine.bundles, machine.log),
+          platform_{{machine.platform(processes_, window.eventLoop(), window.alerts())},
+                    window.interfaces(),
+                    window.folderPanel(),
+                    workspace_,
+                    window.clipboard()} {}
+
+    [[nodiscard]] Workspace& workspace() { return workspace_; }
 
     /// Returns when the window has closed; false, with the reason in the log, when its description
     /// is of no use.
     [[nodiscard]] bool run() {
-        SetupController controller(*platform_);
+        SetupController controller(platform_);
         std::unique_ptr<Interface> mainWindow =
-            platform_->interfaces.load(mainWindowName, controller);
+            platform_.interfaces.load(mainWindowName, controller);
         if (!mainWindow) return false;
         if (const auto part = missingPartOfMainWindow(*mainWindow)) {
             machine_.log.log(formatted("The description %@ has no usable %@",
@@ -157,33 +160,35 @@ class WindowApplication {
             return false;
         }
         controller.awakeFromNib(std::move(mainWindow));
-        window_->run();
+        window_.run();
         machine_.notifications.post({applicationWillTerminate, nullptr, {}});
-        machine_.preferences.synchronizeAll();
+        // What was set through objects that are gone by now.
+        if (!machine_.preferences.synchronizeAll()) {
+            machine_.log.log("The settings could not be saved");
+        }
         return true;
     }
 
   private:
-    explicit WindowApplication(Machine& machine) : machine_(machine) {
-        window_ = machine_.window(
-            [this](const std::string& address) { workspace_->openAddress(address); });
-        if (!window_) return;
-        processes_.emplace(window_->descriptors());
-        workspace_.emplace(window_->descriptors(), machine_.bundles, machine_.log);
-        platform_.emplace(WindowPlatform{
-            {machine_.platform(*processes_, window_->eventLoop(), window_->alerts())},
-            window_->interfaces(),
-            window_->folderPanel(),
-            *workspace_,
-            window_->clipboard()});
-    }
-
     Machine& machine_;
-    std::unique_ptr<WindowModule> window_;
-    std::optional<LinuxChildProcesses> processes_;
-    std::optional<LinuxWorkspace> workspace_;
-    std::optional<WindowPlatform> platform_;
+    WindowModule& window_;
+    LinuxChildProcesses processes_;
+    LinuxWorkspace workspace_;
+    WindowPlatform platform_;
 };
+
+/// False, with the reason in the log, when no window can be shown.
+bool runInWindow(Machine& machine) {
+    // What opens the window's links needs the window's event loop, so it is there only later.
+    Workspace* workspace = nullptr;
+    const auto window = machine.window([&workspace](const std::string& address) {
+        if (workspace != nullptr) workspace->openAddress(address);
+    });
+    if (!window) return false;
+    WindowApplication application(machine, *window);
+    workspace = &application.workspace();
+    return application.run();
+}
 
 /// The quiet installation ends with success whatever happened; what did happen is in the logs.
 int quietMain(SystemLog& log) {
@@ -199,8 +204,7 @@ int windowMain(SystemLog& log) {
     try {
         const auto machine = makeMachine(log);
         if (!machine) return 1;
-        const auto application = WindowApplication::create(*machine);
-        if (application && application->run()) return 0;
+        if (runInWindow(*machine)) return 0;
         log.log(
             "The installer cannot show a window. Start it with -quiet as its first argument to "
             "install into every Photoshop that is found, without any question");

@@ -10,6 +10,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "platform/linux/AwaitReadable.h"
+
 namespace installer {
 namespace {
 
@@ -26,7 +28,8 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
 /// do, and an installation of many small items asks thousands of times.
 constexpr std::chrono::microseconds patience(200);
 
-ssize_t readSome(int descriptor, std::span<char> buffer) {
+ssize_t readSome(int descriptor, std::span<char> buffer,
+                 const std::function<void()>& whileWaiting) {
     const auto end = std::chrono::steady_clock::now() + patience;
     do {
         const ssize_t count = ::recv(descriptor, buffer.data(), buffer.size(), MSG_DONTWAIT);
@@ -35,6 +38,7 @@ ssize_t readSome(int descriptor, std::span<char> buffer) {
         if (errno != EAGAIN && errno != EINTR) return count;
         ::sched_yield();
     } while (std::chrono::steady_clock::now() < end);
+    if (whileWaiting) awaitReadable(descriptor, whileWaiting);
     return ::read(descriptor, buffer.data(), buffer.size());
 }
 
@@ -50,7 +54,7 @@ bool MessageStream::send(std::string_view encodedMessage) {
     return true;
 }
 
-std::optional<Message> MessageStream::receive() {
+std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
     Message message;
     while (ending_ == Ending::none) {
         const MessageDecoder::State state = decoder_.next(message);
@@ -60,7 +64,7 @@ std::optional<Message> MessageStream::receive() {
             break;
         }
         std::array<char, 16384> buffer;
-        const ssize_t count = readSome(input_, buffer);
+        const ssize_t count = readSome(input_, buffer, whileWaiting);
         if (count > 0) {
             decoder_.append({buffer.data(), static_cast<std::size_t>(count)});
         } else if (count == 0) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -23,8 +24,9 @@ class MessageStream {
     /// Writes a whole message. False when the peer is gone; no signal is raised by a socket.
     [[nodiscard]] bool send(std::string_view encodedMessage);
 
-    /// Waits for the next message; none when there will be no more, and `ending` says why.
-    [[nodiscard]] std::optional<Message> receive();
+    /// Waits for the next message; none when there will be no more, and `ending` says why. Calls
+    /// `whileWaiting`, when one is given, several times a second until something comes.
+    [[nodiscard]] std::optional<Message> receive(const std::function<void()>& whileWaiting = {});
     [[nodiscard]] Ending ending() const { return ending_; }
 
     /// Whether a small message could be written now without waiting for the peer to read.

@@ -59,7 +59,9 @@ class Authorization {
     [[nodiscard]] virtual PrivilegedLaunch execute(const std::string& tool,
                                                    const std::vector<std::string>& arguments) = 0;
 
-    /// Tells `progress` of the bytes that administrator's copies move; none ends that.
+    /// Tells `progress` of the bytes that administrator's copies move, and of 0 bytes many times
+    /// a second while a call of this object or of its tools waits: for the credentials, for a
+    /// tool, for the end of what ran the tools. Null ends that. Until then it outlives this object.
     virtual void setProgressSink(ProgressSink* progress) = 0;
 };
 

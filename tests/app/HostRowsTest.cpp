@@ -82,11 +82,10 @@ TEST_F(HostRowsTest, OtherKindsShowTheirApplication) {
     EXPECT_TRUE(rowOf(lightroom).checked);
 }
 
-TEST_F(HostRowsTest, AKindThatCannotBeSelectedStaysUnchecked) {
+TEST_F(HostRowsTest, AKindThatHasNoSelectionIsUncheckedAndShowsItsPlugInFolder) {
     const HostModel fireworks = FireworksHostModel(fake.platform, "Adobe Fireworks CS6");
-    const bool before = rowOf(fireworks).checked;
-    setHostIsSelected(fireworks, !before);
-    EXPECT_EQ(rowOf(fireworks).checked, before);
+    ASSERT_EQ(fireworks.booleanNamed("hostIsSelected"), std::nullopt);
+    EXPECT_FALSE(rowOf(fireworks).checked);
     EXPECT_EQ(rowOf(fireworks).detail, fireworks.as<FireworksHostModel>()->plugInPath());
 }
 

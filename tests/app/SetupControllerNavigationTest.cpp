@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -215,6 +216,18 @@ TEST_F(SetupControllerNavigationTest, StepsThatMoveOnByThemselvesAreAnnouncedIns
     EXPECT_EQ(textOf("goBackwardsText"), "Go Back");
 }
 
+TEST_F(SetupControllerNavigationTest, AStepThatWasLeftMeanwhileMovesNothingOn) {
+    start();
+    scriptSteps();
+    const auto step = script<StepWithButton>(2);
+    step->whileEntered = [&](MainController& main) {
+        main.nextView(sender_);
+        main.nextView(step.get());
+    };
+    goTo(2);
+    EXPECT_THAT(highlighted(), ElementsAre(3));
+}
+
 TEST_F(SetupControllerNavigationTest, AStepThatEndsTheWizardWhileItIsEnteredIsSurvived) {
     start();
     scriptSteps();
@@ -337,70 +350,6 @@ TEST_F(SetupControllerNavigationTest, AnythingElseTypedIntoAGuardedTextDoesNothi
     }
     EXPECT_THAT(fake.alerts.shown, IsEmpty());
     EXPECT_THAT(highlighted(), ElementsAre(0));
-}
-
-// The wizard's own steps.
-
-TEST_F(SetupControllerNavigationTest, WithNothingRunningTheHostsLeadStraightToTheCompletion) {
-    addPhotoshop("Adobe Photoshop CS6");
-    fake.memory.addFile("/Installer.app/Contents/Resources/files/PHOTOSHOP/run.jsx");
-    start();
-    goTo(1);
-    EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
-    wizard->nextView(nullptr);
-    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
-    EXPECT_THAT(highlighted(), ElementsAre(4));
-    EXPECT_EQ(textOf("mainLabelText"), "Finished");
-    EXPECT_TRUE(flagOf("successfulInstall"));
-    EXPECT_TRUE(flagOf("enableForward"));
-    EXPECT_FALSE(flagOf("enableBackward"));
-    EXPECT_TRUE(fake.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
-}
-
-TEST_F(SetupControllerNavigationTest, ARunningHostHoldsTheWizardUp) {
-    addPhotoshop("Adobe Photoshop CS6");
-    fake.workspace.running = {"Photoshop CS6"};
-    start();
-    goTo(2);
-    EXPECT_THAT(visibleViews(), ElementsAre("rtfView"));
-    EXPECT_FALSE(flagOf("enableForward"));
-    wizard->nextView(nullptr);
-    EXPECT_THAT(highlighted(), ElementsAre(2));
-    wizard->previousView(nullptr);
-    EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
-}
-
-TEST_F(SetupControllerNavigationTest, AHostThatNobodyWantsMayRun) {
-    addPhotoshop("Adobe Photoshop CS6");
-    fake.workspace.running = {"Photoshop CS6"};
-    start();
-    goTo(1);
-    wizard->setRowChecked("foundHosts", 0, false);
-    wizard->nextView(nullptr);
-    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
-}
-
-TEST_F(SetupControllerNavigationTest, DuringTheInstallationTheWindowStaysAndNoButtonMoves) {
-    addPhotoshop("Adobe Photoshop CS6");
-    start();
-    goTo(1);
-    bool asked = false;
-    fake.eventLoop.duringTurn = [&] {
-        if (asked || !flagOf("copyInProgress")) return;
-        asked = true;
-        EXPECT_FALSE(flagOf("canClose"));
-        EXPECT_FALSE(flagOf("enableForward"));
-        EXPECT_FALSE(flagOf("enableBackward"));
-        EXPECT_FALSE(wizard->shouldChangeText("\n"));
-        wizard->performAction("previousView", nullptr);
-        wizard->performAction("quit", nullptr);
-        EXPECT_THAT(highlighted(), ElementsAre(3));
-        EXPECT_EQ(timesClosed(), 0);
-    };
-    wizard->nextView(nullptr);
-    EXPECT_TRUE(asked);
-    EXPECT_THAT(highlighted(), ElementsAre(4));
-    EXPECT_TRUE(flagOf("canClose"));
 }
 
 }  // namespace

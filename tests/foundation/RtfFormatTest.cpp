@@ -20,7 +20,7 @@ struct StyleRow {
 class RtfCharacterFormat : public testing::TestWithParam<StyleRow> {};
 
 TEST_P(RtfCharacterFormat, GivesTheStyle) {
-    EXPECT_EQ(runOfBody(GetParam().words + " a"), (TextRun{"a", GetParam().style}));
+    EXPECT_EQ(runOfBody(GetParam().words + "\na"), (TextRun{"a", GetParam().style}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -160,8 +160,8 @@ TEST_P(RtfParagraphFormat, GivesTheParagraph) {
     Paragraph expected = GetParam().paragraph;
     expected.runs = {{.text = "a"}};
     const std::vector<Paragraph> paragraphs{expected};
-    EXPECT_EQ(textOfBody(GetParam().words + " a\\par").paragraphs, paragraphs);
-    EXPECT_EQ(textOfBody(GetParam().words + " a").paragraphs, paragraphs);
+    EXPECT_EQ(textOfBody(GetParam().words + "\na\\par").paragraphs, paragraphs);
+    EXPECT_EQ(textOfBody(GetParam().words + "\na").paragraphs, paragraphs);
 }
 
 INSTANTIATE_TEST_SUITE_P(

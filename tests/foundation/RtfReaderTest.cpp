@@ -42,17 +42,24 @@ INSTANTIATE_TEST_SUITE_P(
                     Beginning{"GroupBefore", "{{\\rtf1 a}}"}, Beginning{"Nul", std::string(1, 0)}),
     [](const auto& row) { return row.param.name; });
 
-class CutShort : public testing::TestWithParam<std::string> {};
+class CutShort : public testing::TestWithParam<Beginning> {};
 
 TEST_P(CutShort, IsRefused) {
-    EXPECT_EQ(errorOf(GetParam()), "the text ends before its groups do");
+    EXPECT_EQ(errorOf(GetParam().text), "the text ends before its groups do");
 }
 
-INSTANTIATE_TEST_SUITE_P(RtfReader, CutShort,
-                         testing::Values("{\\rtf1", "{\\rtf1 a", "{\\rtf1 {\\b a}", "{\\rtf1 a\\",
-                                         "{\\rtf1 a\\'", "{\\rtf1 a\\'e", "{\\rtf1 \\u",
-                                         "{\\rtf1 a\\}", "{\\rtf1 {\\pict a", "{\\rtf1\\bin9 a}",
-                                         "{\\rtf1\\bin2147483647 a}", "{\\rtf1 \\'82"));
+INSTANTIATE_TEST_SUITE_P(
+    RtfReader, CutShort,
+    testing::Values(Beginning{"Word", "{\\rtf1"}, Beginning{"Text", "{\\rtf1 a"},
+                    Beginning{"AfterAGroup", "{\\rtf1 {\\b a}"},
+                    Beginning{"Backslash", "{\\rtf1 a\\"}, Beginning{"Hex", "{\\rtf1 a\\'"},
+                    Beginning{"HalfHex", "{\\rtf1 a\\'e"}, Beginning{"Unicode", "{\\rtf1 \\u"},
+                    Beginning{"EscapedBrace", "{\\rtf1 a\\}"},
+                    Beginning{"SkippedGroup", "{\\rtf1 {\\pict a"},
+                    Beginning{"BinaryData", "{\\rtf1\\bin9 a}"},
+                    Beginning{"MuchBinaryData", "{\\rtf1\\bin2147483647 a}"},
+                    Beginning{"HalfACharacter", "{\\rtf1\\ansicpg932 \\'82"}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(RtfReader, WhatFollowsTheLastGroupIsIgnored) {
     EXPECT_EQ(textOf("{\\rtf1 a}b}{{\\par").plainText(), "a");
@@ -173,6 +180,10 @@ TEST(RtfReader, TheUnicodeOneOfTwoAlternativesIsTheText) {
 
 TEST(RtfReader, HiddenTextEndsWithItsWordOrGroup) {
     EXPECT_EQ(plainTextOfBody("a\\v b\\v0 c{\\v d}e"), "ace");
+}
+
+TEST(RtfReader, LongFallbacksTakeNoMoreThanTheirShare) {
+    EXPECT_EQ(plainTextOfBody("\\uc2000000\\u228 " + std::string(2'000'000, '\xE4') + "b"), "äb");
 }
 
 TEST(RtfReader, LongTextsTakeNoMoreThanTheirShare) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -7,6 +8,26 @@
 #include <gtest/gtest.h>
 
 #include "foundation/RtfReader.h"
+
+namespace installer {
+
+inline void PrintTo(const TextRun& run, std::ostream* stream) {
+    const TextStyle& style = run.style;
+    *stream << testing::PrintToString(run.text) << " in " << style.fontFamily << " "
+            << style.pointSize << (style.bold ? " bold" : "") << (style.italic ? " italic" : "")
+            << (style.underline ? " underline" : "") << (style.strikethrough ? " strike" : "")
+            << (style.color ? " coloured" : "") << " " << style.link;
+}
+
+inline void PrintTo(const Paragraph& paragraph, std::ostream* stream) {
+    *stream << "alignment " << static_cast<int>(paragraph.alignment)
+            << (paragraph.rightToLeft ? " rtl" : "") << ", indents " << paragraph.leftIndent << " "
+            << paragraph.rightIndent << " " << paragraph.firstLineIndent << ", space "
+            << paragraph.spaceBefore << " " << paragraph.spaceAfter << ", "
+            << testing::PrintToString(paragraph.runs);
+}
+
+}  // namespace installer
 
 namespace installer::test {
 

@@ -137,6 +137,13 @@ TEST_F(HostsControllerTest, ComesBackToTheListWhenThereAreOtherHosts) {
     EXPECT_EQ(main.found.size(), 2U);
 }
 
+TEST_F(HostsControllerTest, ShowsTheListWhereverTheCustomFolderStandsAmongOtherHosts) {
+    main.found = {UnknownHostModel(fake.platform, "/Chosen")};
+    addPhotoshop();
+    enter();
+    expectHostList();
+}
+
 // Without a description of the custom install.
 
 TEST_F(HostsControllerTest, StaysOnTheListWhenTheCustomInstallCannotBeLoadedAtEntry) {

@@ -164,7 +164,7 @@ class EveryPageInLargeText(EveryPage):
     def test_the_window_fits_on_a_small_screen(self):
         window = self.start()
         window.wait_for_label(self.text("license_instructions"))
-        _, _, width, height = window.find("frame").extents
+        _, _, width, height = window.frame().extents
         self.assertLessEqual((width, height), (1280, 800))
 
 

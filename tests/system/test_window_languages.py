@@ -26,7 +26,7 @@ class German(WindowTest):
         self.assertLessEqual(first[0] + first[2], second[0])
 
     def assertInsideTheWindow(self, window):
-        left, top, width, height = window.find("frame").extents
+        left, top, width, height = window.frame().extents
         for control in window.controls():
             if control.role in ("label", "push button", "check box", "progress bar", "list"):
                 x, y, w, h = control.extents

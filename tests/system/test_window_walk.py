@@ -134,7 +134,7 @@ class Licence(WindowTest):
     def test_the_window_is_in_the_middle_of_the_screen(self):
         window = self.start()
         window.wait_for_label(self.text("license_instructions"))
-        left, top, width, height = window.find("frame").extents
+        left, top, width, height = window.frame().extents
         self.assertAlmostEqual(left + width / 2, 800, delta=40)
         self.assertAlmostEqual(top + height / 2, 600, delta=40)
 
@@ -157,7 +157,7 @@ class Menus(WindowTest):
 
     def test_the_window_that_is_closed_ends_the_installer_with_success(self):
         window = self.start()
-        window.find("frame")
+        window.frame()
         window.ask_to_close()
         self.assertEqual(window.wait_for_end(), 0)
         self.assertEqual(self.desktop.opened(), [])

@@ -101,6 +101,12 @@ class Window:
         assert len(found) == 1 or role == "label", f'{len(found)} controls are a {role} "{name}"'
         return found[0]
 
+    def frame(self):
+        """The window itself; separators are frames to the accessibility bus as well."""
+        return self.wait_until(
+            lambda: next((top for top in self.application.children if top.role == "frame"), None),
+            "the window")
+
     def shows(self, role, name=None):
         """Whether there is such a control now."""
         return poll(lambda: [self.controls(role, name)])[0] != []

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "foundation/StyledText.h"
 #include "foundation/rtf/ColorTable.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <utility>
 
 #include "foundation/Text.h"
 #include "foundation/rtf/Utf8Output.h"

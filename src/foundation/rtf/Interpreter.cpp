@@ -14,10 +14,14 @@ bool isControl(char32_t character) {
     return character < 0x20 || (character >= 0x7F && character <= 0x9F);
 }
 
+bool isAscii(char character) {
+    return static_cast<unsigned char>(character) < 0x80;
+}
+
 /// The bytes from the place on that are no ASCII.
 std::string_view upperBytes(std::string_view text, std::size_t place) {
     std::size_t end = place;
-    while (end < text.size() && static_cast<unsigned char>(text[end]) >= 0x80) ++end;
+    while (end < text.size() && !isAscii(text[end])) ++end;
     return text.substr(place, end - place);
 }
 
@@ -89,15 +93,15 @@ void Interpreter::obeyText(std::string_view text) {
     if (isSkipping()) return;
     for (std::size_t place = 0; place < text.size();) {
         const char character = text[place];
-        const std::string_view upper = upperBytes(text, place);
         if (character == '\r' || character == '\n' || character == '\0') {
             ++place;
         } else if (takeAsFallback()) {
             place += utf8CharacterAt(text, place).length;
-        } else if (upper.empty() || decoder_.awaitsByte()) {
+        } else if (isAscii(character) || decoder_.awaitsByte()) {
             obeyByte(static_cast<unsigned char>(character));
             ++place;
         } else {
+            const std::string_view upper = upperBytes(text, place);
             obeyUpperBytes(upper);
             place += upper.size();
         }

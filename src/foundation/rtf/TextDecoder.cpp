@@ -1,7 +1,6 @@
 #include "foundation/rtf/TextDecoder.h"
 
 #include <string_view>
-#include <utility>
 
 namespace installer::rtf {
 
@@ -48,7 +47,8 @@ void TextDecoder::codeUnit(std::int32_t number, int codePage) {
     const std::int32_t unit = number < 0 ? number + 0x10000 : number;
     const auto value = static_cast<char32_t>(unit);
     if (highSurrogate_ && isLowSurrogate(value)) {
-        const char32_t high = *std::exchange(highSurrogate_, std::nullopt);
+        const char32_t high = *highSurrogate_;
+        highSurrogate_.reset();
         receive_(0x10000 + ((high - 0xD800) << 10U) + (value - 0xDC00));
         return;
     }

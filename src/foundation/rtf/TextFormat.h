@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "foundation/StyledText.h"
 #include "foundation/rtf/ControlWords.h"

@@ -84,7 +84,7 @@ class Naming {
         if (!folder || !folder->ends_with(packageSuffix)) return std::nullopt;
         // A relative path is one of that process's, wherever it is.
         const auto bundle = folder->starts_with('/') ? bundles_.open(*folder) : nullptr;
-        const auto name = bundle ? bundle->informationValue("CFBundleName") : std::nullopt;
+        auto name = bundle ? bundle->informationValue("CFBundleName") : std::nullopt;
         if (name && !name->empty()) return name;
         const std::string folderName = lastPathComponent(*folder);
         return folderName.substr(0, folderName.size() - packageSuffix.size());

@@ -11,11 +11,10 @@
 
 namespace installer {
 
-bool reachesXServer() {
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const bool connected = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return connected;
+std::shared_ptr<void> connectToXServer() {
+    std::shared_ptr<xcb_connection_t> connection(xcb_connect(nullptr, nullptr), xcb_disconnect);
+    if (xcb_connection_has_error(connection.get()) != 0) return nullptr;
+    return connection;
 }
 
 bool reachesWaylandCompositor(const std::string& name) {

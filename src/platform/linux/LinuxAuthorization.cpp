@@ -57,11 +57,11 @@ void LinuxAuthorization::startHelper() {
         return;
     }
     if (mayAsk(way_) && access_.announce) access_.announce(access_.reason);
-    PrivilegedHelper::Start start = PrivilegedHelper::start(
-        helperCommand(way_, means_, access_.helperPath, access_.reason), dismissedExitStatus(way_));
+    PrivilegedHelper::Start start =
+        PrivilegedHelper::start(helperCommand(way_, means_, access_.helperPath, access_.reason),
+                                dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);
-    if (helper_) helper_->setProgressSink(progress_);
 }
 
 void LinuxAuthorization::setProgressSink(ProgressSink* progress) {

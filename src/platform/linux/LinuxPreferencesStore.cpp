@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "foundation/Paths.h"
 #include "foundation/Text.h"
@@ -79,6 +80,15 @@ bool LinuxPreferencesStore::synchronize(const std::string& domain) {
     if (!write(pathOf(domain), changes->second)) return false;
     unsaved_.erase(changes);
     return true;
+}
+
+bool LinuxPreferencesStore::synchronizeAll() {
+    std::vector<std::string> domains;
+    domains.reserve(unsaved_.size());
+    for (const auto& [domain, changes] : unsaved_) domains.push_back(domain);
+    bool succeeded = true;
+    for (const std::string& domain : domains) succeeded = synchronize(domain) && succeeded;
+    return succeeded;
 }
 
 std::string LinuxPreferencesStore::pathOf(const std::string& domain) const {

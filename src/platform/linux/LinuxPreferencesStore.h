@@ -36,6 +36,10 @@ class LinuxPreferencesStore final : public PreferencesStore {
                   std::optional<PreferenceValue> value) override;
     [[nodiscard]] bool synchronize(const std::string& domain) override;
 
+    /// The same for every domain in which something was set; a failure in one does not keep the
+    /// others from the disk. For the end of the process.
+    [[nodiscard]] bool synchronizeAll();
+
   private:
     using Changes = std::map<std::string, std::optional<PreferenceValue>>;
 

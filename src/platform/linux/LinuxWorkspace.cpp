@@ -48,7 +48,7 @@ std::optional<std::string> programOnPath(const std::string& name, const Environm
 }
 
 std::string executableName(const std::string& package, const Bundle& bundle) {
-    const std::string name = bundle.informationValue("CFBundleExecutable").value_or("");
+    std::string name = bundle.informationValue("CFBundleExecutable").value_or("");
     if (!name.empty() && name.find('/') == std::string::npos) return name;
     const std::string folder = lastPathComponent(package);
     return folder.substr(0, folder.rfind('.'));

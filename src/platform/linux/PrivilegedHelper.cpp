@@ -37,8 +37,8 @@ class PrivilegedHelper::Tool : public PrivilegedTool {
     std::shared_ptr<Run> run_;
 };
 
-PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command,
-                                                std::optional<int> dismissed) {
+PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command, std::optional<int> dismissed,
+                                                ProgressSink* progress) {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return {};
     FileDescriptor ours(ends[0]);
@@ -51,7 +51,7 @@ PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command,
 
     // Not make_shared: the constructor is nobody else's.
     const std::shared_ptr<PrivilegedHelper> helper(
-        new PrivilegedHelper(process.value(), std::move(ours)));
+        new PrivilegedHelper(process.value(), std::move(ours), progress));
     if (helper->saidHello()) return {0, helper};
     const std::optional<int> status = helper->reap();
     const bool canceled =
@@ -60,7 +60,7 @@ PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command,
 }
 
 bool PrivilegedHelper::saidHello() {
-    const std::optional<Message> message = stream_.receive();
+    const std::optional<Message> message = receive();
     return message && helloVersion(*message) == protocolVersion;
 }
 
@@ -82,9 +82,14 @@ void PrivilegedHelper::finish(Run& run) {
     while (run.state == Run::State::running) handleNextMessage();
 }
 
+std::function<void()> PrivilegedHelper::whileWaiting() const {
+    if (progress_ == nullptr) return {};
+    return [progress = progress_] { progress->bytesCopied(0); };
+}
+
 /// There is a run: nothing else is ever waited for.
 void PrivilegedHelper::handleNextMessage() {
-    const std::optional<Message> message = stream_.receive();
+    const std::optional<Message> message = receive();
     if (message && message->type == MessageType::output) {
         running_->output += message->body;
     } else if (const auto bytes = message ? progressBytes(*message) : std::nullopt) {
@@ -104,7 +109,7 @@ void PrivilegedHelper::end() {
 
 std::optional<int> PrivilegedHelper::reap() {
     connection_.reset();
-    const Result<int> status = waitForEnd(std::exchange(process_, -1));
+    const Result<int> status = waitForEnd(std::exchange(process_, -1), whileWaiting());
     return status ? std::optional(status.value()) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,8 +30,9 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     /// output are one end of a pair of sockets: unlike a pipe's, no neighbour can open them again
     /// by way of /proc.
     /// `dismissed` is the exit status by which the command says that the person asked refused to
-    /// answer, where it has one.
-    [[nodiscard]] static Start start(SpawnRequest command, std::optional<int> dismissed);
+    /// answer, where it has one. `progress` as for `setProgressSink`.
+    [[nodiscard]] static Start start(SpawnRequest command, std::optional<int> dismissed,
+                                     ProgressSink* progress);
 
     ~PrivilegedHelper() { end(); }
     PrivilegedHelper(const PrivilegedHelper&) = delete;
@@ -41,6 +43,7 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments);
 
+    /// Told of the bytes of copies, and of 0 bytes while something is waited for; null for nobody.
     void setProgressSink(ProgressSink* progress) { progress_ = progress; }
 
     /// True once the helper can no longer be used.
@@ -59,12 +62,15 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
         std::size_t read = 0;  ///< how much of the output was handed out
     };
 
-    PrivilegedHelper(pid_t process, FileDescriptor connection)
+    PrivilegedHelper(pid_t process, FileDescriptor connection, ProgressSink* progress)
         : process_(process),
           connection_(std::move(connection)),
-          stream_(connection_.get(), connection_.get()) {}
+          stream_(connection_.get(), connection_.get()),
+          progress_(progress) {}
 
     [[nodiscard]] bool saidHello();
+    [[nodiscard]] std::function<void()> whileWaiting() const;
+    [[nodiscard]] std::optional<Message> receive() { return stream_.receive(whileWaiting()); }
     void handleNextMessage();
     void finish(Run& run);
     std::optional<int> reap();
@@ -73,7 +79,7 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     FileDescriptor connection_;
     MessageStream stream_;
     std::shared_ptr<Run> running_;
-    ProgressSink* progress_ = nullptr;
+    ProgressSink* progress_;
 };
 
 }  // namespace installer

@@ -22,7 +22,7 @@ constexpr const char* processesFolder = "/proc";
 /// PF_KTHREAD of the kernel's <linux/sched.h>, which programs cannot include.
 constexpr std::uint32_t kernelThreadFlag = 0x00200000;
 /// Room for a program's path and a script's.
-constexpr std::size_t mostOfTheArguments = 3 * PATH_MAX;
+constexpr std::size_t mostOfTheArguments = std::size_t{3} * PATH_MAX;
 
 template <class Number>
 std::optional<Number> numberIn(std::string_view text) {

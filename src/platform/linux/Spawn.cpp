@@ -6,9 +6,11 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/linux/AwaitReadable.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 namespace installer {
@@ -107,7 +109,11 @@ Result<pid_t> spawn(const SpawnRequest& request) {
     return process;
 }
 
-Result<int> waitForEnd(pid_t process) {
+Result<int> waitForEnd(pid_t process, const std::function<void()>& whileWaiting) {
+    if (whileWaiting) {
+        const FileDescriptor end(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+        if (end) awaitReadable(end.get(), whileWaiting);
+    }
     int status = 0;
     pid_t ended = -1;
     do {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,7 @@ struct SpawnRequest {
 [[nodiscard]] Result<pid_t> spawn(const SpawnRequest& request);
 
 /// Waits for the end of that process alone and gives its wait status; an error when it was waited
-/// for elsewhere.
-[[nodiscard]] Result<int> waitForEnd(pid_t process);
+/// for elsewhere. Calls `whileWaiting`, when one is given, several times a second until then.
+[[nodiscard]] Result<int> waitForEnd(pid_t process, const std::function<void()>& whileWaiting = {});
 
 }  // namespace installer

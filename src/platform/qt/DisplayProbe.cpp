@@ -21,8 +21,8 @@ class Probe {
     explicit Probe(const DisplaySurroundings& surroundings) : surroundings_(surroundings) {}
 
     [[nodiscard]] DisplayProbe ofServers() {
-        if (reachesX()) return {.usable = true};
-        if (reachesWayland()) return {.usable = true, .platform = "wayland"};
+        if (reachesX()) return usable();
+        if (reachesWayland()) return usable("wayland");
         if (reason_.empty()) reason_ = "neither DISPLAY nor WAYLAND_DISPLAY is set";
         return {.reason = reason_};
     }
@@ -32,13 +32,17 @@ class Probe {
     [[nodiscard]] DisplayProbe ofNamed(const std::string& names) {
         for (const QString& entry : toQt(names).split(u';', Qt::SkipEmptyParts)) {
             const std::string name = fromQt(entry.section(u':', 0, 0));
-            if (works(name)) return {.usable = true};
+            if (works(name)) return usable();
         }
         if (reason_.empty()) reason_ = "QT_QPA_PLATFORM names no known display: " + names;
         return {.reason = reason_};
     }
 
   private:
+    [[nodiscard]] DisplayProbe usable(const std::string& platform = {}) const {
+        return {.usable = true, .platform = platform, .connection = connection_};
+    }
+
     bool works(const std::string& platform) {
         for (const std::string_view name : selfSufficient)
             if (platform == name) return true;
@@ -49,7 +53,8 @@ class Probe {
     bool reachesX() {
         const std::string display = surroundings_.variable("DISPLAY");
         if (display.empty()) return false;
-        if (surroundings_.reachesXServer()) return true;
+        connection_ = surroundings_.connectToXServer();
+        if (connection_) return true;
         explain("the X server " + display + " cannot be reached");
         return false;
     }
@@ -70,6 +75,7 @@ class Probe {
 
     const DisplaySurroundings& surroundings_;
     std::string reason_;
+    std::shared_ptr<void> connection_;
 };
 
 }  // namespace
@@ -81,7 +87,7 @@ DisplaySurroundings displaySurroundings() {
                     const char* value = std::getenv(name.c_str());
                     return std::string(value == nullptr ? "" : value);
                 },
-            .reachesXServer = reachesXServer,
+            .connectToXServer = connectToXServer,
             .reachesWaylandCompositor = reachesWaylandCompositor,
             .hasWaylandPlugin =
                 !plugins.entryList({QStringLiteral("libqwayland-*.so")}, QDir::Files).isEmpty()};

@@ -2,12 +2,16 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPixmap>
 #include <QPushButton>
+#include <QStyle>
 #include <algorithm>
 #include <vector>
 
+#include "platform/Bundle.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/WindowOnTop.h"
 #include "platform/qt/Wrappable.h"
@@ -36,13 +40,21 @@ void setTexts(QMessageBox& box, const Alert& alert) {
     box.setObjectName(toQt(alert.identifier));
     box.setAccessibleName(title.isEmpty() ? message : title);
     box.setWindowTitle(QApplication::applicationName());
-    box.setIcon(alert.style == Alert::Style::warning ? QMessageBox::Warning
-                                                     : QMessageBox::Information);
     box.setTextFormat(Qt::PlainText);
     box.setText(title);
     box.setInformativeText(message);
     showAsItIs(box, title, QFont::Bold);
     showAsItIs(box, message, QFont::Normal);
+}
+
+void setPicture(QMessageBox& box, Alert::Style style, const Bundle& bundle) {
+    const bool warns = style == Alert::Style::warning;
+    box.setIcon(warns ? QMessageBox::Warning : QMessageBox::Information);
+    const auto path = bundle.resourcePath(warns ? "Installer_Error" : "AppIcon", "png");
+    if (!path) return;
+    const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    const QPixmap picture = QIcon(toQt(*path)).pixmap({side, side}, box.devicePixelRatioF());
+    if (!picture.isNull()) box.setIconPixmap(picture);
 }
 
 /// A button would take a "&" for the mark of its shortcut key.
@@ -52,6 +64,7 @@ QString buttonText(const std::string& title) {
 
 std::vector<QPushButton*> addButtons(QMessageBox& box, const std::vector<std::string>& titles) {
     std::vector<QPushButton*> buttons;
+    buttons.reserve(titles.size());
     for (const std::string& title : titles) {
         // Desktops arrange buttons by their roles; those of one role keep the order given.
         buttons.push_back(box.addButton(buttonText(title), QMessageBox::ActionRole));
@@ -68,6 +81,7 @@ std::vector<QPushButton*> addButtons(QMessageBox& box, const std::vector<std::st
 std::size_t QtAlerts::runModal(const Alert& alert) {
     QMessageBox box(windowOnTop());
     setTexts(box, alert);
+    setPicture(box, alert.style, bundle_);
     const std::vector<QPushButton*> buttons = addButtons(box, alert.buttons);
     box.exec();
     if (buttons.empty()) return 0;

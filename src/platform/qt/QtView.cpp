@@ -1,6 +1,7 @@
 #include "platform/qt/QtView.h"
 
 #include <QLayout>
+#include <QPushButton>
 #include <cmath>
 
 #include "platform/qt/SubviewLayout.h"
@@ -13,6 +14,19 @@ int rounded(double points) {
     return static_cast<int>(std::lround(points));
 }
 
+/// A page that goes while one of its controls has the focus would hand it to the next control, such
+/// as the button that goes back. The default button gets it, or nothing.
+void takeFocusOut(QWidget& page) {
+    QWidget* focused = page.window()->focusWidget();
+    if (!focused || !page.isAncestorOf(focused)) return;
+    focused->clearFocus();
+    for (auto* button : page.window()->findChildren<QPushButton*>()) {
+        if (button->isDefault() && button->isEnabled() && !page.isAncestorOf(button)) {
+            button->setFocus();
+        }
+    }
+}
+
 bool wasHiddenOnPurpose(const QWidget& widget) {
     return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
 }
@@ -20,7 +34,9 @@ bool wasHiddenOnPurpose(const QWidget& widget) {
 }  // namespace
 
 void QtView::setHidden(bool hidden) {
-    if (widget_) widget_->setHidden(hidden);
+    if (!widget_) return;
+    if (hidden) takeFocusOut(*widget_);
+    widget_->setHidden(hidden);
 }
 
 Size QtView::size() const {

@@ -3,6 +3,9 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <utility>
 
 #include "platform/qt/Binding.h"
 #include "platform/qt/Picture.h"
@@ -18,8 +21,14 @@ bool isSomething(const PropertyValue& value) {
     return isTrue(value) || !plainTextOf(value).empty();
 }
 
+bool isDefaultButton(const QWidget& widget) {
+    const auto* button = qobject_cast<const QPushButton*>(&widget);
+    return button != nullptr && button->isDefault();
+}
+
 /// Disabling a control that has the focus would hand the focus to its neighbour, so that the next
 /// key would press something that nobody chose. It gets the focus back unless the user has moved.
+/// The default button takes it wherever nothing has it.
 ShowValue enabling(QWidget& widget) {
     return [&widget, hadFocus = false](const PropertyValue& value) mutable {
         const bool enabled = isTrue(value);
@@ -29,10 +38,9 @@ ShowValue enabling(QWidget& widget) {
             widget.clearFocus();
         }
         widget.setEnabled(enabled);
-        if (enabled && hadFocus) {
-            hadFocus = false;
-            if (!widget.window()->focusWidget()) widget.setFocus();
-        }
+        if (!enabled) return;
+        const bool wantsFocus = std::exchange(hadFocus, false) || isDefaultButton(widget);
+        if (wantsFocus && !widget.window()->focusWidget()) widget.setFocus();
     };
 }
 
@@ -41,7 +49,11 @@ template <class Control>
 ShowValue checking(Control& control, void (Control::*userChanged)(bool),
                    const BindingContext& context) {
     control.setCheckable(true);
-    const auto show = [&control](const PropertyValue& value) { control.setChecked(isTrue(value)); };
+    // What is shown is no change by the user.
+    const auto show = [&control](const PropertyValue& value) {
+        const QSignalBlocker silent(control);
+        control.setChecked(isTrue(value));
+    };
     QObject::connect(&control, userChanged, &context.lifetime,
                      [show, property = context.property, &owner = context.owner,
                       lifetime = QPointer<QObject>(&context.lifetime)](bool checked) {
@@ -78,10 +90,10 @@ ShowValue visibleBinding(QObject& control, const BindingContext& /*context*/) {
 
 ShowValue checkedBinding(QObject& control, const BindingContext& context) {
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
-        return checking(*button, &QAbstractButton::clicked, context);
+        return checking(*button, &QAbstractButton::toggled, context);
     }
     if (auto* action = qobject_cast<QAction*>(&control)) {
-        return checking(*action, &QAction::triggered, context);
+        return checking(*action, &QAction::toggled, context);
     }
     return {};
 }

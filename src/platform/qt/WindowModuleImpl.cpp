@@ -21,6 +21,7 @@ class WindowModuleImpl final : public WindowModule {
   public:
     WindowModuleImpl(const WindowModuleContext& context, const std::string& platform)
         : application_(context.executablePath, platform, context.bundle, context.log),
+          alerts_(context.bundle),
           interfaces_(context.bundle, context.log, context.openLink) {}
 
     [[nodiscard]] EventLoop& eventLoop() override { return eventLoop_; }
@@ -44,6 +45,7 @@ class WindowModuleImpl final : public WindowModule {
 };
 
 std::unique_ptr<WindowModule> makeWindowModule(const WindowModuleContext& context) {
+    // Lives on, with its connection, while the toolkit makes its own.
     const DisplayProbe display = probeDisplay(displaySurroundings());
     if (!display.usable) {
         context.log.log("There is no display to show a window on: " + display.reason);

@@ -2,6 +2,7 @@
 // says. Called "...old", it says hello in another version; "...mute", it ends without a hello;
 // "...babbling", it says what is no message.
 
+#include <fstream>
 #include <optional>
 #include <string>
 
@@ -29,6 +30,12 @@ int main(int /*count*/, char** arguments) {
             for (const std::string& text : request.arguments) {
                 answer += encodedProgress(std::stoull(text));
             }
+        } else if (request.tool == "/await") {
+            // Somebody has to write into the FIFO.
+            std::ifstream fifo(request.arguments.at(0));
+            std::string line;
+            std::getline(fifo, line);
+            answer = encodedOutput(line);
         } else if (request.tool == "/die") {
             if (!request.arguments.empty()) {
                 static_cast<void>(!stream.send(encodedOutput(request.arguments[0])));

@@ -7,6 +7,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
@@ -22,6 +23,7 @@
 #include "platform/linux/LinuxAuthorization.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/PollEventLoop.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 namespace installer {
 namespace {
@@ -247,6 +249,83 @@ TEST_F(LinuxAuthorizationTest, TellsTheSinkOfProgressAndStopsWhenToldTo) {
     authorization->setProgressSink(nullptr);
     authorization->execute("/progress", {"100"}).tool->waitUntilEnded();
     EXPECT_EQ(sink.bytes, 12U);
+}
+
+// Waits that only the sink can end: whoever did not call it would wait for ever.
+
+/// Writes a line into the FIFO when it was told of nothing for the third time.
+class FreeingSink : public ProgressSink {
+  public:
+    explicit FreeingSink(std::string fifo) : fifo_(std::move(fifo)) {
+        if (::mkfifo(fifo_.c_str(), 0666) != 0) ADD_FAILURE() << "cannot make " << fifo_;
+    }
+    void bytesCopied(std::uint64_t bytes) override {
+        EXPECT_EQ(bytes, 0U);
+        if (++calls < 3 || freed) return;
+        // There is a reader when the one who waits has come that far.
+        const FileDescriptor writer(::open(fifo_.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+        freed = writer && ::write(writer.get(), "go\n", 3) == 3;
+    }
+
+    int calls = 0;
+    bool freed = false;
+
+  private:
+    std::string fifo_;
+};
+
+class WaitsOfAnAuthorization : public LinuxAuthorizationTest {
+  protected:
+    std::unique_ptr<Authorization> obtainedWithSink() {
+        auto authorization = obtained();
+        authorization->setProgressSink(&sink);
+        return authorization;
+    }
+
+    std::string fifo = folder / "fifo";
+    FreeingSink sink{fifo};
+};
+
+TEST_F(WaitsOfAnAuthorization, TheSinkIsToldOfNothingWhileSomebodyIsAsked) {
+    usePkexec("read line < '" + fifo + "'; shift; exec \"$@\"");
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileTheOneWhoAskedEnds) {
+    usePkexec("exec <&- >&-; read line < '" + fifo + "'; exit 126");
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::canceled);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolRuns) {
+    const auto authorization = obtainedWithSink();
+    const PrivilegedLaunch launch = authorization->execute("/await", {fifo});
+    launch.tool->waitUntilEnded();
+    EXPECT_TRUE(sink.freed);
+    EXPECT_EQ(readAll(*launch.tool), "go");
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolsOutputIsAwaited) {
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(readAll(*authorization->execute("/await", {fifo}).tool), "go");
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAnEarlierToolHoldsUpTheNext) {
+    const auto authorization = obtainedWithSink();
+    static_cast<void>(authorization->execute("/await", {fifo}));
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolThatNobodyWaitsForIsLeftToFinish) {
+    auto authorization = obtainedWithSink();
+    static_cast<void>(authorization->execute("/await", {fifo}));
+    authorization.reset();
+    EXPECT_TRUE(sink.freed);
 }
 
 TEST_F(LinuxAuthorizationTest, RefusesArgumentsThatFitInNoMessageAndGoesOn) {

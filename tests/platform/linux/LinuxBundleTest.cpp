@@ -80,6 +80,18 @@ TEST_F(LinuxBundleTest, WithoutEnglishSpeaksTheFirstLanguageByName) {
     EXPECT_EQ(greetingFor({"ja"}), "Bonjour");
 }
 
+TEST_F(LinuxBundleTest, SaysWhichLanguageItSpeaks) {
+    EXPECT_EQ(bundleFor({"de"}).localization(), "");
+    addTexts("de", "Hallo");
+    addTexts("en", "Hello");
+    EXPECT_EQ(bundleFor({"fr", "de_AT", "en"}).localization(), "de");
+    EXPECT_EQ(bundleFor({"ja"}).localization(), "en");
+    EXPECT_EQ(bundleFor({}).localization(), "en");
+    // A whole file of another language may stand in; that is not the language.
+    addResource("en.lproj/license.txt", "license");
+    EXPECT_EQ(bundleFor({"de"}).localization(), "de");
+}
+
 TEST_F(LinuxBundleTest, ALanguageThatIsAFileIsNone) {
     addTexts("en", "Hello");
     addResource("de.lproj", "no folder");

@@ -86,6 +86,38 @@ TEST_F(LinuxPreferencesStoreTest, ASecondSynchronizeWritesNothingMore) {
     EXPECT_FALSE(std::filesystem::exists(home_.at(fileBelowHome)));
 }
 
+TEST_F(LinuxPreferencesStoreTest, SynchronizeAllWritesEveryDomainThatWasSet) {
+    store_.setValue("com.example.one", "a", true);
+    store_.setValue("com.example.two", "a", true);
+    static_cast<void>(store_.value("com.example.only read", "a"));
+    EXPECT_TRUE(store_.synchronizeAll());
+    EXPECT_THAT(home_.names("Library/Preferences"),
+                testing::UnorderedElementsAre("com.example.one.plist", "com.example.two.plist"));
+}
+
+TEST_F(LinuxPreferencesStoreTest, SynchronizeAllWritesNothingWhereNothingIsLeftToWrite) {
+    static_cast<void>(store_.value(domain, "a"));
+    EXPECT_TRUE(store_.synchronizeAll());
+    expectNothingWritten();
+    store_.setValue(domain, "a", true);
+    EXPECT_TRUE(store_.synchronize(domain));
+    std::filesystem::remove(home_.at(fileBelowHome));
+    EXPECT_TRUE(store_.synchronizeAll());
+    EXPECT_FALSE(std::filesystem::exists(home_.at(fileBelowHome)));
+}
+
+TEST_F(LinuxPreferencesStoreTest, ADomainThatCannotBeWrittenDoesNotHoldUpTheOthers) {
+    // A file that cannot be read is never replaced.
+    home_.addFolder("Library/Preferences/com.example.closed.plist");
+    store_.setValue("com.example.closed", "a", true);
+    store_.setValue(domain, "a", true);
+    EXPECT_FALSE(store_.synchronizeAll());
+    EXPECT_EQ(onDisk("a"), PreferenceValue(true));
+    std::filesystem::remove(home_.at("Library/Preferences/com.example.closed.plist"));
+    EXPECT_TRUE(store_.synchronizeAll());
+    EXPECT_TRUE(std::filesystem::exists(home_.at("Library/Preferences/com.example.closed.plist")));
+}
+
 TEST_F(LinuxPreferencesStoreTest, ARemovedKeyIsGoneAtOnceAndFromTheDiskAfterSynchronize) {
     store_.setValue(domain, "a", true);
     store_.setValue(domain, "b", true);

@@ -72,6 +72,29 @@ TEST(LinuxSearchPaths, EveryFixedFolderLiesOnTheTargetVolume) {
     EXPECT_EQ(paths.userApplicationsFolder(), std::nullopt);
 }
 
+TEST(LinuxSearchPaths, TheHomeFolderLiesOnTheTargetVolumeWhateverTheRunningSystemsIs) {
+    auto values = someone();
+    values.targetVolume = "/Volumes/Other Disk";
+    for (const auto& home :
+         {std::optional<std::string>("/Volumes/Other Disk/home/someone"),
+          std::optional<std::string>("/home/somebody else"), std::optional<std::string>()}) {
+        values.home = home;
+        const LinuxSearchPaths paths(values);
+        const SearchPaths& known = paths;
+        EXPECT_EQ(known.homeFolder(), "/Volumes/Other Disk/Users/someone");
+        EXPECT_EQ(known.userPreferencesFolder(), *known.homeFolder() + "/Library/Preferences");
+        EXPECT_EQ(known.userApplicationSupportFolder(),
+                  *known.homeFolder() + "/Library/Application Support");
+        EXPECT_EQ(known.asSeenOnTargetVolume(*known.homeFolder()), "/Users/someone");
+    }
+}
+
+TEST(LinuxSearchPaths, AUserWithoutAHomeFolderHasNone) {
+    auto values = someone();
+    values.home.reset();
+    EXPECT_EQ(LinuxSearchPaths(values).homeFolder(), std::nullopt);
+}
+
 struct VolumeRow {
     const char* name;
     std::string path;

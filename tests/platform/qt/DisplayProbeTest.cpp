@@ -1,4 +1,5 @@
 #include <map>
+#include <memory>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -18,29 +19,37 @@ class DisplayProbeTest : public testing::Test {
                                      const auto found = environment.find(name);
                                      return found == environment.end() ? "" : found->second;
                                  },
-                             .reachesXServer = [this] { return xServer; },
+                             .connectToXServer = [this] { return xServer; },
                              .reachesWaylandCompositor =
                                  [this](const std::string& name) { return name == compositor; },
                              .hasWaylandPlugin = waylandPlugin});
     }
 
     std::map<std::string, std::string> environment;
-    bool xServer = false;
+    std::shared_ptr<void> xServer;
     std::string compositor = "none";
     bool waylandPlugin = true;
 };
 
 TEST_F(DisplayProbeTest, WithoutADisplayThereIsNoWindow) {
-    xServer = true;
+    xServer = std::make_shared<int>();
     EXPECT_FALSE(probe().usable);
     EXPECT_THAT(probe().reason, HasSubstr("neither DISPLAY nor WAYLAND_DISPLAY"));
 }
 
 TEST_F(DisplayProbeTest, AnXServerThatAnswersWillDo) {
     environment["DISPLAY"] = ":7";
-    xServer = true;
+    xServer = std::make_shared<int>();
     EXPECT_TRUE(probe().usable);
     EXPECT_EQ(probe().platform, "");
+}
+
+TEST_F(DisplayProbeTest, TheConnectionToTheXServerIsHeldForTheToolkit) {
+    environment["DISPLAY"] = ":7";
+    xServer = std::make_shared<int>();
+    EXPECT_EQ(probe().connection, xServer);
+    environment["QT_QPA_PLATFORM"] = "xcb";
+    EXPECT_EQ(probe().connection, xServer);
 }
 
 TEST_F(DisplayProbeTest, AnXServerThatRefusesIsNamed) {
@@ -95,7 +104,7 @@ TEST_F(DisplayProbeTest, ANamedPlatformNeedsItsOwnServer) {
 
 TEST_F(DisplayProbeTest, AnUnknownPlatformIsRefused) {
     environment = {{"DISPLAY", ":7"}, {"QT_QPA_PLATFORM", "crystal-ball"}};
-    xServer = true;
+    xServer = std::make_shared<int>();
     EXPECT_FALSE(probe().usable);
     EXPECT_THAT(probe().reason, HasSubstr("crystal-ball"));
 }

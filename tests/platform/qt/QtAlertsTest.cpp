@@ -14,6 +14,7 @@
 
 #include "platform/qt/ModalDialog.h"
 #include "platform/qt/QtAlerts.h"
+#include "support/FakePlatform.h"
 
 namespace {
 
@@ -40,7 +41,8 @@ std::size_t answerAfter(const Alert& alert, const std::function<void(QMessageBox
         act(box);
         return true;
     });
-    QtAlerts alerts;
+    const test::FakeBundle bundle;
+    QtAlerts alerts(bundle);
     return alerts.runModal(alert);
 }
 

@@ -12,8 +12,8 @@ namespace installer {
 
 namespace {
 
-/// How much is copied between two calls of the progress.
-constexpr off_t chunkSize = 8 << 20;
+/// How much is copied between two calls of the progress: a slow disk takes some 50 ms for it.
+constexpr off_t chunkSize = 1 << 20;
 constexpr std::size_t bufferSize = 256 << 10;
 constexpr off_t statusBlockSize = 512;
 

@@ -43,6 +43,7 @@ class FolderCopier : public TreeVisitor {
     }
 
     std::error_code visitEntry(int parent, const std::string& name, unsigned char type) override {
+        if (progress_) progress_(0);
         if (type == DT_LNK) return copyLink(parent, name);
         return type == DT_REG ? copyFile(parent, name) : systemError(EINVAL);
     }

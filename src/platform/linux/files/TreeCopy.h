@@ -9,7 +9,8 @@
 
 namespace installer {
 
-/// Called with the number of bytes copied since the last call.
+/// Called with the number of bytes copied since the last call: at least once for each MiB, and with
+/// 0 at each entry of a folder, so that a copy of many empty ones is seen to go on.
 using CopyProgress = std::function<void(std::uint64_t)>;
 
 /// Copies an entry and everything in it, as `FileManager::copy` promises: whole or not at all

@@ -35,11 +35,11 @@ TEST(TreeCopyContents, ABigFileArrivesWholeAndIsToldInPieces) {
     std::uint64_t sum = 0;
     for (const auto bytes : told) {
         EXPECT_GT(bytes, 0U);
-        EXPECT_LE(bytes, 8 * mebibyte);
+        EXPECT_LE(bytes, mebibyte);
         sum += bytes;
     }
     EXPECT_EQ(sum, text.size());
-    EXPECT_GE(told.size(), 3U);
+    EXPECT_GE(told.size(), 21U);
 }
 
 TEST(TreeCopyContents, AnEmptyFileStaysEmpty) {
@@ -48,6 +48,20 @@ TEST(TreeCopyContents, AnEmptyFileStaysEmpty) {
     ASSERT_FALSE(copyTree(disk.path("file"), disk.path("copy"), LinkPolicy::follow,
                           [](std::uint64_t) { ADD_FAILURE() << "nothing was copied"; }));
     EXPECT_EQ(disk.contents("copy"), "");
+}
+
+TEST(TreeCopyContents, EntriesWithoutBytesAreSeenToGoOn) {
+    const Disk disk;
+    disk.makeFolder("folder");
+    for (const char* name : {"folder/a", "folder/b"}) disk.makeFile(name);
+    disk.makeLink("nowhere", "folder/c");
+    int calls = 0;
+    ASSERT_FALSE(copyTree(disk.path("folder"), disk.path("copy"), LinkPolicy::follow,
+                          [&](std::uint64_t bytes) {
+                              EXPECT_EQ(bytes, 0U);
+                              ++calls;
+                          }));
+    EXPECT_EQ(calls, 3);
 }
 
 // The kernel refuses to copy from /proc to a disk by itself, so that this goes through a buffer.

@@ -1,0 +1,128 @@
+#include <cstddef>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/Announcements.h"
+#include "app/Wizard.h"
+
+// Walks through the wizard's own steps; those of SetupControllerNavigationTest are scripted.
+
+namespace installer::test {
+namespace {
+
+using testing::ElementsAre;
+
+class WizardWalkTest : public WizardTest {};
+
+TEST_F(WizardWalkTest, WithNothingRunningTheHostsLeadStraightToTheCompletion) {
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.memory.addFile("/Installer.app/Contents/Resources/files/PHOTOSHOP/run.jsx");
+    start();
+    goTo(1);
+    EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
+    wizard->nextView(nullptr);
+    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
+    EXPECT_THAT(highlighted(), ElementsAre(4));
+    EXPECT_EQ(textOf("mainLabelText"), "Finished");
+    EXPECT_TRUE(flagOf("successfulInstall"));
+    EXPECT_TRUE(flagOf("enableForward"));
+    EXPECT_FALSE(flagOf("enableBackward"));
+    EXPECT_TRUE(fake.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
+}
+
+TEST_F(WizardWalkTest, TheWizardsOwnStepsAreAnnouncedInsideOneAnotherToo) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    recordAnnouncements();
+    wizard->nextView(nullptr);
+    const Lines untilTheInstallation = joined(
+        {announcedBefore,
+         {"will enableForward", "did enableForward"},
+         announcedBefore,
+         {"will enableForward", "will enableBackward", "will canProceed", "will copyInProgress",
+          "did enableForward", "did enableBackward", "did canProceed", "did copyInProgress"}});
+    const Lines fromTheCompletionOn = joined({announcedBefore,
+                                              {"will informativeText", "will successfulInstall",
+                                               "did informativeText", "did successfulInstall"},
+                                              announcedAfter,
+                                              {"did successfulInstall"},
+                                              announcedAfter,
+                                              announcedAfter});
+    const auto first = static_cast<std::ptrdiff_t>(untilTheInstallation.size());
+    const auto last = static_cast<std::ptrdiff_t>(fromTheCompletionOn.size());
+    ASSERT_GT(events.size(), untilTheInstallation.size() + fromTheCompletionOn.size());
+    EXPECT_EQ(Lines(events.begin(), events.begin() + first), untilTheInstallation);
+    EXPECT_EQ(Lines(events.end() - last, events.end()), fromTheCompletionOn);
+}
+
+TEST_F(WizardWalkTest, ARunningHostHoldsTheWizardUp) {
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.running = {"Photoshop CS6"};
+    start();
+    goTo(2);
+    EXPECT_THAT(visibleViews(), ElementsAre("rtfView"));
+    EXPECT_FALSE(flagOf("enableForward"));
+    wizard->nextView(nullptr);
+    EXPECT_THAT(highlighted(), ElementsAre(2));
+    wizard->previousView(nullptr);
+    EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
+}
+
+TEST_F(WizardWalkTest, AHostThatNobodyWantsMayRun) {
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.running = {"Photoshop CS6"};
+    start();
+    goTo(1);
+    wizard->setRowChecked("foundHosts", 0, false);
+    wizard->nextView(nullptr);
+    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
+}
+
+TEST_F(WizardWalkTest, DuringTheInstallationTheWindowStaysAndNoButtonMoves) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    bool asked = false;
+    fake.eventLoop.duringTurn = [&] {
+        if (asked || !flagOf("copyInProgress")) return;
+        asked = true;
+        EXPECT_FALSE(flagOf("canClose"));
+        EXPECT_FALSE(flagOf("enableForward"));
+        EXPECT_FALSE(flagOf("enableBackward"));
+        EXPECT_FALSE(wizard->shouldChangeText("\n"));
+        wizard->performAction("previousView", nullptr);
+        wizard->performAction("quit", nullptr);
+        EXPECT_THAT(highlighted(), ElementsAre(3));
+        EXPECT_EQ(timesClosed(), 0);
+    };
+    wizard->nextView(nullptr);
+    EXPECT_TRUE(asked);
+    EXPECT_THAT(highlighted(), ElementsAre(4));
+    EXPECT_TRUE(flagOf("canClose"));
+}
+
+TEST_F(WizardWalkTest, APressAsTheInstallationEndsDoesNotSkipTheLastPage) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    bool wasInProgress = false;
+    bool pressed = false;
+    fake.eventLoop.duringTurn = [&] {
+        if (wasInProgress && !flagOf("copyInProgress") && !pressed) {
+            pressed = true;
+            wizard->performAction("nextView", nullptr);
+        }
+        wasInProgress = flagOf("copyInProgress");
+    };
+    wizard->nextView(nullptr);
+    EXPECT_TRUE(pressed);
+    EXPECT_THAT(visibleViews(), ElementsAre("registerView"));
+    EXPECT_TRUE(flagOf("successfulInstall"));
+    EXPECT_EQ(timesClosed(), 0);
+}
+
+}  // namespace
+}  // namespace installer::test
