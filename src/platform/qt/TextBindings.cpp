@@ -32,6 +32,15 @@ void showPlain(QLabel& label, const QString& text) {
     label.setText(text);
 }
 
+/// While texts of different lengths take turns, what stands below them must not move up and down.
+void keepHeight(QLabel& label, const QString& nextText) {
+    if (nextText.isEmpty()) {
+        label.setMinimumHeight(0);
+    } else if (label.isVisible()) {
+        label.setMinimumHeight(label.height());
+    }
+}
+
 /// A text in a browser. The same text shown again, in other colours or not, stays where the user
 /// has scrolled to.
 class BrowserText {
@@ -131,6 +140,7 @@ ShowValue plainTextBinding(QObject& control, const BindingContext& /*context*/) 
     return [label](const PropertyValue& value) {
         const auto* plain = std::get_if<std::string>(&value);
         const QString text = plain ? toQt(*plain) : QString();
+        keepHeight(*label, text);
         showPlain(*label, wrappable(text));
         label->setAccessibleName(text);
         label->setVisible(!text.isEmpty());
