@@ -100,7 +100,7 @@ void ColorScheme::apply() {
         QApplication::setPalette(QPalette());
         return;
     }
-    QApplication::setStyle(new WindowStyle);
+    WindowStyle::setApplicationStyle();
     QApplication::setPalette(darkPalette());
 }
 

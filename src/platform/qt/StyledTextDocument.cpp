@@ -70,7 +70,7 @@ QString lineBroken(const std::string& text) {
 }  // namespace
 
 TextLook TextLook::of(const QWidget& widget) {
-    const QPalette palette = widget.palette();
+    const QPalette& palette = widget.palette();
     const QColor base = palette.color(QPalette::Base);
     return {.font = widget.font(),
             .ground = base.alpha() == 0 ? palette.color(QPalette::Window) : base,

@@ -2,7 +2,6 @@
 
 #include <QColor>
 #include <QFont>
-#include <Qt>
 
 #include "foundation/StyledText.h"
 

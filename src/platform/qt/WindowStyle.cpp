@@ -26,8 +26,14 @@ void drawFrame(QPainter& painter, const QStyleOption& option) {
 
 WindowStyle::WindowStyle() : QProxyStyle(toolkitsOwn) {}
 
+void WindowStyle::setApplicationStyle() {
+    QStyle* style = new WindowStyle;
+    style->setParent(qApp);
+    QApplication::setStyle(style);
+}
+
 void WindowStyle::replaceToolkitsOwn() {
-    if (QApplication::style()->name() == toolkitsOwn) QApplication::setStyle(new WindowStyle);
+    if (QApplication::style()->name() == toolkitsOwn) setApplicationStyle();
 }
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,

@@ -11,6 +11,7 @@ class WindowStyle final : public QProxyStyle {
   public:
     WindowStyle();
 
+    static void setApplicationStyle();
     /// Gives the application this style where it has the toolkit's own.
     static void replaceToolkitsOwn();
 
