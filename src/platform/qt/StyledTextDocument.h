@@ -2,7 +2,7 @@
 
 #include <QColor>
 #include <QFont>
-#include <Qt>
+#include <QtCore/Qt>
 
 #include "foundation/StyledText.h"
 
