@@ -49,7 +49,7 @@ class CustomPage:
 
     def test_the_path_cannot_be_typed(self):
         window = self.start_at_custom_page()
-        self.assertNotIn("editable", self.custom_folder(window).states)
+        self.assertIn("read-only", self.custom_folder(window).states)
 
 
 class CustomInstallWithoutHosts(CustomPage, WindowTest):

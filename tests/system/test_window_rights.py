@@ -53,9 +53,10 @@ class OrdinaryUser(WindowTest):
         for path in [*self.installed, "/Applications/Tool.app/Contents/tool.txt"]:
             self.assertInstalled(path, owner=self.user)
 
-    def test_the_page_says_why_rights_will_be_asked_for(self):
+    def test_before_rights_are_asked_for_it_says_why(self):
         self.rule.write_text(f"{LOGIN} ALL=(root) NOPASSWD: ALL\n")
-        window = self.install(self.reach_hosts(self.start()))
+        # A program that could ask is there, though it is not needed.
+        window = self.install(self.reach_hosts(self.start(SUDO_ASKPASS="/bin/false")))
         reason = self.text("authorization_reason", self.product.name, self.product.company)
         self.assertIn(reason, window.messages)
 

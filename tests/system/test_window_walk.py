@@ -43,7 +43,7 @@ class WholeWalk(WindowTest):
         self.assertEqual(self.desktop.opened(), [self.help_address()])
 
     def test_a_host_without_its_tick_gets_nothing_and_the_others_all(self):
-        wanted = self.photoshop("Adobe Photoshop CS6") + self.photoshop("Adobe Photoshop CC 2019")
+        wanted = self.photoshop("Adobe Photoshop CS6") + self.photoshop("Adobe Photoshop CC 2014")
         unwanted = self.photoshop("Adobe Photoshop CC 2015")
         window = self.reach_hosts(self.start())
         window.set_row_checked("Adobe Photoshop CC 2015", False)

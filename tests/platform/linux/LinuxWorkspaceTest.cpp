@@ -1,10 +1,8 @@
 #include <fstream>
-#include <memory>
-#include <sstream>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -23,7 +21,6 @@ namespace {
 
 using test::addScript;
 using test::ScratchFolder;
-using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;

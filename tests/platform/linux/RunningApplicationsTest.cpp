@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,7 +29,6 @@ using test::forever;
 using test::RunningProgram;
 using test::ScratchFolder;
 using testing::Contains;
-using testing::ElementsAre;
 using testing::Not;
 
 // Names that no other program of this machine has, nor another run of these tests.
@@ -82,7 +81,8 @@ class RunningApplicationsTest : public testing::Test {
     test::RecordingLog log_;
     PollEventLoop loop_;
     LinuxBundles bundles_{{}, log_};
-    std::optional<LinuxWorkspace> workspace_{std::in_place, loop_, bundles_, log_};
+    std::unique_ptr<LinuxWorkspace> workspace_ =
+        std::make_unique<LinuxWorkspace>(loop_, bundles_, log_);
     std::vector<std::string> ended_;
 };
 
@@ -263,6 +263,7 @@ TEST_F(RunningApplicationsTest, NobodyIsToldAfterTheHandleIsGone) {
 
 TEST_F(RunningApplicationsTest, FewDescriptorsAreNotUsedUpAndEveryProgramIsListed) {
     std::vector<RunningProgram> programs;
+    programs.reserve(40);
     const std::string path = addSleeper(disk_, photoshop);
     for (int count = 0; count < 40; ++count) programs.emplace_back(path);
     EXPECT_EQ(tests::inChild([&] {

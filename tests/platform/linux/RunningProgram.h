@@ -10,6 +10,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,14 +26,14 @@ inline std::string addSleeper(const ScratchFolder& folder, const std::string& be
     const std::string path = folder.add(below, "");
     std::filesystem::copy_file(std::filesystem::canonical("/bin/sleep"), path,
                                std::filesystem::copy_options::overwrite_existing);
-    std::filesystem::permissions(path, std::filesystem::perms(0755));
+    EXPECT_EQ(::chmod(path.c_str(), 0755), 0);
     return path;
 }
 
 inline std::string addScript(const ScratchFolder& folder, const std::string& below,
                              const std::string& text) {
     const std::string path = folder.add(below, text);
-    std::filesystem::permissions(path, std::filesystem::perms(0755));
+    EXPECT_EQ(::chmod(path.c_str(), 0755), 0);
     return path;
 }
 
