@@ -5,7 +5,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <utility>
 
 #include "platform/qt/Binding.h"
 #include "platform/qt/Picture.h"
@@ -26,23 +25,52 @@ bool isDefaultButton(const QWidget& widget) {
     return button != nullptr && button->isDefault();
 }
 
-/// Disabling a control that has the focus would hand the focus to its neighbour, so that the next
-/// key would press something that nobody chose. It gets the focus back unless the user has moved.
-/// The default button takes it wherever nothing has it.
-ShowValue enabling(QWidget& widget) {
-    return [&widget, hadFocus = false](const PropertyValue& value) mutable {
-        const bool enabled = isTrue(value);
-        if (enabled == widget.isEnabledTo(widget.parentWidget())) return;
-        if (!enabled && widget.window()->focusWidget() == &widget) {
-            hadFocus = true;
-            widget.clearFocus();
-        }
-        widget.setEnabled(enabled);
-        if (!enabled) return;
-        const bool wantsFocus = std::exchange(hadFocus, false) || isDefaultButton(widget);
-        if (wantsFocus && !widget.window()->focusWidget()) widget.setFocus();
-    };
+/// The next control that keys can go to without pressing a button that nobody chose; null for none.
+QWidget* nextSafeControl(QWidget& from) {
+    for (QWidget* next = from.nextInFocusChain(); next != &from; next = next->nextInFocusChain()) {
+        const bool takesKeys = next->focusPolicy().testFlag(Qt::TabFocus) && next->isEnabled() &&
+                               next->isVisible() && next->window() == from.window();
+        if (takesKeys && !qobject_cast<QPushButton*>(next)) return next;
+    }
+    return nullptr;
 }
+
+/// Enables and disables a control. Disabling one that has the focus would hand the focus to its
+/// neighbour, so that the next key would press something that nobody chose: it goes to a control
+/// where it does no harm, or nowhere. It comes back unless the user has moved it. The default
+/// button takes it wherever nothing has it.
+class Enabling {
+  public:
+    explicit Enabling(QWidget& widget) : widget_(widget) {}
+
+    void operator()(const PropertyValue& value) {
+        const bool enabled = isTrue(value);
+        if (enabled == widget_.isEnabledTo(widget_.parentWidget())) return;
+        if (!enabled && focused() == &widget_) handFocusOn();
+        widget_.setEnabled(enabled);
+        if (enabled) takeFocusBack();
+    }
+
+  private:
+    [[nodiscard]] QWidget* focused() const { return widget_.window()->focusWidget(); }
+
+    void handFocusOn() {
+        hadFocus_ = true;
+        standIn_ = nextSafeControl(widget_);
+        widget_.clearFocus();
+        if (standIn_) standIn_->setFocus();
+    }
+
+    void takeFocusBack() {
+        const bool isFree = !focused() || (hadFocus_ && focused() == standIn_);
+        if (isFree && (hadFocus_ || isDefaultButton(widget_))) widget_.setFocus();
+        hadFocus_ = false;
+    }
+
+    QWidget& widget_;
+    bool hadFocus_ = false;
+    QPointer<QWidget> standIn_;
+};
 
 /// Tells the owner, and shows what the owner has made of it.
 template <class Control>
@@ -71,7 +99,7 @@ bool isTrue(const PropertyValue& value) {
 }
 
 ShowValue enabledBinding(QObject& control, const BindingContext& /*context*/) {
-    if (auto* widget = qobject_cast<QWidget*>(&control)) return enabling(*widget);
+    if (auto* widget = qobject_cast<QWidget*>(&control)) return Enabling(*widget);
     if (auto* action = qobject_cast<QAction*>(&control)) {
         return [action](const PropertyValue& value) { action->setEnabled(isTrue(value)); };
     }

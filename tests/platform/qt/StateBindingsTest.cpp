@@ -72,6 +72,30 @@ TEST_F(StateBindingsTest, AButtonThatWasDisabledWithTheFocusDoesNotHandItToItsNe
     EXPECT_EQ(window.focusWidget(), &named<QPushButton>("backward"));
 }
 
+TEST_F(StateBindingsTest, TheFocusOfADisabledButtonWaitsWhereKeysDoNoHarm) {
+    owner.values["can"] = true;
+    const auto interface = load(
+        control("QMainWindow", "window", {},
+                control("QWidget", "contents", {},
+                        "<layout class=\"QHBoxLayout\"><item>" +
+                            control("QPushButton", "forward", {{"enabledBinding", "can"}}) +
+                            "</item><item>" + control("QPushButton", "other") + "</item><item>" +
+                            control("QCheckBox", "box") + "</item></layout>")));
+    auto& window = named<QMainWindow>("window");
+    window.show();
+    auto& forward = named<QPushButton>("forward");
+    forward.setFocus();
+    owner.change("can", false);
+    EXPECT_EQ(window.focusWidget(), &named<QCheckBox>("box"));
+    owner.change("can", true);
+    EXPECT_EQ(window.focusWidget(), &forward);
+
+    owner.change("can", false);
+    named<QPushButton>("other").setFocus();
+    owner.change("can", true);
+    EXPECT_EQ(window.focusWidget(), &named<QPushButton>("other"));
+}
+
 struct Visibility {
     const char* name;
     PropertyValue value;
