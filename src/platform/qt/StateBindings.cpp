@@ -28,7 +28,7 @@ bool isDefaultButton(const QWidget& widget) {
 /// The next control that keys can go to without pressing a button that nobody chose; null for none.
 QWidget* nextSafeControl(QWidget& from) {
     for (QWidget* next = from.nextInFocusChain(); next != &from; next = next->nextInFocusChain()) {
-        const bool takesKeys = next->focusPolicy().testFlag(Qt::TabFocus) && next->isEnabled() &&
+        const bool takesKeys = (next->focusPolicy() & Qt::TabFocus) != 0 && next->isEnabled() &&
                                next->isVisible() && next->window() == from.window();
         if (takesKeys && !qobject_cast<QPushButton*>(next)) return next;
     }

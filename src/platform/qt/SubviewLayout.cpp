@@ -27,7 +27,20 @@ SubviewLayout::~SubviewLayout() = default;
 
 void SubviewLayout::setFrame(QWidget& view, Frame frame) {
     frames_[&view] = frame;
+    putInReadingOrder(view, frame);
     invalidate();
+}
+
+// Screen readers go through the views in the order in which they are stacked.
+void SubviewLayout::putInReadingOrder(QWidget& view, const Frame& frame) {
+    QWidget* next = nullptr;
+    for (const auto& item : items_) {
+        QWidget* other = item->widget();
+        const auto found = frames_.find(other);
+        if (found == frames_.end() || found->second.area.top() <= frame.area.top()) continue;
+        if (!next || found->second.area.top() < frames_[next].area.top()) next = other;
+    }
+    if (next) view.stackUnder(next);
 }
 
 void SubviewLayout::addItem(QLayoutItem* item) {

@@ -22,7 +22,7 @@ class SubviewLayout final : public QLayout {
     explicit SubviewLayout(QWidget& parent);
     ~SubviewLayout() override;
 
-    /// Sets the frame of a view that is laid out here or will be.
+    /// Sets the frame of a view of this layout.
     void setFrame(QWidget& view, Frame frame);
 
     void addItem(QLayoutItem* item) override;
@@ -38,6 +38,7 @@ class SubviewLayout final : public QLayout {
 
   private:
     enum class Extent { wanted, least };
+    void putInReadingOrder(QWidget& view, const Frame& frame);
     [[nodiscard]] QSize largest(Extent extent) const;
 
     std::vector<std::unique_ptr<QLayoutItem>> items_;

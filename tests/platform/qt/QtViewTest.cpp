@@ -1,6 +1,8 @@
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QVBoxLayout>
 #include <memory>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -140,6 +142,19 @@ TEST_F(QtViewTest, RowsStayAtTheTopAndSpanTheWidthHoweverTheWindowIsResized) {
         EXPECT_EQ(second->geometry(), QRect(0, 30, size.width(), 30));
         EXPECT_EQ(fourth->geometry(), QRect(0, 90, size.width(), 30));
     }
+}
+
+TEST_F(QtViewTest, RowsAreReadAloudFromTheTopWhateverTheOrderOfTheirRegistration) {
+    QWidget* fourth = row(3, 30);
+    QWidget* first = row(0, 30);
+    QWidget* third = row(2, 30);
+    QWidget* second = row(1, 30);
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&window);
+    std::vector<QObject*> order;
+    for (int child = 0; child < list->childCount(); ++child) {
+        order.push_back(list->child(child)->object());
+    }
+    EXPECT_EQ(order, (std::vector<QObject*>{first, second, third, fourth}));
 }
 
 TEST_F(QtViewTest, AListIsAsWideAsItsWidestRowAndAsHighAsAll) {
