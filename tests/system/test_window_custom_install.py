@@ -143,7 +143,8 @@ class FolderPanel(WindowTest):
         self.open()
         for name in ("Photoshop.app", "Package without a suffix", "a file.txt"):
             self.type_path(self.disk.home / name)
-            self.window.press(self.text("browse_path_prompt"))
+            self.window.wait_until_enabled("push button", self.text("browse_path_prompt"),
+                                           enabled=False)
         # The panel is still there, and takes a folder.
         self.type_path(self.shown)
         self.window.press(self.text("browse_path_prompt"))

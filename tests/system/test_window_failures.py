@@ -7,7 +7,7 @@ import unittest
 import display
 from walk import WindowTest
 
-ITEMS = 3000
+ITEMS = 9000
 
 
 class FailedItem(WindowTest):

@@ -104,8 +104,7 @@ class Window:
     def frame(self):
         """The window itself; separators are frames to the accessibility bus as well."""
         return self.wait_until(
-            lambda: next((top for top in self.application.children if top.role == "frame"), None),
-            "the window")
+            lambda: next((control for control in self.controls("frame")), None), "the window")
 
     def shows(self, role, name=None):
         """Whether there is such a control now."""

@@ -47,6 +47,15 @@ void setTexts(QMessageBox& box, const Alert& alert) {
     showAsItIs(box, message, QFont::Normal);
 }
 
+/// The picture says nothing that the title does not, but an image has to have a name.
+void namePicture(const QMessageBox& box) {
+    for (QLabel* label : box.findChildren<QLabel*>()) {
+        if (!label->pixmap(Qt::ReturnByValue).isNull()) {
+            label->setAccessibleName(box.accessibleName());
+        }
+    }
+}
+
 void setPicture(QMessageBox& box, Alert::Style style, const Bundle& bundle) {
     const bool warns = style == Alert::Style::warning;
     box.setIcon(warns ? QMessageBox::Warning : QMessageBox::Information);
@@ -82,6 +91,7 @@ std::size_t QtAlerts::runModal(const Alert& alert) {
     QMessageBox box(windowOnTop());
     setTexts(box, alert);
     setPicture(box, alert.style, bundle_);
+    namePicture(box);
     const std::vector<QPushButton*> buttons = addButtons(box, alert.buttons);
     box.exec();
     if (buttons.empty()) return 0;

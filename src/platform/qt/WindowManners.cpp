@@ -1,5 +1,6 @@
 #include "platform/qt/WindowManners.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QVariant>
@@ -28,6 +29,29 @@ WindowManners::WindowManners(QMainWindow& window) : QObject(&window), window_(wi
     window.installEventFilter(this);
     // A default button presses itself at every repetition of the key.
     for (auto* button : window.findChildren<QPushButton*>()) button->installEventFilter(this);
+    // Queued: whatever took the focus away may be about to enable or to show what shall have it.
+    QObject::connect(
+        qApp, &QApplication::focusChanged, this,
+        [this](QWidget* /*old*/, QWidget* now) {
+            if (now == nullptr) placeFocus();
+        },
+        Qt::QueuedConnection);
+}
+
+void WindowManners::placeFocus() {
+    if (!window_.isActiveWindow() || window_.focusWidget() != nullptr) return;
+    if (QPushButton* button = defaultButton(window_)) {
+        button->setFocus();
+        return;
+    }
+    for (QWidget* next = window_.nextInFocusChain(); next != &window_;
+         next = next->nextInFocusChain()) {
+        const bool canHaveFocus = (next->focusPolicy() & Qt::TabFocus) != 0;
+        if (canHaveFocus && next->isEnabled() && next->isVisible() && next->window() == &window_) {
+            next->setFocus();
+            return;
+        }
+    }
 }
 
 void WindowManners::setClosable(QMainWindow& window, bool closable) {

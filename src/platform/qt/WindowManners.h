@@ -7,8 +7,9 @@ class QPushButton;
 
 namespace installer {
 
-/// What a main window does by itself: it stays open while it must not be closed, and Return
-/// presses the button that has the focus, else the default one.
+/// What a main window does by itself: it stays open while it must not be closed, Return presses
+/// the button that has the focus, else the default one, and the focus never stays nowhere: when the
+/// control that had it is gone the default button gets it, else the first control that can.
 class WindowManners final : public QObject {
   public:
     explicit WindowManners(QMainWindow& window);
@@ -22,6 +23,7 @@ class WindowManners final : public QObject {
 
   private:
     [[nodiscard]] bool pressesButton(const QEvent& event) const;
+    void placeFocus();
 
     QMainWindow& window_;
 };
