@@ -103,7 +103,9 @@ class EveryPage(WindowTest):
         order = window.focus_order()
         first = order.index(min(order, key=lambda control: self.place(control)))
         order = order[first:] + order[:first]
-        self.assertGreater(len(order), 1)
+        pressable = {control.name for role in ("push button", "check box")
+                     for control in window.front_controls(role) if control.enabled}
+        self.assertLessEqual(pressable, {control.name for control in order})
         for before, after in zip(order, order[1:]):
             self.assertTrue(self.comes_before(before, after),
                             f"{after} at {after.extents} has the focus after "

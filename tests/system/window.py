@@ -192,6 +192,9 @@ class Window:
         """The control that keys go to."""
         def find():
             focused = [control for control in self.controls() if control.focused]
+            # The current row says so even while its list has not got the focus.
+            if not any(control.role == "list" for control in focused):
+                focused = [control for control in focused if control.role != "list item"]
             # A row of a list has the focus together with the list, and so has the nameless area
             # in which a view scrolls.
             named = [control for control in focused if control.name]
@@ -233,8 +236,12 @@ class Window:
 
     def focus_order(self, key="Tab"):
         """The controls that the key goes through, until it comes round."""
+        stops = [control for control in self.front_controls()
+                 if control.role != "label" and {"focusable", "enabled"} <= control.states]
         self.keys(key)
         order = [self.focused()]
+        if len(stops) == 1:
+            return order
         while not (control := self.tab(key)).is_same_as(order[0]):
             order.append(control)
             assert len(order) < MOST_CONTROLS, f"never comes round: {[str(c) for c in order]}"
