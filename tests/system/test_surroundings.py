@@ -67,7 +67,7 @@ class Surroundings(SystemTest):
         self.assertEqual(outcome.status, 0)
         self.assertTrue(self.readme.exists())
 
-    def test_anything_but_the_exact_first_argument_starts_the_window_which_is_not_there(self):
+    def test_anything_but_the_exact_first_argument_wants_a_window_and_says_that_there_is_none(self):
         for arguments in ((), ("-QUIET",), ("--quiet",), ("x", "-quiet"), ("-quiet ",), ("",)):
             with self.subTest(arguments):
                 outcome = run(self.product, arguments, self.environment)
