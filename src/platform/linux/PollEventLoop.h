@@ -5,8 +5,8 @@
 #include <map>
 #include <memory>
 
-#include "platform/EventLoop.h"
 #include "platform/DescriptorWatcher.h"
+#include "platform/EventLoop.h"
 
 namespace installer {
 
