@@ -141,7 +141,8 @@ class Displays(WindowTest):
         self.assertRefuses(DISPLAY=":4711")
 
     def test_a_display_that_goes_away_ends_the_installer(self):
-        window = self.start()
+        # The toolkit ends the process where it stands, so nothing is given back in order.
+        window = self.start(ASAN_OPTIONS="detect_leaks=0")
         window.wait_for_label(self.text("license_instructions"))
         display.close_connection(window.front())
         self.assertNotEqual(window.wait_for_end(), 0)
