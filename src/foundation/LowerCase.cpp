@@ -97,27 +97,6 @@ char32_t smallLetter(char32_t point) {
     return static_cast<char32_t>(static_cast<std::int32_t>(point) + row->distance);
 }
 
-void appendUtf8(std::string& text, char32_t point) {
-    const auto continuation = [&](unsigned shift) {
-        text += static_cast<char>(0x80U | ((point >> shift) & 0x3FU));
-    };
-    if (point < 0x80) {
-        text += static_cast<char>(point);
-    } else if (point < 0x800) {
-        text += static_cast<char>(0xC0U | (point >> 6U));
-        continuation(0);
-    } else if (point < 0x10000) {
-        text += static_cast<char>(0xE0U | (point >> 12U));
-        continuation(6);
-        continuation(0);
-    } else {
-        text += static_cast<char>(0xF0U | (point >> 18U));
-        continuation(12);
-        continuation(6);
-        continuation(0);
-    }
-}
-
 }  // namespace
 
 std::string lowerCased(std::string_view text) {

@@ -42,6 +42,27 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t place) {
     return {length, codePoint};
 }
 
+void appendUtf8(std::string& text, char32_t character) {
+    const auto continuation = [&](unsigned shift) {
+        text += static_cast<char>(0x80U | ((character >> shift) & 0x3FU));
+    };
+    if (character < 0x80) {
+        text += static_cast<char>(character);
+    } else if (character < 0x800) {
+        text += static_cast<char>(0xC0U | (character >> 6U));
+        continuation(0);
+    } else if (character < 0x10000) {
+        text += static_cast<char>(0xE0U | (character >> 12U));
+        continuation(6);
+        continuation(0);
+    } else {
+        text += static_cast<char>(0xF0U | (character >> 18U));
+        continuation(12);
+        continuation(6);
+        continuation(0);
+    }
+}
+
 bool isValidUtf8(std::string_view text) {
     for (std::size_t place = 0; place < text.size();) {
         const Utf8Character character = utf8CharacterAt(text, place);

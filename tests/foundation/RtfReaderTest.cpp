@@ -7,6 +7,8 @@
 namespace installer {
 namespace {
 
+using namespace std::string_literals;
+
 using test::errorOf;
 using test::plainTextOfBody;
 using test::textOf;
@@ -67,7 +69,7 @@ TEST(RtfReader, WhatFollowsTheLastGroupIsIgnored) {
 }
 
 TEST(RtfReader, NulsAndOtherControlCharactersAreNoText) {
-    EXPECT_EQ(plainTextOfBody(std::string("a\0b\x01\x7F\\'00\\'1b\\u0?\\u10?\\u133?c", 32)), "abc");
+    EXPECT_EQ(plainTextOfBody("a\0b\x01\x7F\\'00\\'1b\\u0?\\u10?\\u133?c"s), "abc");
 }
 
 TEST(RtfReader, GroupsMayNestDeeplyButNotBeyondAllMeasure) {

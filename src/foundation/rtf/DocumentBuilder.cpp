@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "foundation/rtf/Utf8Output.h"
+#include "foundation/Utf8.h"
 
 namespace installer::rtf {
 
@@ -11,7 +11,7 @@ void DocumentBuilder::add(char32_t character, const CharacterFormat& format) {
         endRun();
         format_ = format;
     }
-    appendUtf8(character, text_);
+    appendUtf8(text_, character);
 }
 
 void DocumentBuilder::endParagraph(const ParagraphFormat& format) {

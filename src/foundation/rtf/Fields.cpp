@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "foundation/Text.h"
-#include "foundation/rtf/Utf8Output.h"
+#include "foundation/Utf8.h"
 
 namespace installer::rtf {
 
@@ -71,7 +71,7 @@ std::int32_t Fields::begin(std::int32_t outer) {
 void Fields::addToInstruction(std::int32_t field, char32_t character) {
     if (field < 0) return;
     Field& changed = fields_[static_cast<std::size_t>(field)];
-    if (!changed.isComplete) appendUtf8(character, changed.instruction);
+    if (!changed.isComplete) appendUtf8(changed.instruction, character);
 }
 
 void Fields::endInstruction(std::int32_t field) {

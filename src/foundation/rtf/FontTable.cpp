@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "foundation/Text.h"
+#include "foundation/Utf8.h"
 #include "foundation/rtf/CodePages.h"
-#include "foundation/rtf/Utf8Output.h"
 
 namespace installer::rtf {
 
@@ -50,7 +50,7 @@ void FontTable::setCodePage(std::optional<int> codePage) {
 }
 
 void FontTable::addToName(char32_t character) {
-    if (number_ && entry_.family.size() <= longestName) appendUtf8(character, entry_.family);
+    if (number_ && entry_.family.size() <= longestName) appendUtf8(entry_.family, character);
 }
 
 void FontTable::end() {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "foundation/Utf8.h"
 #include "platform/linux/StringsTableText.h"
 
 namespace installer {

@@ -112,23 +112,4 @@ StringsTableText decodeStringsTable(std::string_view bytes) {
     return decodeUtf8(bytes);
 }
 
-void appendUtf8(std::string& text, char32_t character) {
-    const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
-    if (character < 0x80) {
-        add(character);
-    } else if (character < 0x800) {
-        add(0xC0 | character >> 6);
-        add(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        add(0xE0 | character >> 12);
-        add(0x80 | (character >> 6 & 0x3F));
-        add(0x80 | (character & 0x3F));
-    } else {
-        add(0xF0 | character >> 18);
-        add(0x80 | (character >> 12 & 0x3F));
-        add(0x80 | (character >> 6 & 0x3F));
-        add(0x80 | (character & 0x3F));
-    }
-}
-
 }  // namespace installer

@@ -20,9 +20,6 @@ inline constexpr char32_t replacementCharacter = 0xFFFD;
 /// character, a NUL too, becomes U+FFFD.
 [[nodiscard]] StringsTableText decodeStringsTable(std::string_view bytes);
 
-/// Appends the character as UTF-8.
-void appendUtf8(std::string& text, char32_t character);
-
 [[nodiscard]] constexpr bool isLeadingSurrogate(char32_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
