@@ -4,6 +4,8 @@ Controls are found by role and visible name on the accessibility bus, never by a
 and pictures go through the display. Every wait has an end and says what it waited for.
 """
 
+import itertools
+import operator
 import os
 import pathlib
 import signal
@@ -168,13 +170,16 @@ class Window:
 
     def focus_front(self):
         """Does what a window manager does: gives the keyboard to the window in front."""
+        patience = itertools.accumulate(itertools.repeat(2), operator.mul, initial=1)
+
         def focus():
             window = self.front()
             if not display.give_focus(window) or window != self.front():
                 return False
-            if poll(lambda: any("active" in top.states for top in self.application.children), 1):
+            if poll(lambda: any("active" in top.states for top in self.application.children), next(patience)):
                 return True
-            # It came while a question was just going away, and so went to that question's window.
+            # It came while a question was just going away, and so went to that question's window;
+            # or the machine is slow, and deserves more time at the next attempt.
             display.take_focus_away()
             return False
         self.wait_until(focus, "the window in front to take keys")
