@@ -97,12 +97,17 @@ class WindowTest(SystemTest):
         """Starts the installer; the test's end is the installer's too."""
         self.started += 1
         messages = self.scratch / f"messages {self.started}"
-        window = Window(self.desktop, self.product.executable,
+        program, *arguments = self.command(arguments)
+        window = Window(self.desktop, program,
                         self.desktop.environment(self.disk.home) |
                         {"LANG": LOCALES[self.language]} | environment,
                         arguments, messages, **self.account())
         self.addCleanup(self.finish, window)
         return window
+
+    def command(self, arguments):
+        """How the installer is started."""
+        return [self.product.executable, *arguments]
 
     def account(self):
         """As whom the installer runs: the options of the process."""
