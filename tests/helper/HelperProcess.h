@@ -39,6 +39,7 @@ class HelperProcess {
 
     [[nodiscard]] bool sendBytes(std::string_view bytes) { return stream().send(bytes); }
     MessageStream& stream() { return *stream_; }
+    [[nodiscard]] int connection() const { return connection_.get(); }
     void closeConnection() { connection_.reset(); }
 
     [[nodiscard]] pid_t process() const { return process_; }
