@@ -43,7 +43,8 @@ class HelperProcess {
     void closeConnection() { connection_.reset(); }
 
     [[nodiscard]] pid_t process() const { return process_; }
-    /// Waits for the helper's end: its exit status, or minus the signal that ended it.
+    /// Waits for the helper's end: its exit status, or minus the signal that ended it. One that
+    /// does not end for a minute is killed.
     int exitStatus();
     /// What it wrote to its standard error until its end.
     [[nodiscard]] std::string standardError();
