@@ -48,8 +48,9 @@ void EarlierCopies::unInstallForHost(const HostModel& host) {
 bool EarlierCopies::canSearch(const std::string& folder) const {
     if (!folder.starts_with('/') || folder == "/") return false;
     if (folder == withSingleSeparators(platform_.searchPaths.onTargetVolume("/"))) return false;
-    const std::vector<std::string> components = split(folder, '/');
-    return std::find(components.begin(), components.end(), "..") == components.end();
+    return std::ranges::none_of(split(folder, '/'), [](const std::string& component) {
+        return component == "." || component == "..";
+    });
 }
 
 /// In the order in which the platform lists the folders. A name in both is searched twice.

@@ -10,7 +10,7 @@ namespace installer {
 /// An entry that a query has found.
 struct FoundFile {
     std::string name;  ///< its path's last component
-    std::string path;  ///< absolute, with single separators, and without "." and ".."
+    std::string path;  ///< below its scope's path as that was given, but with single separators
 };
 
 /// A search for entries by name. It is prepared, started, and gathers its results while the event

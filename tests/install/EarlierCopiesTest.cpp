@@ -279,7 +279,8 @@ TEST_P(NoFolderToSearch, IsNeverSearched) {
 
 INSTANTIATE_TEST_SUITE_P(Paths, NoFolderToSearch,
                          testing::Values("", "/", "///", "My Plug-Ins", "./Plug-Ins", "..",
-                                         "/Volumes/Other", "/Volumes/Other/", "/Applications/..",
+                                         "/Volumes/Other", "/Volumes/Other/", "/.",
+                                         "/Volumes/Other/.", "/Applications/..",
                                          "/Applications/../../Plug-Ins"));
 
 TEST_F(CarryingOnePlugIn, AFolderWithDotsInItsNameIsSearched) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -35,10 +36,23 @@ constexpr uid_t nobody = 65534;
 /// The process as an ordinary user, for as long as it lives. What was started before stays root.
 class OrdinaryUser {
   public:
-    OrdinaryUser() { EXPECT_EQ(::seteuid(nobody), 0); }
-    ~OrdinaryUser() { EXPECT_EQ(::seteuid(0), 0); }
+    OrdinaryUser() {
+        groups_.resize(static_cast<std::size_t>(::getgroups(0, nullptr)));
+        EXPECT_GE(::getgroups(static_cast<int>(groups_.size()), groups_.data()), 0);
+        EXPECT_EQ(::setgroups(0, nullptr), 0);
+        EXPECT_EQ(::setegid(nobody), 0);
+        EXPECT_EQ(::seteuid(nobody), 0);
+    }
+    ~OrdinaryUser() {
+        EXPECT_EQ(::seteuid(0), 0);
+        EXPECT_EQ(::setegid(0), 0);
+        EXPECT_EQ(::setgroups(groups_.size(), groups_.data()), 0);
+    }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+  private:
+    std::vector<gid_t> groups_;
 };
 
 class EndedTool : public PrivilegedTool {

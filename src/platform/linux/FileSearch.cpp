@@ -29,10 +29,11 @@ FileDescriptor openedBelow(int top, const std::string& path) {
     constexpr int flags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     FileDescriptor folder(openat(top, ".", O_PATH | flags));
     for (const std::string& name : split(path, '/')) {
-        if (!name.empty()) folder.reset(openat(folder.get(), name.c_str(), O_PATH | flags));
         if (!folder) return folder;
+        if (!name.empty()) folder.reset(openat(folder.get(), name.c_str(), O_PATH | flags));
     }
-    return FileDescriptor(openat(folder.get(), ".", O_RDONLY | flags));
+    if (folder) folder.reset(openat(folder.get(), ".", O_RDONLY | flags));
+    return folder;
 }
 
 }  // namespace

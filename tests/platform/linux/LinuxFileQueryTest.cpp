@@ -86,7 +86,7 @@ class LinuxFileQueryTest : public testing::Test {
             makeFile("scope/folder" + std::to_string(index) + "/N");
         }
     }
-    static constexpr int manyFolders = 100;
+    static constexpr int manyFolders = 40;
 
     Disk disk;
     PollEventLoop loop;
@@ -151,10 +151,10 @@ TEST_F(LinuxFileQueryTest, PathsWithSingleSeparatorsHoweverTheScopeIsWritten) {
 
 TEST_F(LinuxFileQueryTest, EveryEntryOfAFolderThatIsReadInManyParts) {
     makeFolders("scope/wide");
-    for (int index = 0; index < 5000; ++index) {
-        disk.makeFile("scope/wide/a rather long name to fill the buffer " + std::to_string(index));
+    for (int index = 1000; index < 1500; ++index) {
+        disk.makeFile("scope/wide/" + std::string(200, 'x') + std::to_string(index));
     }
-    EXPECT_THAT(found("*"), SizeIs(5001));
+    EXPECT_THAT(found("*"), SizeIs(501));
 }
 
 TEST_F(LinuxFileQueryTest, SeveralScopesOneAfterTheOther) {
