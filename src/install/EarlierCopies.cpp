@@ -9,7 +9,6 @@
 #include "hosts/HostModel.h"
 #include "install/PlugInFilesModel.h"
 #include "install/PrivilegedCommands.h"
-#include "platform/Bundle.h"
 #include "platform/EventLoop.h"
 #include "platform/FileManager.h"
 #include "platform/FileQuery.h"
@@ -74,21 +73,13 @@ EarlierCopies::Outcome EarlierCopies::removeCopiesNamed(const std::string& name,
     for (std::size_t index = 0; index < count; ++index) {
         const FoundFile found = query.result(index);
         // The query may have found more: a name can hold what is a wildcard to it.
-        if (found.name == name && !isInRunningBundle(found.path) &&
+        if (found.name == name &&
             commands_.removeItem(found.path) == PrivilegedCommands::Outcome::refused) {
             return Outcome::refused;
         }
         platform_.log.log(formatted("found %@ at %@", {found.name, found.path}));
     }
     return Outcome::finished;
-}
-
-/// Whoever picks the folder in which the installer itself lies wants no part of it removed. Its
-/// name and shape tell, since links can give the same folder several paths.
-bool EarlierCopies::isInRunningBundle(const std::string& path) const {
-    const std::string contents = parentPath(platform_.bundle.sharedSupportFolder());
-    const std::string bundleName = lastPathComponent(parentPath(contents));
-    return contains(path, "/" + bundleName + "/" + lastPathComponent(contents) + "/");
 }
 
 }  // namespace installer

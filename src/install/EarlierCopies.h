@@ -29,7 +29,6 @@ class EarlierCopies {
     [[nodiscard]] bool canSearch(const std::string& folder) const;
     [[nodiscard]] std::vector<std::string> searchedNames() const;
     [[nodiscard]] Outcome removeCopiesNamed(const std::string& name, FileQuery& query);
-    [[nodiscard]] bool isInRunningBundle(const std::string& path) const;
 
     Platform& platform_;
     PrivilegedCommands& commands_;

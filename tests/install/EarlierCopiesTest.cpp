@@ -223,22 +223,6 @@ TEST_F(CarryingOnePlugIn, WithoutAnAuthorizationTheFirstRemovalIsRefused) {
     EXPECT_TRUE(memory.exists(folder + "/X"));
 }
 
-TEST_F(CarryingOnePlugIn, WhatLiesInTheRunningInstallerIsNeverRemoved) {
-    const std::string downloads = "/Users/tester/Downloads";
-    fake.bundle.folder = downloads + "/X Installer.app";
-    const std::string contents = "/X Installer.app/Contents";
-    memory.addFile(downloads + contents + "/SharedSupport/PlugIn/X");
-    addFound("X", downloads + contents + "/SharedSupport/PlugIn/X");
-    addFound("X", downloads + contents + "/Resources/files/PHOTOSHOP_PLUGINS/X");
-    // The same folder by way of a link.
-    addFound("X", "/data/Downloads" + contents + "/SharedSupport/PlugIn/X");
-    addFound("X", downloads + "/X");
-    unInstall(host(downloads));
-    EXPECT_THAT(engine.operations(), ElementsAre("find X below " + downloads, "stop",
-                                                 "/bin/rm -fR " + downloads + "/X"));
-    EXPECT_EQ(fake.log.lines.size(), 4U);
-}
-
 // The search.
 
 TEST_F(CarryingOnePlugIn, TheLoopIsTurnedUntilTheSearchHasItsResults) {

@@ -234,18 +234,6 @@ TEST_F(OperationsThroughTheHelper, AUsersLinkInPlaceOfTheFolderRemovesNothing) {
                 testing::ElementsAre("found F.plugin at " + home + "/Plug-Ins/F.plugin"));
 }
 
-TEST_F(OperationsThroughTheHelper, TheRunningInstallerKeepsItsPayload) {
-    volume.write("F.plugin", "old");
-    unInstall(volume.path() + "/../" + volume.path().substr(volume.path().rfind('/') + 1));
-    EXPECT_TRUE(volume.holds("F.plugin")) << "a path with .. is never searched";
-    fake.searchPaths.volume = "/nonexistent";
-    unInstall(volume.path());
-    EXPECT_FALSE(volume.holds("F.plugin"));
-    EXPECT_EQ(contents("Sample Installer.app/Contents/SharedSupport/PlugIn/F.plugin"), "payload");
-    EXPECT_EQ(contents("Sample Installer.app/Contents/SharedSupport/AutoLayer/Layers.jsx"),
-              "payload");
-}
-
 TEST_F(OperationsThroughTheHelper, AnEmptyPathRemovesNothing) {
     volume.write("Plug-Ins/F.plugin", "kept");
     unInstall("");
