@@ -43,8 +43,10 @@ bool entitiesAreHarmless(std::string_view text) {
     return moved <= mostBytesMovedInXml;
 }
 
+/// A text that holds a NUL is read whole, and written to its NUL.
 bool xmlIsHarmless(std::string_view text) {
-    return elementsAreHarmless(text) && entitiesAreHarmless(text);
+    return elementsAreHarmless(text) && entitiesAreHarmless(text) &&
+           text.find('\0') == std::string_view::npos;
 }
 
 /// Follows the references of a binary property list as its reader would, and counts what the reader
@@ -66,12 +68,12 @@ class BinaryWalk {
     }
 
   private:
-    enum class Kind { leaf, text, container };
+    enum class Kind { leaf, text, wideText, container };
 
     struct Object {
         Kind kind = Kind::leaf;
         std::uint64_t first = 0;   ///< where the contents begin
-        std::uint64_t length = 0;  ///< how many references or bytes these are
+        std::uint64_t length = 0;  ///< how many references, bytes or units of two bytes these are
     };
 
     struct Container {
@@ -115,11 +117,10 @@ class BinaryWalk {
                 return Object{Kind::container, first, length};
             case 0xD:
                 return Object{Kind::container, first, 2 * length};
-            case 0x6:
-                // Two bytes each, for which the reader takes room for four.
-                return Object{Kind::leaf, first, 4 * length};
             case 0x5:
                 return Object{Kind::text, first, length};
+            case 0x6:
+                return Object{Kind::wideText, first, length};
             default:
                 return Object{Kind::leaf, first, length};
         }
@@ -127,8 +128,24 @@ class BinaryWalk {
 
     /// The writer would cut it short, and the reader could refuse all that was written.
     [[nodiscard]] bool isBrokenText(const Object& object) const {
-        if (object.kind != Kind::text || object.first > bytes_.size()) return false;
-        return !isUtf8(bytes_.substr(object.first, object.length));
+        if (object.first > bytes_.size()) return false;
+        const std::string_view rest = bytes_.substr(object.first);
+        if (object.kind == Kind::text) {
+            const std::string_view text = rest.substr(0, object.length);
+            return !isUtf8(text) || text.find('\0') != std::string_view::npos;
+        }
+        if (object.kind != Kind::wideText) return false;
+        const std::string_view text = rest.substr(0, 2 * object.length);
+        for (std::size_t place = 0; place + 1 < text.size(); place += 2) {
+            if (text[place] == '\0' && text[place + 1] == '\0') return true;
+        }
+        return false;
+    }
+
+    /// How many bytes the reader takes for the value itself.
+    [[nodiscard]] static std::uint64_t cost(const Object& object) {
+        if (object.kind == Kind::container) return 0;
+        return object.kind == Kind::wideText ? 4 * object.length : object.length;
     }
 
     bool visit(std::uint64_t root) {
@@ -136,11 +153,13 @@ class BinaryWalk {
         std::size_t values = 0;
         std::uint64_t bytes = 0;
         const auto meet = [&](std::uint64_t index) {
+            ++values;
             const auto met = object(index);
-            if (met && met->kind == Kind::container) path.push_back({met->first, met->length});
-            if (met && met->kind != Kind::container) bytes += met->length;
-            return ++values <= mostValues && bytes <= mostBytesInValues &&
-                   path.size() <= deepestNesting && !(met && isBrokenText(*met));
+            if (!met) return values <= mostValues;
+            bytes += cost(*met);
+            if (met->kind == Kind::container) path.push_back({met->first, met->length});
+            return values <= mostValues && bytes <= mostBytesInValues &&
+                   path.size() <= deepestNesting && !isBrokenText(*met);
         };
         if (!meet(root)) return false;
         while (!path.empty()) {

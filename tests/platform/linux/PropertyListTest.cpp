@@ -124,20 +124,21 @@ TEST_P(BrokenPropertyList, IsNone) {
 
 INSTANTIATE_TEST_SUITE_P(
     Files, BrokenPropertyList,
-    testing::Values(BrokenRow{"Empty", ""}, BrokenRow{"OneByte", "<"},
-                    BrokenRow{"Text", "just a text"},
-                    BrokenRow{"RootIsAText", xml("<string>x</string>")},
-                    BrokenRow{"RootIsAList", xml("<array/>")},
-                    BrokenRow{"Truncated",
-                              xml("<dict><key>a</key><string>b</string></dict>").substr(0, 200)},
-                    BrokenRow{"UnknownEntity",
-                              "<!DOCTYPE plist [<!ENTITY file SYSTEM \"file:///etc/passwd\">]>"
-                              "<plist><dict><key>a</key><string>&file;</string></dict></plist>"},
-                    BrokenRow{"Json", "{\"a\": 1}"}, BrokenRow{"BinaryMarkOnly", "bplist00"},
-                    BrokenRow{"BinaryGarbage", "bplist00" + std::string(100, '\xFF')},
-                    BrokenRow{"BinaryZeros", "bplist00" + std::string(100, '\0')},
-                    BrokenRow{"BinaryTruncated", binaryWith({shortText("value")}).substr(0, 20)},
-                    BrokenRow{"BinaryThatHoldsItself", binaryWith({"\xA1" + reference(2)})}),
+    testing::Values(
+        BrokenRow{"Empty", ""}, BrokenRow{"OneByte", "<"}, BrokenRow{"Text", "just a text"},
+        BrokenRow{"RootIsAText", xml("<string>x</string>")},
+        BrokenRow{"RootIsAList", xml("<array/>")},
+        BrokenRow{"Truncated", xml("<dict><key>a</key><string>b</string></dict>").substr(0, 200)},
+        BrokenRow{"UnknownEntity",
+                  "<!DOCTYPE plist [<!ENTITY file SYSTEM \"file:///etc/passwd\">]>"
+                  "<plist><dict><key>a</key><string>&file;</string></dict></plist>"},
+        BrokenRow{"Nul",
+                  xml("<dict><key>a</key><string>b" + std::string(1, '\0') + "c</string></dict>")},
+        BrokenRow{"Json", "{\"a\": 1}"}, BrokenRow{"BinaryMarkOnly", "bplist00"},
+        BrokenRow{"BinaryGarbage", "bplist00" + std::string(100, '\xFF')},
+        BrokenRow{"BinaryZeros", "bplist00" + std::string(100, '\0')},
+        BrokenRow{"BinaryTruncated", binaryWith({shortText("value")}).substr(0, 20)},
+        BrokenRow{"BinaryThatHoldsItself", binaryWith({"\xA1" + reference(2)})}),
     [](const auto& row) { return row.param.name; });
 
 TEST(PropertyList, DeepNestingIsRefusedInXml) {
@@ -242,6 +243,12 @@ TEST(PropertyList, ABinaryListThatRepeatsALongTextIsRefused) {
     }
     EXPECT_TRUE(PropertyList::parse(
         binaryWith({list, "\x5F\x12" + reference(100) + std::string(100, 'x')})));
+}
+
+TEST(PropertyList, ABinaryListWithANulInATextIsRefused) {
+    EXPECT_TRUE(PropertyList::parse(binaryWith({std::string("\x63\x01\0\0a\0b", 7)})));
+    EXPECT_FALSE(PropertyList::parse(binaryWith({std::string("\x63\0a\0\0\0b", 7)})));
+    EXPECT_FALSE(PropertyList::parse(binaryWith({shortText(std::string("a\0b", 3))})));
 }
 
 TEST(PropertyList, ABinaryListWithATextThatIsNotUtf8IsRefused) {
