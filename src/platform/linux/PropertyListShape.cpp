@@ -1,5 +1,6 @@
 #include "platform/linux/PropertyListShape.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -152,14 +153,17 @@ class BinaryWalk {
         std::vector<Container> path;
         std::size_t values = 0;
         std::uint64_t bytes = 0;
+        std::vector<bool> isWhole(std::min<std::uint64_t>(count_, bytes_.size()), false);
         const auto meet = [&](std::uint64_t index) {
             ++values;
             const auto met = object(index);
             if (!met) return values <= mostValues;
             bytes += cost(*met);
             if (met->kind == Kind::container) path.push_back({met->first, met->length});
-            return values <= mostValues && bytes <= mostBytesInValues &&
-                   path.size() <= deepestNesting && !isBrokenText(*met);
+            if (values > mostValues || bytes > mostBytesInValues || path.size() > deepestNesting)
+                return false;
+            isWhole[index] = isWhole[index] || !isBrokenText(*met);
+            return static_cast<bool>(isWhole[index]);
         };
         if (!meet(root)) return false;
         while (!path.empty()) {
