@@ -29,14 +29,23 @@ void DestinationFolders::ensureDirExists(const std::string& path) {
 
 PrivilegedCommands::Outcome DestinationFolders::makeFolder(const std::string& path) {
     if (!files_.createFolders(path, folderPermissions)) {
-        setAttributesRecursive(path, {.owner = run_.loginName,
-                                      .group = InstallRun::group,
-                                      .permissions = folderPermissions});
+        if (isNew(path)) {
+            setAttributesRecursive(path, {.owner = run_.loginName,
+                                          .group = InstallRun::group,
+                                          .permissions = folderPermissions});
+        }
         return PrivilegedCommands::Outcome::finished;
     }
     const auto outcome = commands_.makeFolders(path);
     if (outcome == PrivilegedCommands::Outcome::finished) commands_.giveFolderToUser(path);
     return outcome;
+}
+
+/// A folder that was not seen, or that somebody else has made meanwhile, counts as made too. What
+/// such a one holds belongs to others.
+bool DestinationFolders::isNew(const std::string& folder) const {
+    const auto names = files_.list(folder);
+    return names && names.value().empty();
 }
 
 void DestinationFolders::setAttributesRecursive(const std::string& path,

@@ -27,6 +27,7 @@ class DestinationFolders {
 
   private:
     [[nodiscard]] PrivilegedCommands::Outcome makeFolder(const std::string& path);
+    [[nodiscard]] bool isNew(const std::string& folder) const;
 
     FileManager& files_;
     InstallRun& run_;

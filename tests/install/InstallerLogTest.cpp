@@ -5,6 +5,7 @@
 
 #include "install/EngineParts.h"
 #include "install/InstallerLog.h"
+#include "support/FailingFileManager.h"
 
 namespace installer::test {
 namespace {
@@ -95,32 +96,45 @@ TEST_F(InstallerLogTest, RefusedRightsAreNoneOfItsConcern) {
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
 
-class FullDisk : public WritableFile {
-  public:
-    std::error_code write(std::string_view) override {
-        return std::make_error_code(std::errc::no_space_on_device);
-    }
-};
-
-/// Opens files that cannot be written to.
-class FullFileManager : public RecordingFileManager {
-  public:
-    using RecordingFileManager::RecordingFileManager;
-    Result<std::unique_ptr<WritableFile>> openForWriting(const std::string&) override {
-        std::unique_ptr<WritableFile> file = std::make_unique<FullDisk>();
-        return file;
-    }
-};
-
-TEST_F(InstallerLogTest, AFailedWriteIsOnlyLoggedWithItsReason) {
-    FullFileManager files(memory, fake.journal);
-    Platform platform = platformWith(files, fake);
+TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
+    memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
+    refuseFromCommand(fake, 1);
     installed = {"/A"};
-    InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
-    EXPECT_THAT(fake.log.lines,
-                ElementsAre("can't write to installer log file: " +
-                            std::make_error_code(std::errc::no_space_on_device).message()));
-    EXPECT_FALSE(engine.run.fileOpErrorOccurred);
+    write();
+    EXPECT_EQ(memory.contents(path), "/A\n");
+}
+
+/// A disk on which one call on the opened log fails, the one of that place.
+class FailingLog : public InstallerLogTest {
+  protected:
+    void writeWithFault(const FaultPlan& plan) {
+        installed = {"/A", "/B/C"};
+        Faults faults(plan, 10);
+        FailingFileManager files(memory, faults);
+        Platform platform = platformWith(files, fake);
+        InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
+        EXPECT_FALSE(engine.run.fileOpErrorOccurred);
+        EXPECT_THAT(fake.log.lines,
+                    ElementsAre("can't write to installer log file: " +
+                                std::make_error_code(std::errc::no_space_on_device).message()));
+    }
+};
+
+constexpr std::size_t emptying = 2;
+constexpr std::size_t writing = 3;
+
+TEST_F(FailingLog, IsEmptyInsteadOfEndingInTheMiddleOfAPath) {
+    for (const AfterEffect effect : {AfterEffect::nothing, AfterEffect::part}) {
+        fake.log.lines.clear();
+        writeWithFault(
+            {.place = writing, .afterEffect = effect, .error = std::errc::no_space_on_device});
+        EXPECT_EQ(memory.contents(path), "");
+    }
+}
+
+TEST_F(FailingLog, ThatCannotBeEmptiedIsNotWritten) {
+    writeWithFault({.place = emptying, .error = std::errc::no_space_on_device});
+    EXPECT_EQ(memory.contents(path), "");
 }
 
 }  // namespace
