@@ -95,9 +95,13 @@ class Oracle {
 
     /// A later item replaces one that was installed before, the same one for another host or a
     /// folder that holds it. When that fails, or is refused, the first one is gone.
-    [[nodiscard]] bool wasTakenAway(const std::string& path) const {
-        return report_.authDenied ||
-               std::any_of(report_.failed.begin(), report_.failed.end(),
+    [[nodiscard]] bool wasTakenAway(const ExpectedItem& item) const {
+        return item.isReplacedLater && (report_.authDenied || isReported(item.destination));
+    }
+
+    /// An item that lies in one that failed is reported with it.
+    [[nodiscard]] bool isReported(const std::string& path) const {
+        return std::any_of(report_.failed.begin(), report_.failed.end(),
                            [&](const std::string& failed) { return isAtOrBelow(path, failed); });
     }
 
@@ -130,7 +134,7 @@ class Oracle {
         if (report_.successful) complain(path + " was not installed, and the run has succeeded");
         // Hosts are left out after a failure.
         if (item.isOfAHost || report_.authDenied || !report_.hasAuthorization) return;
-        if (!wasTakenAway(path)) complain(path + " was not installed, and that is not reported");
+        if (!isReported(path)) complain(path + " was not installed, and that is not reported");
     }
 
     /// The list of editors is written without a look at the outcome, and counts as installed.
@@ -194,7 +198,7 @@ class Oracle {
             }
             const State state = stateOf(*item);
             if (state == State::old && couldNotBeRemoved(path)) continue;
-            if (state == State::absent && wasTakenAway(path)) continue;
+            if (state == State::absent && wasTakenAway(*item)) continue;
             if (state != State::whole)
                 complain("the installer log lists what is not there: " + path);
         }

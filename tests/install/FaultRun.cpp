@@ -47,7 +47,7 @@ void prepareFaultScene(FakePlatform& fake, const std::string& volume) {
 }
 
 RunReport runInstallStep(FakePlatform& fake, FileManager& files, Authorizations& authorizations,
-                         Faults& faults) {
+                         Faults& faults, const std::function<void()>& atStart) {
     fake.log.lines.clear();
     fake.alerts.shown.clear();
     Platform sound = platformOf(fake, files, authorizations);
@@ -63,6 +63,7 @@ RunReport runInstallStep(FakePlatform& fake, FileManager& files, Authorizations&
     InstallFilesController controller(platform);
     RunReport report;
     main.onNextView = [&] { report.successful = controller.successfulInstall(); };
+    if (atStart) atStart();
     controller.didEnterWithModel(std::make_shared<InstallFilesModel>(platform),
                                  std::make_shared<FakeView>(), &main, 1);
 

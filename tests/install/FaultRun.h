@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "install/FaultOracle.h"
 #include "platform/Authorization.h"
 #include "platform/FileManager.h"
@@ -12,9 +14,10 @@ namespace installer::test {
 void prepareFaultScene(FakePlatform& fake, const std::string& volume);
 
 /// Runs the wizard's install step for the three hosts of the scene, with the external editors, and
-/// tells how it went. The hosts are looked up with nothing failing; `faults` counts from there.
-/// Ends as told by `Faults::Runaway` when the run does not.
+/// tells how it went. The hosts are looked up with nothing failing; then `atStart` is called, when
+/// there is one, and `faults` counts. Throws `Faults::Runaway` when the run does not end.
 [[nodiscard]] RunReport runInstallStep(FakePlatform& fake, FileManager& files,
-                                       Authorizations& authorizations, Faults& faults);
+                                       Authorizations& authorizations, Faults& faults,
+                                       const std::function<void()>& atStart = {});
 
 }  // namespace installer::test

@@ -110,8 +110,8 @@ DiskTree disk() {
 
 std::vector<ExpectedItem> items() {
     std::vector<ExpectedItem> items;
-    const auto mirrored = [&](const std::string& path) {
-        items.push_back({payload + "/HD" + path, path, false});
+    const auto mirrored = [&](const std::string& path, bool isReplacedLater = false) {
+        items.push_back({payload + "/HD" + path, path, false, isReplacedLater});
     };
     mirrored("/Applications/Tool.app");
     mirrored("/Applications/Newcomer.app");
@@ -119,17 +119,19 @@ std::vector<ExpectedItem> items() {
     mirrored(product + "/new.txt");
     mirrored(product + "/Engine.bundle");
     mirrored(product + "/Looks");
-    mirrored(product + "/Looks/Pack.bundle");
+    // Installed as a bundle first, then once more as a part of its folder.
+    mirrored(product + "/Looks/Pack.bundle", true);
     mirrored(support + "/Acme/Extras/notes.txt");
     for (const std::string& application : {photoshop2019, photoshop2020}) {
         for (const char* name : {"/Presets/run.jsx", "/about.txt"}) {
-            items.push_back({payload + "/PHOTOSHOP" + name, application + name, true});
+            items.push_back({payload + "/PHOTOSHOP" + name, application + name, true, false});
         }
     }
     // The two applications share a plug-in folder.
     for (const std::string& folder : {plugIns, pickedFolder}) {
         for (const char* name : {"/F.plugin", "/lib/extra.8bf"}) {
-            items.push_back({payload + "/PHOTOSHOP_PLUGINS" + name, folder + name, true});
+            items.push_back(
+                {payload + "/PHOTOSHOP_PLUGINS" + name, folder + name, true, folder == plugIns});
         }
     }
     return items;

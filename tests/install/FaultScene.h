@@ -27,6 +27,8 @@ struct ExpectedItem {
     std::string source;
     std::string destination;
     bool isOfAHost = false;
+    /// Another item, or the same one for another host, takes its place later in the run.
+    bool isReplacedLater = false;
 };
 
 /// A disk with the bundle of the installer of a product, its payload for everybody, two Photoshops,

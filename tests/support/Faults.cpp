@@ -20,6 +20,10 @@ void Faults::addLost(Call call) {
     hits_.push_back(std::move(call));
 }
 
+void Faults::addHit() {
+    if (!calls_.empty()) hits_.push_back(calls_.back());
+}
+
 std::string joined(const Faults::Call& call) {
     std::string line;
     for (const std::string& word : call) line += (line.empty() ? "" : " ") + word;

@@ -58,6 +58,9 @@ class Faults {
     /// Counts a command of which it is clear that it fails.
     void addLost(Call call);
 
+    /// The last call was made to fail by somebody else, on its way.
+    void addHit();
+
     [[nodiscard]] const std::vector<Call>& calls() const { return calls_; }
     /// The calls that were made to fail.
     [[nodiscard]] const std::vector<Call>& hits() const { return hits_; }
