@@ -20,6 +20,7 @@
 #include "install/FaultRun.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/faults/DiskScene.h"
+#include "platform/linux/faults/ForkedHelper.h"
 #include "platform/linux/faults/InProcessAuthorizations.h"
 #include "platform/linux/faults/SystemCallFaults.h"
 
@@ -101,7 +102,10 @@ class SceneDisk {
     [[nodiscard]] DiskTree tree() const { return treeOnDisk(folder_.path()); }
 
   private:
-    TemporaryFolder folder_;
+    /// A file system in memory is as real as others, and thousands of trees are made on it.
+    static std::string parent() { return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"; }
+
+    TemporaryFolder folder_{parent()};
 };
 
 struct RunOnDisk {
@@ -119,27 +123,33 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
     }
 
     [[nodiscard]] RunOnDisk run(const SceneDisk& disk, const SystemCallPlan& plan) const {
-        FakePlatform fake;
-        prepareFaultScene(fake, disk.path());
-        fake.searchPaths.login = loginNameOf(user_);
-        const bool isRoot = user_ == 0;
-        LinuxFileManager files(isRoot ? LinkPolicy::trustedOnly : LinkPolicy::follow);
         InProcessAuthorizations authorizations(user_);
         Faults faults;
-        actAs(user_);
         RunOnDisk run;
-        run.report = runInstallStep(fake, files, authorizations, faults, [&] {
+        run.report = runAsTheUser(disk, authorizations, faults, [&] {
             system_call_faults::arm(plan, kernelCopies_, [&] { faults.addHit(); });
         });
         run.calls = system_call_faults::disarm();
-        actAs(0);
-        // What a call that failed was a part of.
-        for (const Faults::Call& call : faults.hits()) {
-            Faults::Call hit;
-            for (const std::string& word : call) hit.push_back(replacingAll(word, disk.path(), ""));
-            run.report.hits.push_back(std::move(hit));
-        }
         return run;
+    }
+
+    [[nodiscard]] RunReport runWithoutFaults(const SceneDisk& disk) const {
+        ForkedHelper helper(user_);
+        Faults none;
+        return runAsTheUser(disk, helper, none, {});
+    }
+
+    [[nodiscard]] RunReport runAsTheUser(const SceneDisk& disk, Authorizations& authorizations,
+                                         Faults& faults,
+                                         const std::function<void()>& atStart) const {
+        FakePlatform fake;
+        prepareFaultScene(fake, disk.path());
+        fake.searchPaths.login = loginNameOf(user_);
+        LinuxFileManager files(user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow);
+        actAs(user_);
+        RunReport report = runInstallStep(fake, files, authorizations, faults, atStart);
+        actAs(0);
+        return report;
     }
 
     [[nodiscard]] std::vector<SystemCall> callsOfACleanRun(const SceneDisk& disk) const {
@@ -171,7 +181,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
             return complaints(before_, after, faulted.report);
         });
         for (const std::string& line : linesFromAnotherProcess([&] {
-                 const RunReport report = run(disk, {}).report;
+                 const RunReport report = runWithoutFaults(disk);
                  auto lines = complaints(before_, disk.tree(), report);
                  if (!report.successful) lines.emplace_back("it failed");
                  return lines;
@@ -193,35 +203,33 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
             << (plan.effect == Effect::done ? ", after its work" : "");
     }
 
-    /// Everything that the call can do, one of the errors each time.
+    /// Something that can go wrong with each call that changes something, and with some of the
+    /// others; over the places, every error and every effect.
     [[nodiscard]] std::vector<SystemCallPlan> someFaultsOf(std::size_t place) const {
-        const SystemCall& call = calls_[place - 1];
-        SystemCallPlan plan = {.place = place, .error = errors.at(place % errors.size())};
-        if (!call.changesSomething) {
-            if (place % 8 != 0) return {};
-            return {plan};
-        }
-        std::vector<SystemCallPlan> plans = {plan};
-        if (call.writes) plan.effect = Effect::shortWrite;
-        if (!call.writes && place % 2 == 0) plan.effect = Effect::done;
-        plan.fromThenOn = place % 3 == 0;
-        if (plan.effect != Effect::none || plan.fromThenOn) plans.push_back(plan);
-        return plans;
+        const std::size_t turn = place / errors.size();
+        if (!calls_[place - 1].changesSomething && place % 16 != 0) return {};
+        std::vector<SystemCallPlan> faults = faultsWith(errors.at(place % errors.size()), place);
+        return {faults.at(turn % faults.size())};
     }
 
     [[nodiscard]] std::vector<SystemCallPlan> allFaultsOf(std::size_t place) const {
-        const SystemCall& call = calls_[place - 1];
-        std::vector<Effect> effects = {Effect::none};
-        if (call.writes) effects.push_back(Effect::shortWrite);
-        if (call.changesSomething && !call.writes) effects.push_back(Effect::done);
         std::vector<SystemCallPlan> plans;
         for (const int error : errors) {
-            for (const Effect effect : effects) {
-                for (const bool fromThenOn : {false, true}) {
-                    plans.push_back({place, fromThenOn, error, effect});
-                }
-            }
+            for (const SystemCallPlan& plan : faultsWith(error, place)) plans.push_back(plan);
         }
+        return plans;
+    }
+
+    [[nodiscard]] std::vector<SystemCallPlan> faultsWith(int error, std::size_t place) const {
+        const SystemCall& call = calls_[place - 1];
+        std::vector<SystemCallPlan> plans = {{.place = place, .error = error}};
+        if (call.writes) {
+            plans.push_back({.place = place, .error = ENOSPC, .effect = Effect::shortWrite});
+        } else if (call.changesSomething) {
+            plans.push_back({.place = place, .error = error, .effect = Effect::done});
+        }
+        // Nothing is interrupted for ever: who is interrupted may try again.
+        if (error != EINTR) plans.push_back({.place = place, .fromThenOn = true, .error = error});
         return plans;
     }
 
@@ -234,6 +242,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
 
 TEST_P(DiskFaults, LeaveEachDestinationWholeAndAreReported) {
     ASSERT_FALSE(calls_.empty());
+
     const bool all = std::getenv("INSTALLER_ALL_DISK_FAULTS") != nullptr;
     for (std::size_t place = 1; place <= calls_.size(); ++place) {
         for (const SystemCallPlan& plan : all ? allFaultsOf(place) : someFaultsOf(place)) {

@@ -4,17 +4,12 @@
 
 #include <unistd.h>
 
+#include "helper/Actions.h"
+#include "helper/InvokingUser.h"
+#include "helper/Policy.h"
+#include "platform/linux/faults/DoneTool.h"
+
 namespace installer::test {
-
-namespace {
-
-class DoneTool : public PrivilegedTool {
-  public:
-    void waitUntilEnded() override {}
-    std::size_t readOutput(std::span<char> /*buffer*/) override { return 0; }
-};
-
-}  // namespace
 
 class InProcessAuthorizations::InProcess : public Authorization {
   public:
@@ -25,8 +20,7 @@ class InProcessAuthorizations::InProcess : public Authorization {
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         const std::optional<Command> command = allowedCommand({tool, arguments}, user_);
-        // The database is the running system's, which is no business of a test.
-        if (command && command->action != Action::refreshDesktopDatabase) {
+        if (command && !isOfTheSystem(tool)) {
             actAs(0);
             static_cast<void>(perform(*command, user_, {}));
             actAs(number_);

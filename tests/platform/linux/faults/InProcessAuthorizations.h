@@ -1,11 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 
-#include "helper/Actions.h"
-#include "helper/InvokingUser.h"
-#include "helper/Policy.h"
+#include <sys/types.h>
+
 #include "platform/Authorization.h"
 
 namespace installer::test {
