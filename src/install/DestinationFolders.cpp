@@ -18,34 +18,31 @@ DestinationFolders::DestinationFolders(Platform& platform, InstallRun& run,
 
 void DestinationFolders::ensureDirExists(const std::string& path) {
     const std::string folder = withSingleSeparators(path);
-    if (files_.exists(folder)) return;
+    if (isThere(folder)) return;
     const std::string parent = parentPath(folder);
-    if (!files_.exists(parent) && makeFolder(parent) == PrivilegedCommands::Outcome::refused) {
+    if (!isThere(parent) && makeFolder(parent) == PrivilegedCommands::Outcome::refused) {
         return;
     }
     // The last thing to do, so it does not matter here whether it was refused.
     static_cast<void>(makeFolder(folder));
 }
 
+/// Looks twice, in two ways: a disk may fail to answer, and a folder that is taken for missing is
+/// given to the user with all that it holds.
+bool DestinationFolders::isThere(const std::string& path) const {
+    return files_.exists(path) || files_.list(path);
+}
+
 PrivilegedCommands::Outcome DestinationFolders::makeFolder(const std::string& path) {
     if (!files_.createFolders(path, folderPermissions)) {
-        if (isNew(path)) {
-            setAttributesRecursive(path, {.owner = run_.loginName,
-                                          .group = InstallRun::group,
-                                          .permissions = folderPermissions});
-        }
+        setAttributesRecursive(path, {.owner = run_.loginName,
+                                      .group = InstallRun::group,
+                                      .permissions = folderPermissions});
         return PrivilegedCommands::Outcome::finished;
     }
     const auto outcome = commands_.makeFolders(path);
     if (outcome == PrivilegedCommands::Outcome::finished) commands_.giveFolderToUser(path);
     return outcome;
-}
-
-/// A folder that was not seen, or that somebody else has made meanwhile, counts as made too. What
-/// such a one holds belongs to others.
-bool DestinationFolders::isNew(const std::string& folder) const {
-    const auto names = files_.list(folder);
-    return names && names.value().empty();
 }
 
 void DestinationFolders::setAttributesRecursive(const std::string& path,

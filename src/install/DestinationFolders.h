@@ -26,8 +26,8 @@ class DestinationFolders {
     void setAttributesRecursive(const std::string& path, const FileAttributeChanges& attributes);
 
   private:
+    [[nodiscard]] bool isThere(const std::string& path) const;
     [[nodiscard]] PrivilegedCommands::Outcome makeFolder(const std::string& path);
-    [[nodiscard]] bool isNew(const std::string& folder) const;
 
     FileManager& files_;
     InstallRun& run_;

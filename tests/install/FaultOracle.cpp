@@ -105,16 +105,6 @@ class Oracle {
                            [&](const std::string& failed) { return isAtOrBelow(path, failed); });
     }
 
-    /// An empty folder that could not be seen counts as made, and gets the owner and the mode of
-    /// one.
-    [[nodiscard]] bool countsAsMade(const std::string& path) const {
-        const auto next = before_.upper_bound(path);
-        const bool wasEmpty = next == before_.end() || !isAtOrBelow(next->first, path);
-        const bool isFolder =
-            after_.at(path).type == FileType::folder && before_.at(path).type == FileType::folder;
-        return isFolder && wasEmpty && wasHit({"exists", path});
-    }
-
     /// What a search of the payload cannot read is passed over.
     [[nodiscard]] bool payloadWasNotReadWhole() const {
         return std::any_of(report_.hits.begin(), report_.hits.end(), [](const Faults::Call& call) {
@@ -234,7 +224,7 @@ class Oracle {
                 if (now->second.type != FileType::folder || !isAboveADestination(path)) {
                     complain(path + " was made");
                 }
-            } else if (old->second != now->second && !countsAsMade(path)) {
+            } else if (old->second != now->second) {
                 complain(path + " has changed");
             }
         }
