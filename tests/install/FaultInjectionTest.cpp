@@ -7,8 +7,8 @@
 
 #include "install/FaultOracle.h"
 #include "install/FaultRun.h"
-#include "install/FaultSweep.h"
 #include "support/FakePlatform.h"
+#include "support/FaultSweep.h"
 
 // Every call of a whole run that can fail, the user's and the administrator's, fails in turn, until
 // a run passes untouched. The calls are those of the platform's interfaces, over a disk in memory.

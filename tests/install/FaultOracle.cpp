@@ -38,6 +38,7 @@ class Oracle {
         checkManifests();
         checkInstallerLog();
         checkReport();
+        checkUnreadFolders();
         checkEverythingElse();
         return std::move(complaints_);
     }
@@ -205,6 +206,16 @@ class Oracle {
         for (const std::string& path : report_.failed) {
             if (!isOneOf("Could not install file: " + path, report_.log)) {
                 complain("the system log does not say what failed: " + path);
+            }
+        }
+    }
+
+    /// A payload folder that cannot be read fails no run, but is said.
+    void checkUnreadFolders() {
+        for (const Faults::Call& call : report_.hits) {
+            if (call.front() != "list" || !isAtOrBelow(call.at(1), fault_scene::payload)) continue;
+            if (!isOneOf("This payload folder cannot be read: " + call.at(1), report_.log)) {
+                complain("the system log does not say what could not be read: " + call.at(1));
             }
         }
     }

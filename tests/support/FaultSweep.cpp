@@ -1,4 +1,4 @@
-#include "install/FaultSweep.h"
+#include "support/FaultSweep.h"
 
 #include <array>
 #include <map>
