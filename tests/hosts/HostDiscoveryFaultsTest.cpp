@@ -120,7 +120,8 @@ TEST_F(DiscoveryFaults, OfAPageGiveItOrALineInTheSystemLog) {
     fake_.memory.addFile("/page.rtf", "{\\rtf1 text}");
     failInTurn(fake_, [&](Platform& platform) {
         fake_.log.lines.clear();
-        EXPECT_NE(rtfResource(platform, "page").has_value(), !fake_.log.lines.empty());
+        const bool isThere = rtfResource(platform, "page").has_value();
+        EXPECT_NE(isThere, !fake_.log.lines.empty());
     });
 }
 
