@@ -18,13 +18,19 @@ DestinationFolders::DestinationFolders(Platform& platform, InstallRun& run,
 
 void DestinationFolders::ensureDirExists(const std::string& path) {
     const std::string folder = withSingleSeparators(path);
-    if (files_.exists(folder)) return;
+    if (isThere(folder)) return;
     const std::string parent = parentPath(folder);
-    if (!files_.exists(parent) && makeFolder(parent) == PrivilegedCommands::Outcome::refused) {
+    if (!isThere(parent) && makeFolder(parent) == PrivilegedCommands::Outcome::refused) {
         return;
     }
     // The last thing to do, so it does not matter here whether it was refused.
     static_cast<void>(makeFolder(folder));
+}
+
+/// Looks twice, in two ways: a disk may fail to answer, and a folder that is taken for missing is
+/// given to the user with all that it holds.
+bool DestinationFolders::isThere(const std::string& path) const {
+    return files_.exists(path) || files_.list(path);
 }
 
 PrivilegedCommands::Outcome DestinationFolders::makeFolder(const std::string& path) {

@@ -26,6 +26,7 @@ class DestinationFolders {
     void setAttributesRecursive(const std::string& path, const FileAttributeChanges& attributes);
 
   private:
+    [[nodiscard]] bool isThere(const std::string& path) const;
     [[nodiscard]] PrivilegedCommands::Outcome makeFolder(const std::string& path);
 
     FileManager& files_;

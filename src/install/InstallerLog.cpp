@@ -1,6 +1,7 @@
 #include "install/InstallerLog.h"
 
 #include <string>
+#include <system_error>
 
 #include "foundation/Format.h"
 #include "install/InstallRun.h"
@@ -16,16 +17,21 @@ void InstallerLog::logInstalledPaths() {
     if (run_.installedPaths.empty()) return;
     const std::string path = PlugInFilesModel(platform_).installerLogPath();
     commands_.renewLogFile(path);
-    const auto file = platform_.files.openForWriting(path);
-    if (!file) {
+    const auto opened = platform_.files.openForWriting(path);
+    if (!opened) {
         platform_.log.log("can't open installer log file for writing");
         return;
     }
     std::string text;
     for (const std::string& installed : run_.installedPaths) text += installed + "\n";
-    if (const auto error = file.value()->write(text)) {
-        platform_.log.log(formatted("can't write to installer log file: %@", {error.message()}));
-    }
+    WritableFile& file = *opened.value();
+    // The commands may have failed, and an old list that is longer would show behind the new one.
+    std::error_code error = file.setSize(0);
+    if (!error) error = file.write(text);
+    if (!error) return;
+    platform_.log.log(formatted("can't write to installer log file: %@", {error.message()}));
+    // The beginning of a path is the path of a folder above it, which is not what was installed.
+    static_cast<void>(file.setSize(0));
 }
 
 }  // namespace installer

@@ -13,8 +13,8 @@ class InstallerLog {
         : platform_(platform), run_(run), commands_(commands) {}
 
     /// Replaces the log by the run's list. A run that installed nothing leaves it as it is. A
-    /// failure is only logged: it never makes the run a failed one. Not atomic: a failed write
-    /// can leave an empty or a shortened log.
+    /// failure is only logged: it never makes the run a failed one. A log that cannot be
+    /// written is empty; where it cannot even be emptied it is the old one, or ends too early.
     void logInstalledPaths();
 
   private:

@@ -67,7 +67,10 @@ void PayloadWarnings::checkHostFolder(const std::string& folder) {
 
 void PayloadWarnings::warnOfHiddenEntries(const std::string& folder) {
     const auto names = files_.list(folder);
-    if (!names) return;
+    if (!names) {
+        platform_.log.log(formatted("This payload folder cannot be read: %@", {folder}));
+        return;
+    }
     for (const std::string& name : names.value()) {
         if (name.starts_with('.')) warn(joinPath(folder, name));
     }

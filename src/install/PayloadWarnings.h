@@ -9,7 +9,8 @@ struct Platform;
 
 /// Tells the makers of a payload, in the system log, what in it is never installed whatever the
 /// hosts: plain files of the disk mirror outside the product folders, hidden entries, links and
-/// special files outside of what is copied whole, and folders that the installer does not know.
+/// special files outside of what is copied whole, and folders that the installer does not know or
+/// cannot read.
 class PayloadWarnings {
   public:
     explicit PayloadWarnings(Platform& platform);

@@ -52,6 +52,10 @@ class WritableFile {
     /// Writes the text at the file's current place (its start, at first), in one call where the
     /// system takes it in one. Not atomic: a failure can leave a part of the text.
     [[nodiscard]] virtual std::error_code write(std::string_view text) = 0;
+
+    /// Cuts the file off at that size, or fills it up with NULs to it. The place where the next
+    /// text goes stays. Atomic: a failure leaves the file as it was.
+    [[nodiscard]] virtual std::error_code setSize(std::uint64_t size) = 0;
 };
 
 /// Everything that the core does with files, as the current user. No operation throws, and none

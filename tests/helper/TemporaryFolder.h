@@ -10,8 +10,8 @@ namespace installer::test {
 /// A folder of a test's own that only root can change, removed with all that is in it.
 class TemporaryFolder {
   public:
-    TemporaryFolder() {
-        std::string name = "/tmp/installer-test-XXXXXX";
+    explicit TemporaryFolder(const std::string& parent = "/tmp") {
+        std::string name = parent + "/installer-test-XXXXXX";
         if (::mkdtemp(name.data()) == nullptr) std::abort();
         path_ = name;
     }

@@ -40,6 +40,26 @@ TEST(EnsureDirExists, TheParentThatWasMissingIsGivenToTheUserAndFoldersAboveItAr
     EXPECT_NE(engine.fake.memory.node("/a")->group, "admin");
 }
 
+/// A disk that does not answer when it is asked whether there is something.
+class BlindFileManager : public RecordingFileManager {
+  public:
+    using RecordingFileManager::RecordingFileManager;
+    bool exists(const std::string&) override { return false; }
+};
+
+TEST(EnsureDirExists, AFolderThatCanBeListedIsThereWhateverElseTheDiskSays) {
+    EngineParts engine;
+    BlindFileManager files(engine.fake.memory, engine.fake.journal);
+    Platform platform = platformWith(files, engine.fake);
+    DestinationFolders folders(platform, engine.run, engine.commands);
+    engine.fake.memory.addFile("/a/b/of somebody else");
+    folders.ensureDirExists("/a/b");
+    EXPECT_THAT(engine.operations(), ElementsAre());
+    folders.ensureDirExists("/a/c");
+    EXPECT_THAT(engine.operations(),
+                ElementsAre("createFolders /a/c 0775", "setAttributes /a/c tester:admin 0775"));
+}
+
 TEST(EnsureDirExists, WhatLiesInAFolderThatTurnedUpMeanwhileIsGivenToTheUserToo) {
     EngineParts engine;
     engine.fake.files.setFault([&](const RecordingFileManager::Operation& operation) {

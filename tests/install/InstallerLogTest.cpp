@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "install/EngineParts.h"
-#include "install/FullDisk.h"
 #include "install/InstallerLog.h"
+#include "support/FailingFileManager.h"
 
 namespace installer::test {
 namespace {
@@ -96,15 +96,45 @@ TEST_F(InstallerLogTest, RefusedRightsAreNoneOfItsConcern) {
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
 
-TEST_F(InstallerLogTest, AFailedWriteIsOnlyLoggedWithItsReason) {
-    FullFileManager files(memory, fake.journal);
-    Platform platform = platformWith(files, fake);
+TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
+    memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
+    refuseFromCommand(fake, 1);
     installed = {"/A"};
-    InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
-    EXPECT_THAT(fake.log.lines,
-                ElementsAre("can't write to installer log file: " +
-                            std::make_error_code(std::errc::no_space_on_device).message()));
-    EXPECT_FALSE(engine.run.fileOpErrorOccurred);
+    write();
+    EXPECT_EQ(memory.contents(path), "/A\n");
+}
+
+/// A disk on which one call on the opened log fails, the one of that place.
+class FailingLog : public InstallerLogTest {
+  protected:
+    void writeWithFault(const FaultPlan& plan) {
+        installed = {"/A", "/B/C"};
+        Faults faults(plan, 10);
+        FailingFileManager files(memory, faults);
+        Platform platform = platformWith(files, fake);
+        InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
+        EXPECT_FALSE(engine.run.fileOpErrorOccurred);
+        EXPECT_THAT(fake.log.lines,
+                    ElementsAre("can't write to installer log file: " +
+                                std::make_error_code(std::errc::no_space_on_device).message()));
+    }
+};
+
+constexpr std::size_t emptying = 2;
+constexpr std::size_t writing = 3;
+
+TEST_F(FailingLog, IsEmptyInsteadOfEndingInTheMiddleOfAPath) {
+    for (const AfterEffect effect : {AfterEffect::nothing, AfterEffect::part}) {
+        fake.log.lines.clear();
+        writeWithFault(
+            {.place = writing, .afterEffect = effect, .error = std::errc::no_space_on_device});
+        EXPECT_EQ(memory.contents(path), "");
+    }
+}
+
+TEST_F(FailingLog, ThatCannotBeEmptiedIsNotWritten) {
+    writeWithFault({.place = emptying, .error = std::errc::no_space_on_device});
+    EXPECT_EQ(memory.contents(path), "");
 }
 
 }  // namespace

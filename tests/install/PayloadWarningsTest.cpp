@@ -88,6 +88,17 @@ TEST_F(PayloadWarningsTest, ABundleWithoutPayloadIsSaid) {
     EXPECT_THAT(fake.log.lines, ElementsAre("There is no payload to install: " + payload));
 }
 
+TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaid) {
+    memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx");
+    fake.files.setFault([](const RecordingFileManager::Operation& operation) {
+        const bool fails = operation.back().ends_with("/Presets");
+        return fails ? std::make_error_code(std::errc::io_error) : std::error_code();
+    });
+    log();
+    EXPECT_THAT(fake.log.lines, ElementsAre("This payload folder cannot be read: " + payload +
+                                            "/PHOTOSHOP/Presets"));
+}
+
 TEST_F(PayloadWarningsTest, NothingIsChanged) {
     memory.addFile(mirror + "/x");
     log();

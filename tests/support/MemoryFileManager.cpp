@@ -1,6 +1,7 @@
 #include "support/MemoryFileManager.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "foundation/PackageName.h"
 #include "foundation/Paths.h"
@@ -33,6 +34,13 @@ class MemoryFileManager::OpenFile : public WritableFile {
         if (file == nullptr) return failure(std::errc::io_error);
         file->contents.replace(std::min(place_, file->contents.size()), text.size(), text);
         place_ += text.size();
+        return {};
+    }
+
+    std::error_code setSize(std::uint64_t size) override {
+        Node* file = files_.find(path_);
+        if (file == nullptr) return failure(std::errc::io_error);
+        file->contents.resize(static_cast<std::size_t>(size));
         return {};
     }
 
@@ -114,9 +122,14 @@ bool MemoryFileManager::mayChange(const std::string& path) const {
 }
 
 std::vector<std::string> MemoryFileManager::entriesOf(const std::string& folder) const {
+    const std::string prefix = folder == "/" ? folder : folder + "/";
     std::vector<std::string> entries;
-    for (const auto& [path, node] : nodes_) {
-        if (path != "/" && parentPath(path) == folder) entries.push_back(path);
+    for (auto node = nodes_.lower_bound(prefix);
+         node != nodes_.end() && node->first.starts_with(prefix); ++node) {
+        const std::string_view name = std::string_view(node->first).substr(prefix.size());
+        if (!name.empty() && name.find('/') == std::string_view::npos) {
+            entries.push_back(node->first);
+        }
     }
     std::sort(entries.begin(), entries.end(),
               [&](const std::string& left, const std::string& right) {
@@ -127,8 +140,9 @@ std::vector<std::string> MemoryFileManager::entriesOf(const std::string& folder)
 
 std::vector<std::string> MemoryFileManager::treeOf(const std::string& path) const {
     std::vector<std::string> tree;
-    for (const auto& [candidate, node] : nodes_) {
-        if (isBelow(candidate, path)) tree.push_back(candidate);
+    for (auto node = nodes_.lower_bound(path);
+         node != nodes_.end() && node->first.starts_with(path); ++node) {
+        if (isBelow(node->first, path)) tree.push_back(node->first);
     }
     return tree;
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxFileManager.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -155,6 +156,17 @@ class OpenedFile : public WritableFile {
   public:
     explicit OpenedFile(FileDescriptor file) : file_(std::move(file)) {}
     std::error_code write(std::string_view text) override { return writeAll(file_.get(), text); }
+
+    std::error_code setSize(std::uint64_t size) override {
+        if (size > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
+            return systemError(EFBIG);
+        }
+        int result = 0;
+        do {
+            result = ftruncate(file_.get(), static_cast<off_t>(size));
+        } while (result != 0 && errno == EINTR);
+        return result == 0 ? std::error_code() : systemError();
+    }
 
   private:
     FileDescriptor file_;

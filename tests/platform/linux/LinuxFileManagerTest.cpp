@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <map>
 
 #include <fcntl.h>
@@ -440,6 +442,21 @@ TEST_F(LinuxFileManagerTest, WritesOverAnExistingFileWithoutEmptyingIt) {
     }
     EXPECT_EQ(disk_.contents("file"), "abcd456789");
     EXPECT_EQ(disk_.mode("file"), 0640U);
+}
+
+TEST_F(LinuxFileManagerTest, CutsAnOpenedFileOffAndFillsItUp) {
+    disk_.makeFile("file", "0123456789");
+    const auto file = files_.openForWriting(path("file"));
+    ASSERT_TRUE(file);
+    EXPECT_FALSE(file.value()->write("ab"));
+    EXPECT_FALSE(file.value()->setSize(4));
+    EXPECT_EQ(disk_.contents("file"), "ab23");
+    EXPECT_FALSE(file.value()->setSize(5));
+    EXPECT_EQ(disk_.contents("file"), std::string("ab23\0", 5));
+    EXPECT_EQ(file.value()->setSize(std::numeric_limits<std::uint64_t>::max()),
+              std::errc::file_too_large);
+    EXPECT_FALSE(file.value()->write("cd"));
+    EXPECT_EQ(disk_.contents("file"), std::string("abcd\0", 5));
 }
 
 TEST_F(LinuxFileManagerTest, OpensForWritingNothingButAnExistingRegularFile) {
