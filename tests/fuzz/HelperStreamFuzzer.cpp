@@ -1,5 +1,6 @@
 // What the privileged helper makes of the bytes that come from its peer: the messages, the policy
-// and the session, all but the deeds themselves. `perform` and `report` are replaced here, and the
+// and the session, all but the deeds themselves. Input: the stream; the policy is asked about the
+// same bytes as a request's texts, too. `perform` and `report` are replaced here, and the
 // real ones are not linked: nothing that is asked for is done.
 
 #include <algorithm>
@@ -120,6 +121,25 @@ void checkMessages(const Decoded& whole, std::string_view stream) {
     }
 }
 
+/// The input as the texts of a request: a fuzzer finds its way past lengths only slowly.
+ToolRequest requestOf(std::string_view texts) {
+    std::vector<std::string> pieces = split(texts, fuzz::separator);
+    ToolRequest request;
+    request.tool = std::move(pieces.front());
+    request.arguments.assign(pieces.begin() + 1, pieces.end());
+    return request;
+}
+
+void checkTexts(std::string_view texts) {
+    const ToolRequest request = requestOf(texts);
+    checkRequest(request);
+    const std::optional<std::string> encoded = encodedRequest(request);
+    if (!encoded) return;
+    const Decoded whole = decoded(*encoded, encoded->size());
+    require(whole.messages.size() == 1 && whole.atBoundary);
+    require(toolRequest(whole.messages.front()) == request);
+}
+
 void checkPieces(const Decoded& whole, std::string_view stream) {
     for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{13}}) {
         const Decoded pieces = decoded(stream, piece);
@@ -197,5 +217,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkMessages(whole, stream);
     checkPieces(whole, stream);
     checkSession(whole, stream);
+    checkTexts(stream);
     return 0;
 }

@@ -55,7 +55,8 @@ void checkPieces(const std::string& text, const std::string& part) {
     const std::string inner = trimmed(text);
     require(text.find(inner) != std::string::npos && trimmed(inner) == inner);
     require(withoutWhiteSpace(inner) == withoutWhiteSpace(text));
-    require(trimmed(withoutWhiteSpace(text)) == withoutWhiteSpace(text));
+    // The broken halves of a character that a space has kept apart can make one without it.
+    require(!isUtf8(text) || trimmed(withoutWhiteSpace(text)) == withoutWhiteSpace(text));
     require(lowerCased(lowerCased(text)) == lowerCased(text));
     require(isUtf8(lowerCased(text)) == isUtf8(text));
 }
