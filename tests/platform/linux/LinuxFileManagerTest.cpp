@@ -421,16 +421,17 @@ TEST_F(LinuxFileManagerTest, CreateFileReplacesALinkAndAFifoButNoFolder) {
     EXPECT_EQ(disk_.names(), (std::vector<std::string>{"fifo", "folder", "link", "target"}));
 }
 
-TEST_F(LinuxFileManagerTest, WritesOverAnExistingFileWithoutEmptyingIt) {
+TEST_F(LinuxFileManagerTest, WritesOverAnExistingFileAndEndsItBehindTheText) {
     disk_.makeFile("file", "0123456789", 0640);
     {
         const auto file = files_.openForWriting(path("file"));
         ASSERT_TRUE(file);
+        EXPECT_EQ(disk_.contents("file"), "0123456789");
         EXPECT_FALSE(file.value()->write("ab"));
         EXPECT_FALSE(file.value()->write("cd"));
         EXPECT_FALSE(file.value()->write(""));
     }
-    EXPECT_EQ(disk_.contents("file"), "abcd456789");
+    EXPECT_EQ(disk_.contents("file"), "abcd");
     EXPECT_EQ(disk_.mode("file"), 0640U);
 }
 
