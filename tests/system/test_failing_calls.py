@@ -10,7 +10,7 @@ import random
 import re
 import unittest
 
-from harness import SystemTest, tree
+from harness import SystemTest, tree, write
 from traced import ROOT, calls_of, install, make_ordinary_user, run_traced
 from versions import ABSENT, EDITORS, Versions, temporaries, wrongly_owned
 
@@ -23,14 +23,15 @@ DISK = ("EIO", "ENOSPC", "EDQUOT", "EACCES", "EROFS")
 ERRORS = {
     "openat": DISK, "mkdirat": DISK, "renameat": DISK, "renameat2": DISK, "unlinkat": DISK,
     "symlinkat": DISK, "linkat": DISK, "fchownat": DISK, "fchown": DISK, "fchmod": DISK,
-    "fchmodat": DISK, "?fchmodat2": DISK, "utimensat": DISK, "copy_file_range": DISK,
+    "fchmodat": DISK, "utimensat": DISK, "copy_file_range": DISK,
     "pwrite64": DISK, "write": DISK, "ftruncate": DISK, "fsync": DISK,
     "openat2": ("EIO", "EACCES"), "newfstatat": ("EIO", "EACCES"), "statx": ("EIO", "EACCES"),
     "fstat": ("EIO",), "getdents64": ("EIO",), "readlinkat": ("EIO",), "read": ("EIO",),
     "pread64": ("EIO",), "flock": ("ENOLCK",), "close": ("EIO",), "flistxattr": ("EIO",),
 }
-# What a signal may interrupt; the run goes on as if nothing had happened.
-INTERRUPTED = ("read", "pread64", "write", "pwrite64", "copy_file_range", "recvfrom", "sendto",
+# What a signal may interrupt; the run goes on as if nothing had happened. Plain reads are left out:
+# the C library reads the list of accounts with them, and does not repeat one.
+INTERRUPTED = ("pread64", "write", "pwrite64", "copy_file_range", "recvfrom", "sendto",
                "poll", "wait4")
 # The first call of each program's own; what comes before is its loader's.
 FIRST_OWN_CALL = {"installer": "socket", "helper": "fcntl"}
@@ -48,6 +49,7 @@ class FailingCalls(SystemTest):
         self.disk, self.environment = self.new_machine()
         self.versions = Versions(self.scratch, 2, 3 << 20, 2)
         self.versions.prepare(self.disk)
+        write("/Library/Somebody Else/kept.txt", "kept")
         self.tally = collections.Counter()
         self.chance = random.Random(SEED)
 
@@ -84,7 +86,7 @@ class FailingCalls(SystemTest):
                 self.install_undisturbed(version)
         self.install_undisturbed(1 - version)
         print(f"\n{account.name}: {dict(self.tally)}")
-        self.assertGreater(self.tally["not complete"], 0, "nothing failed: this proves little")
+        self.assertGreater(self.tally["told of"], 0, "nothing failed: this proves little")
 
     def points(self, who, names):
         """Each call of those names, with its place among those of its name."""
@@ -95,9 +97,8 @@ class FailingCalls(SystemTest):
         found = []
         for place, call in enumerate(calls):
             counted[call] += 1
-            known = "?fchmodat2" if call == "452" else call
-            if place > calls.index(marker) and known in names:
-                found.append((known, counted[call]))
+            if place > calls.index(marker) and call in names:
+                found.append((call, counted[call]))
         return found
 
     def chosen(self, points, count):
@@ -111,13 +112,12 @@ class FailingCalls(SystemTest):
                 for _ in range(count)]
 
     def run_failing(self, version, who, call, number, error):
-        name = "452" if call == "?fchmodat2" else call
         self.tally["runs"] += 1
         return run_traced(self.versions.products[version], self.account, self.environment, who,
-                          ["-e", f"inject={name}:error={error}:when={number}"])
+                          ["-e", f"inject={call}:error={error}:when={number}"])
 
     def fail_one(self, version, point):
-        before = self.versions.states()
+        before, listed = self.versions.states(), self.listed()
         outside = self.outside()
         ended = self.run_failing(version, *point)
         self.assertEqual(ended.status, 0, ended.messages)
@@ -129,15 +129,18 @@ class FailingCalls(SystemTest):
         for item, state in after.items():
             if state != ABSENT and version not in state:
                 self.assertEqual(state, before[item], item)
-        self.check_log(after, int(found.group(2) or found.group(3)), ended)
+        if self.listed() != listed:
+            self.check_log(after, int(found.group(2) or found.group(3)), ended)
         self.assertEqual(self.outside(), outside)
         if not self.is_as_it_should_be(after, version):
             self.assertTrue(not complete or self.new_lines(ended), ended.messages)
+            self.tally["told of"] += 1
 
     def is_as_it_should_be(self, states, version):
-        return (all(state != ABSENT and version in state for state in states.values())
-                and not any(wrongly_owned(item, self.account.number) for item in states
-                            if item != EDITORS)
+        """On purpose nobody asks whether the list of editors could be written."""
+        items = [item for item in states if item != EDITORS]
+        return (all(states[item] != ABSENT and version in states[item] for item in items)
+                and not any(wrongly_owned(item, self.account.number) for item in items)
                 and self.listed() == sorted(self.versions.items))
 
     def listed(self):
@@ -149,7 +152,8 @@ class FailingCalls(SystemTest):
         listed = self.listed()
         for line in listed:
             self.assertIn(line, states, ended.messages)
-            self.assertNotEqual(states[line], ABSENT, f"{line} is listed:\n{ended.messages}")
+            if line != EDITORS:
+                self.assertNotEqual(states[line], ABSENT, f"{line} is listed:\n{ended.messages}")
         if "installer log file" not in ended.messages and installed > 0:
             self.assertEqual(len(listed), installed, ended.messages)
 
@@ -160,9 +164,9 @@ class FailingCalls(SystemTest):
 
     def outside(self):
         """What the run has no business with."""
-        kept = ("/etc", "/usr/local", self.disk.home / "Library/Preferences")
-        return tree(*kept), {entry.name for entry in os.scandir("/tmp")
-                             if entry.name.startswith((".install", "installer."))}
+        return tree(self.scratch / "0/Acme Filters 2 Installer.app/Contents/Resources",
+                    self.disk.home / "Library/Preferences",
+                    "/Library/Somebody Else", "/etc/sudoers.d")
 
     def install_undisturbed(self, version):
         self.check_undisturbed(version, install(self.versions.products[version], self.account,

@@ -19,7 +19,7 @@ SEED = int(os.environ.get("INSTALLER_KILLS_SEED", "1"))
 
 # Between two of these nothing changes that a kill could leave half done.
 CHANGING_CALLS = ("openat", "mkdirat", "renameat", "renameat2", "unlinkat", "fchownat", "fchown",
-                  "fchmod", "?fchmodat2", "utimensat", "copy_file_range", "pwrite64", "write", "symlinkat",
+                  "fchmod", "utimensat", "copy_file_range", "pwrite64", "write", "symlinkat",
                   "linkat", "ftruncate", "flock", "sendto")
 LARGE = 20 << 20
 # Kills that follow each other before a run is left to finish, at most.
@@ -133,8 +133,9 @@ class Kills(SystemTest):
             for line in log.decode().splitlines():
                 self.assertIn(line, states, log)
                 self.assertNotEqual(states[line], ABSENT, log)
-            count = len(log.splitlines())
-            self.assertIn(f"({count} items installed", ended.messages)
+            if "installer log file" not in ended.messages:
+                count = len(log.splitlines())
+                self.assertIn(f"({count} items installed", ended.messages)
         self.assertTrue(log in (None, b"") or log.endswith(b"\n"), log)
         listed = log.decode().splitlines() if log else []
         self.assertLessEqual(set(listed), set(self.versions.items))

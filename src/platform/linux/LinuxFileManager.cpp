@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "foundation/PackageName.h"
+#include "platform/SystemLog.h"
 #include "platform/linux/AdminGroup.h"
 #include "platform/linux/files/EntryMode.h"
 #include "platform/linux/files/FolderCreation.h"
@@ -74,8 +75,8 @@ Result<std::vector<FolderEntry>> entriesOf(const std::string& folder, int linkFl
 
 class FolderWalk {
   public:
-    FolderWalk(WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
-        : depth_(depth), visit_(visit) {}
+    FolderWalk(SystemLog& log, WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
+        : log_(log), depth_(depth), visit_(visit) {}
 
     void run(const std::string& folder) {
         enter(folder, 0);
@@ -106,10 +107,17 @@ class FolderWalk {
 
     void enter(const std::string& folder, int linkFlag) {
         auto entries = entriesOf(folder, linkFlag);
-        if (!entries) return;
+        if (!entries) return report(folder, entries.error());
         levels_.push_back({folder == "/" ? folder : folder + '/', std::move(entries).value()});
     }
 
+    /// What lies in the folder is passed over, so somebody should know.
+    void report(const std::string& folder, std::error_code error) {
+        if (error == std::errc::no_such_file_or_directory) return;
+        log_.log("Could not list the folder " + folder + ": " + error.message());
+    }
+
+    SystemLog& log_;
     WalkDepth depth_;
     const std::function<void(const WalkEntry&)>& visit_;
     std::vector<Level> levels_;
@@ -191,7 +199,13 @@ LinkPolicy LinuxFileManager::linkPolicyOfThisProcess() {
 }
 
 bool LinuxFileManager::exists(const std::string& path) {
-    return static_cast<bool>(statusOf(path));
+    const auto status = statusOf(path);
+    const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
+                           status.error() == std::errc::not_a_directory;
+    // The caller goes on as if nothing was there, so somebody should know.
+    if (!status && !isMissing)
+        log_.log("Could not look at " + path + ": " + status.error().message());
+    return static_cast<bool>(status);
 }
 
 Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folder) {
@@ -207,7 +221,7 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
 
 void LinuxFileManager::walk(const std::string& folder, WalkDepth depth,
                             const std::function<void(const WalkEntry&)>& visit) {
-    if (const auto path = usablePath(folder)) FolderWalk(depth, visit).run(*path);
+    if (const auto path = usablePath(folder)) FolderWalk(log_, depth, visit).run(*path);
 }
 
 bool LinuxFileManager::isPackage(const std::string& path) {

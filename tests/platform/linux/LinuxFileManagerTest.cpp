@@ -1,15 +1,18 @@
 #include <algorithm>
+#include <csignal>
 #include <map>
 
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "platform/linux/AdminGroup.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/files/Disk.h"
+#include "support/FakePlatform.h"
 
 namespace installer::tests {
 namespace {
@@ -40,7 +43,8 @@ class LinuxFileManagerTest : public testing::Test {
     }
 
     Disk disk_;
-    LinuxFileManager files_{LinkPolicy::follow};
+    test::RecordingLog log_;
+    LinuxFileManager files_{log_, LinkPolicy::follow};
 };
 
 TEST_F(LinuxFileManagerTest, TrustsOnlyRootsLinksWhenItActsAsRoot) {
@@ -55,7 +59,7 @@ TEST_F(LinuxFileManagerTest, TrustsOnlyRootsLinksWhenItActsAsRoot) {
 }
 
 TEST_F(LinuxFileManagerTest, ChangesAreRefusedThroughAnUntrustedLinkAndQuestionsAreNot) {
-    LinuxFileManager asRoot(LinkPolicy::trustedOnly);
+    LinuxFileManager asRoot(log_, LinkPolicy::trustedOnly);
     disk_.makeFolder("folder");
     disk_.makeFile("folder/file", "text");
     disk_.makeLink("folder", "link");
@@ -199,6 +203,39 @@ TEST_F(LinuxFileManagerTest, WalkPassesOverWhatCannotBeRead) {
               "a/file a/locked/");
 }
 
+TEST_F(LinuxFileManagerTest, ExistsLogsWhatItCannotLookAt) {
+    EXPECT_FALSE(files_.exists(path("missing/file")));
+    EXPECT_TRUE(log_.lines.empty());
+    const std::string tooLong = path(std::string(300, 'n'));
+    EXPECT_FALSE(files_.exists(tooLong));
+    EXPECT_EQ(log_.lines,
+              std::vector<std::string>{"Could not look at " + tooLong + ": File name too long"});
+}
+
+TEST_F(LinuxFileManagerTest, WalkLogsWhichFolderItCannotListUnlessItIsMissing) {
+    disk_.makeFile("file");
+    walked(path("missing"), WalkDepth::everything);
+    EXPECT_TRUE(log_.lines.empty());
+    walked(path("file"), WalkDepth::everything);
+    EXPECT_EQ(log_.lines, std::vector<std::string>{"Could not list the folder " + path("file") +
+                                                   ": Not a directory"});
+}
+
+TEST_F(LinuxFileManagerTest, AWriteThatFailsLeavesNothingOfItsText) {
+    disk_.makeFile("file", "0123456789");
+    EXPECT_EQ(inChild([&] {
+                  constexpr rlim_t limit = 4;
+                  const rlimit limits{limit, limit};
+                  signal(SIGXFSZ, SIG_IGN);
+                  const auto file = files_.openForWriting(path("file"));
+                  if (!file || setrlimit(RLIMIT_FSIZE, &limits) != 0) return std::string("no file");
+                  if (file.value()->write("ab")) return std::string("the short text failed");
+                  return file.value()->write("longer than that").message();
+              }),
+              "File too large");
+    EXPECT_EQ(disk_.contents("file"), "ab");
+}
+
 TEST_F(LinuxFileManagerTest, WalkBearsThatTheVisitorChangesTheTree) {
     disk_.makeFolder("a");
     for (const char* name : {"a/x", "a/y"}) {
@@ -287,7 +324,7 @@ TEST_F(LinuxFileManagerTest, BytesThatNobodyCanCopyCountAsNone) {
 }
 
 TEST_F(LinuxFileManagerTest, BytesToCopyFollowLinksBeforeTheLastComponentOnly) {
-    LinuxFileManager asRoot(LinkPolicy::trustedOnly);
+    LinuxFileManager asRoot(log_, LinkPolicy::trustedOnly);
     disk_.makeFolder("folder");
     disk_.makeFile("folder/file", "12345");
     disk_.makeLink("folder", "link");
