@@ -121,6 +121,10 @@ class FailingCalls(SystemTest):
         outside = self.outside()
         ended = self.run_failing(version, *point)
         self.assertEqual(ended.status, 0, ended.messages)
+        if "there is nothing to install" in ended.last_line:
+            self.tally["not begun"] += 1
+            self.assertEqual(self.versions.states(), before)
+            return
         found = OUTCOME.search(ended.last_line)
         self.assertTrue(found, ended.messages)
         complete = found.group(0).startswith("The installation is complete")

@@ -45,6 +45,22 @@ class Kills(SystemTest):
         os.chown(self.disk.home, self.user.number, self.user.number)
         self.kill_runs(self.user, KILLS // 2, random.Random(SEED + 1))
 
+    def test_a_helper_lost_among_the_items_leaves_the_list_of_those_before_and_of_no_other(self):
+        self.account = ROOT
+        self.install_undisturbed(0)
+        product = self.versions.products[1]
+        calls = calls_of(product, ROOT, self.environment, "helper", ["fchownat"],
+                         self.scratch / "trace")
+        self.install_undisturbed(0)
+        with traced(product, "helper",
+                    ["-e", f"inject=fchownat:signal=KILL:when={len(calls) * 3 // 4}"]) as command:
+            ended = Installation(product, ROOT, self.environment, command).finish()
+        listed = self.disk.logged_paths(product)
+        self.assertIn(f"installation is not complete ({len(listed)} items", ended.last_line)
+        self.assertTrue(0 < len(listed) < len(self.versions.items), listed)
+        for item in listed:
+            self.assertIn(1, self.versions.state(item), item)
+
     def kill_runs(self, account, count, chance):
         self.account = account
         install(self.versions.products[0], account, self.environment)

@@ -73,6 +73,12 @@ Result<std::vector<FolderEntry>> entriesOf(const std::string& folder, int linkFl
     return listFolder(opened.get());
 }
 
+/// What lies in the folder is passed over, so somebody should know.
+void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error) {
+    if (error == std::errc::no_such_file_or_directory) return;
+    log.log("Could not list the folder " + folder + ": " + error.message());
+}
+
 class FolderWalk {
   public:
     FolderWalk(SystemLog& log, WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
@@ -107,14 +113,8 @@ class FolderWalk {
 
     void enter(const std::string& folder, int linkFlag) {
         auto entries = entriesOf(folder, linkFlag);
-        if (!entries) return report(folder, entries.error());
+        if (!entries) return reportUnlisted(log_, folder, entries.error());
         levels_.push_back({folder == "/" ? folder : folder + '/', std::move(entries).value()});
-    }
-
-    /// What lies in the folder is passed over, so somebody should know.
-    void report(const std::string& folder, std::error_code error) {
-        if (error == std::errc::no_such_file_or_directory) return;
-        log_.log("Could not list the folder " + folder + ": " + error.message());
     }
 
     SystemLog& log_;
@@ -212,7 +212,10 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
     auto entries = entriesOf(*path, 0);
-    if (!entries) return entries.error();
+    if (!entries) {
+        reportUnlisted(log_, folder, entries.error());
+        return entries.error();
+    }
     std::vector<std::string> names;
     names.reserve(entries.value().size());
     for (auto& entry : entries.value()) names.push_back(std::move(entry.name));
