@@ -132,17 +132,17 @@ def run_traced(product, account, environment, who, options, output="/dev/null"):
         return Installation(product, account, environment, command).finish()
 
 
-CALL = re.compile(r"^(\w+)\(")
+CALL = re.compile(r"^(\w+)\(([^,)]*)")
 
 
 def calls_of(product, account, environment, who, names, output):
-    """The names of the calls that a run makes, in their order."""
+    """The calls that a run makes, in their order: name and first argument."""
     write(output, "", 0o666).chmod(0o666)
     run_traced(product, account, environment, who, ["-e", "trace=" + ",".join(names)], output)
     lines = output.read_text(errors="replace").splitlines()
-    found = [match.group(1) for line in lines if (match := CALL.match(line))]
+    found = [match.groups() for line in lines if (match := CALL.match(line))]
     # Calls that are younger than the tracer have no name by which it could be told of them.
-    return [name for name in found if not name.startswith("syscall_")]
+    return [call for call in found if not call[0].startswith("syscall_")]
 
 
 def measured(product, account, environment):
