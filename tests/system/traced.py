@@ -132,13 +132,14 @@ def run_traced(product, account, environment, who, options, output="/dev/null"):
         return Installation(product, account, environment, command).finish()
 
 
-CALL = re.compile(r"^(\w+)\(([^,)]*)")
+CALL = re.compile(r"^(\w+)\((.*)")
 
 
 def calls_of(product, account, environment, who, names, output):
-    """The calls that a run makes, in their order: name and first argument."""
+    """The calls that a run makes, in their order: name and arguments, each descriptor with its path."""
     write(output, "", 0o666).chmod(0o666)
-    run_traced(product, account, environment, who, ["-e", "trace=" + ",".join(names)], output)
+    run_traced(product, account, environment, who, ["-y", "-e", "trace=" + ",".join(names)],
+               output)
     lines = output.read_text(errors="replace").splitlines()
     found = [match.groups() for line in lines if (match := CALL.match(line))]
     # Calls that are younger than the tracer have no name by which it could be told of them.
