@@ -59,6 +59,7 @@ struct Machine {
           searchPaths(std::move(itsSearchPaths)),
           bundle(bundleFolder, searchPaths.preferredLanguages(), log),
           bundles(searchPaths.preferredLanguages(), log),
+          files(log),
           authorizations(administratorAccess(bundleFolder, bundle, log)),
           preferences(searchPaths, log),
           applications(searchPaths, bundles, log) {}

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "foundation/PackageName.h"
+#include "platform/SystemLog.h"
 #include "platform/linux/AdminGroup.h"
 #include "platform/linux/files/EntryMode.h"
 #include "platform/linux/files/FolderCreation.h"
@@ -73,10 +74,16 @@ Result<std::vector<FolderEntry>> entriesOf(const std::string& folder, int linkFl
     return listFolder(opened.get());
 }
 
+/// What lies in the folder is passed over, so somebody should know.
+void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error) {
+    if (error == std::errc::no_such_file_or_directory) return;
+    log.log("Could not list the folder " + folder + ": " + error.message());
+}
+
 class FolderWalk {
   public:
-    FolderWalk(WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
-        : depth_(depth), visit_(visit) {}
+    FolderWalk(SystemLog& log, WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
+        : log_(log), depth_(depth), visit_(visit) {}
 
     void run(const std::string& folder) {
         enter(folder, 0);
@@ -107,10 +114,11 @@ class FolderWalk {
 
     void enter(const std::string& folder, int linkFlag) {
         auto entries = entriesOf(folder, linkFlag);
-        if (!entries) return;
+        if (!entries) return reportUnlisted(log_, folder, entries.error());
         levels_.push_back({folder == "/" ? folder : folder + '/', std::move(entries).value()});
     }
 
+    SystemLog& log_;
     WalkDepth depth_;
     const std::function<void(const WalkEntry&)>& visit_;
     std::vector<Level> levels_;
@@ -155,7 +163,16 @@ Result<std::string> readUpTo(int file, std::size_t limit) {
 class OpenedFile : public WritableFile {
   public:
     explicit OpenedFile(FileDescriptor file) : file_(std::move(file)) {}
-    std::error_code write(std::string_view text) override { return writeAll(file_.get(), text); }
+
+    std::error_code write(std::string_view text) override {
+        const auto error = writeAll(file_.get(), text);
+        const off_t end = error ? end_ : end_ + static_cast<off_t>(text.size());
+        if (lseek(file_.get(), end, SEEK_SET) < 0 || ftruncate(file_.get(), end) != 0) {
+            return error ? error : systemError();
+        }
+        end_ = end;
+        return error;
+    }
 
     std::error_code setSize(std::uint64_t size) override {
         if (size > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
@@ -170,6 +187,7 @@ class OpenedFile : public WritableFile {
 
   private:
     FileDescriptor file_;
+    off_t end_ = 0;
 };
 
 /// Asks one of the account data bases with a buffer that grows until the answer fits. EINVAL for
@@ -193,14 +211,23 @@ LinkPolicy LinuxFileManager::linkPolicyOfThisProcess() {
 }
 
 bool LinuxFileManager::exists(const std::string& path) {
-    return static_cast<bool>(statusOf(path));
+    const auto status = statusOf(path);
+    const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
+                           status.error() == std::errc::not_a_directory;
+    // The caller goes on as if nothing was there, so somebody should know.
+    if (!status && !isMissing)
+        log_.log("Could not look at " + path + ": " + status.error().message());
+    return static_cast<bool>(status);
 }
 
 Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folder) {
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
     auto entries = entriesOf(*path, 0);
-    if (!entries) return entries.error();
+    if (!entries) {
+        reportUnlisted(log_, folder, entries.error());
+        return entries.error();
+    }
     std::vector<std::string> names;
     names.reserve(entries.value().size());
     for (auto& entry : entries.value()) names.push_back(std::move(entry.name));
@@ -209,7 +236,7 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
 
 void LinuxFileManager::walk(const std::string& folder, WalkDepth depth,
                             const std::function<void(const WalkEntry&)>& visit) {
-    if (const auto path = usablePath(folder)) FolderWalk(depth, visit).run(*path);
+    if (const auto path = usablePath(folder)) FolderWalk(log_, depth, visit).run(*path);
 }
 
 bool LinuxFileManager::isPackage(const std::string& path) {

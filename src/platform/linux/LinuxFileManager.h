@@ -11,6 +11,8 @@
 
 namespace installer {
 
+class SystemLog;
+
 /// The file manager on the real file system. Operations that only look follow any link before a
 /// path's last component; those that change something, and both ends of a copy, obey the link
 /// policy and refuse (ELOOP) what it forbids. Where only trusted links are followed, copies lose
@@ -21,7 +23,10 @@ class LinuxFileManager : public FileManager {
     /// have made links, else any.
     [[nodiscard]] static LinkPolicy linkPolicyOfThisProcess();
 
-    explicit LinuxFileManager(LinkPolicy policy = linkPolicyOfThisProcess()) : policy_(policy) {}
+    /// The log is told of entries that cannot be looked at and of folders that cannot be listed,
+    /// though they exist; it outlives this object.
+    explicit LinuxFileManager(SystemLog& log, LinkPolicy policy = linkPolicyOfThisProcess())
+        : log_(log), policy_(policy) {}
 
     bool exists(const std::string& path) override;
     Result<std::vector<std::string>> list(const std::string& folder) override;
@@ -44,6 +49,7 @@ class LinuxFileManager : public FileManager {
     Result<uid_t> userNumber(const std::string& name);
     Result<gid_t> groupNumber(const std::string& name);
 
+    SystemLog& log_;
     LinkPolicy policy_;
     // An installation asks for the same two names thousands of times.
     std::map<std::string, uid_t> users_;

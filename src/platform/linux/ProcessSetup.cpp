@@ -13,6 +13,8 @@ void prepareProcess() {
     while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::dup(descriptor);
     if (descriptor >= 0) ::close(descriptor);
     std::signal(SIGPIPE, SIG_IGN);
+    // A file that is larger than the user's limit fails, as one that is larger than the disk does.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Inherited as ignored, it would let the kernel discard a child's end before it is waited for.
     std::signal(SIGCHLD, SIG_DFL);
 }

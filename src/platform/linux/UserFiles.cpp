@@ -1,14 +1,10 @@
 #include "platform/linux/UserFiles.h"
 
-#include <array>
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>
 #include <limits.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,6 +13,7 @@
 #include "foundation/Text.h"
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/SystemError.h"
+#include "platform/linux/files/Temporary.h"
 #include "platform/linux/files/WriteAll.h"
 
 namespace installer {
@@ -25,6 +22,7 @@ namespace {
 
 constexpr mode_t folderMode = 0755;
 constexpr mode_t fileMode = 0644;
+constexpr mode_t modeWhileFilled = 0600;
 
 struct Owner {
     uid_t user = 0;
@@ -129,15 +127,6 @@ Result<Folder> openFolder(const std::string& path, const std::optional<std::stri
     return folder;
 }
 
-Result<std::string> temporaryName() {
-    std::uint64_t number = 0;
-    if (::getrandom(&number, sizeof number, 0) != sizeof number) return systemError();
-    std::array<char, 40> name{};
-    std::snprintf(name.data(), name.size(), ".installer-%016jx",
-                  static_cast<std::uintmax_t>(number));
-    return std::string(name.data());
-}
-
 /// Gives the new file what the old one had.
 std::error_code inherit(int file, const struct stat& old) {
     struct stat status{};
@@ -171,22 +160,17 @@ std::error_code UserFiles::replace(const std::string& path, std::string_view con
     const auto owner = ownerOfNewEntries(home_);
     const auto folder = openFolder(withSingleSeparators(parentPath(path)), home_, owner);
     if (!folder) return folder.error();
-    const auto temporary = temporaryName();
-    if (!temporary) return temporary.error();
     const int parent = folder.value().descriptor.get();
-    const FileDescriptor file(::openat(parent, temporary.value().c_str(),
-                                       O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!file) return systemError();
+    clearDeadTemporaries(parent);
+    auto file = Temporary::makeFile(parent, modeWhileFilled);
+    if (!file) return file.error();
 
+    const int descriptor = file.value().descriptor();
     const std::string name = lastPathComponent(path);
-    std::error_code error = prepare(file.get(), folder.value(), name, owner);
-    if (!error) error = writeAll(file.get(), contents);
-    if (!error && durability == Durability::atOnce && ::fsync(file.get()) != 0)
-        error = systemError();
-    if (!error && ::renameat(parent, temporary.value().c_str(), parent, name.c_str()) != 0)
-        error = systemError();
-    if (error) ::unlinkat(parent, temporary.value().c_str(), 0);
-    return error;
+    if (const auto error = prepare(descriptor, folder.value(), name, owner)) return error;
+    if (const auto error = writeAll(descriptor, contents)) return error;
+    if (durability == Durability::atOnce && ::fsync(descriptor) != 0) return systemError();
+    return file.value().publishReplacing(name);
 }
 
 }  // namespace installer

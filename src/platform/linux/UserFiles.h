@@ -28,7 +28,8 @@ class UserFiles {
     /// Makes the file with the contents, or replaces an existing one, which hands on its owner and
     /// permissions. Makes the missing folders above it. Atomic: the path holds the old file or the
     /// whole new one. Does not follow links: a link at the path is replaced. A failure leaves what
-    /// was there, and the folders made so far.
+    /// was there, and the folders made so far. A temporary that a process left behind in that
+    /// folder when it died is removed.
     [[nodiscard]] std::error_code replace(const std::string& path, std::string_view contents,
                                           Durability durability) const;
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <limits>
 #include <map>
@@ -7,11 +8,13 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "platform/linux/AdminGroup.h"
 #include "platform/linux/LinuxFileManager.h"
 #include "platform/linux/files/Disk.h"
+#include "support/FakePlatform.h"
 
 namespace installer::tests {
 namespace {
@@ -42,7 +45,8 @@ class LinuxFileManagerTest : public testing::Test {
     }
 
     Disk disk_;
-    LinuxFileManager files_{LinkPolicy::follow};
+    test::RecordingLog log_;
+    LinuxFileManager files_{log_, LinkPolicy::follow};
 };
 
 TEST_F(LinuxFileManagerTest, TrustsOnlyRootsLinksWhenItActsAsRoot) {
@@ -57,7 +61,7 @@ TEST_F(LinuxFileManagerTest, TrustsOnlyRootsLinksWhenItActsAsRoot) {
 }
 
 TEST_F(LinuxFileManagerTest, ChangesAreRefusedThroughAnUntrustedLinkAndQuestionsAreNot) {
-    LinuxFileManager asRoot(LinkPolicy::trustedOnly);
+    LinuxFileManager asRoot(log_, LinkPolicy::trustedOnly);
     disk_.makeFolder("folder");
     disk_.makeFile("folder/file", "text");
     disk_.makeLink("folder", "link");
@@ -201,6 +205,42 @@ TEST_F(LinuxFileManagerTest, WalkPassesOverWhatCannotBeRead) {
               "a/file a/locked/");
 }
 
+TEST_F(LinuxFileManagerTest, ExistsLogsWhatItCannotLookAt) {
+    EXPECT_FALSE(files_.exists(path("missing/file")));
+    EXPECT_TRUE(log_.lines.empty());
+    const std::string tooLong = path(std::string(300, 'n'));
+    EXPECT_FALSE(files_.exists(tooLong));
+    EXPECT_EQ(log_.lines,
+              std::vector<std::string>{"Could not look at " + tooLong + ": File name too long"});
+}
+
+TEST_F(LinuxFileManagerTest, ListAndWalkLogWhichFolderCannotBeListedUnlessItIsMissing) {
+    disk_.makeFile("file");
+    walked(path("missing"), WalkDepth::everything);
+    EXPECT_FALSE(files_.list(path("missing")));
+    EXPECT_TRUE(log_.lines.empty());
+    const std::string line = "Could not list the folder " + path("file") + ": Not a directory";
+    walked(path("file"), WalkDepth::everything);
+    EXPECT_EQ(log_.lines, std::vector<std::string>{line});
+    EXPECT_FALSE(files_.list(path("file")));
+    EXPECT_EQ(log_.lines, (std::vector<std::string>{line, line}));
+}
+
+TEST_F(LinuxFileManagerTest, AWriteThatFailsLeavesNothingOfItsText) {
+    disk_.makeFile("file", "0123456789");
+    EXPECT_EQ(inChild([&] {
+                  constexpr rlim_t limit = 4;
+                  const rlimit limits{limit, limit};
+                  signal(SIGXFSZ, SIG_IGN);
+                  const auto file = files_.openForWriting(path("file"));
+                  if (!file || setrlimit(RLIMIT_FSIZE, &limits) != 0) return std::string("no file");
+                  if (file.value()->write("ab")) return std::string("the short text failed");
+                  return file.value()->write("longer than that").message();
+              }),
+              "File too large");
+    EXPECT_EQ(disk_.contents("file"), "ab");
+}
+
 TEST_F(LinuxFileManagerTest, WalkBearsThatTheVisitorChangesTheTree) {
     disk_.makeFolder("a");
     for (const char* name : {"a/x", "a/y"}) {
@@ -290,14 +330,14 @@ TEST_F(LinuxFileManagerTest, BytesThatNobodyCanCopyCountAsNone) {
 
 TEST_F(LinuxFileManagerTest, CopiesAsRootDropWhatLetsOthersActAsTheOwner) {
     disk_.makeFile("file", "x", 06755);
-    ASSERT_FALSE(LinuxFileManager(LinkPolicy::trustedOnly).copy(path("file"), path("a"), nullptr));
-    ASSERT_FALSE(LinuxFileManager(LinkPolicy::follow).copy(path("file"), path("b"), nullptr));
+    ASSERT_FALSE(LinuxFileManager(log_, LinkPolicy::trustedOnly).copy(path("file"), path("a"), nullptr));
+    ASSERT_FALSE(LinuxFileManager(log_, LinkPolicy::follow).copy(path("file"), path("b"), nullptr));
     EXPECT_EQ(disk_.mode("a"), 0755U);
     EXPECT_EQ(disk_.mode("b"), 06755U);
 }
 
 TEST_F(LinuxFileManagerTest, BytesToCopyFollowLinksBeforeTheLastComponentOnly) {
-    LinuxFileManager asRoot(LinkPolicy::trustedOnly);
+    LinuxFileManager asRoot(log_, LinkPolicy::trustedOnly);
     disk_.makeFolder("folder");
     disk_.makeFile("folder/file", "12345");
     disk_.makeLink("folder", "link");
@@ -431,16 +471,17 @@ TEST_F(LinuxFileManagerTest, CreateFileReplacesALinkAndAFifoButNoFolder) {
     EXPECT_EQ(disk_.names(), (std::vector<std::string>{"fifo", "folder", "link", "target"}));
 }
 
-TEST_F(LinuxFileManagerTest, WritesOverAnExistingFileWithoutEmptyingIt) {
+TEST_F(LinuxFileManagerTest, WritesOverAnExistingFileAndEndsItBehindTheText) {
     disk_.makeFile("file", "0123456789", 0640);
     {
         const auto file = files_.openForWriting(path("file"));
         ASSERT_TRUE(file);
+        EXPECT_EQ(disk_.contents("file"), "0123456789");
         EXPECT_FALSE(file.value()->write("ab"));
         EXPECT_FALSE(file.value()->write("cd"));
         EXPECT_FALSE(file.value()->write(""));
     }
-    EXPECT_EQ(disk_.contents("file"), "abcd456789");
+    EXPECT_EQ(disk_.contents("file"), "abcd");
     EXPECT_EQ(disk_.mode("file"), 0640U);
 }
 

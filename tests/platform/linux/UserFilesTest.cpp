@@ -75,6 +75,14 @@ TEST_F(UserFilesTest, RefusesPathsThatNameNothing) {
     EXPECT_THAT(disk_.names("home"), IsEmpty());
 }
 
+TEST_F(UserFilesTest, ClearsWhatAProcessThatDiedLeftInTheFolder) {
+    disk_.add("home/Library/.installing-0123abcd", "half a file");
+    disk_.add("home/Library/.installing-other", "no name of ours");
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/file"), "text", atOnce));
+    EXPECT_THAT(disk_.names("home/Library"),
+                testing::UnorderedElementsAre(".installing-other", "file"));
+}
+
 /// What only root can try.
 class UserFilesAsRoot : public UserFilesTest {
   protected:

@@ -32,6 +32,7 @@ class ContentsCopy {
         off_t position = 0;
         for (;;) {
             const auto count = copyThroughBuffer(position, bufferSize);
+            if (count.error() == std::errc::interrupted) continue;
             if (!count) return count.error();
             if (count.value() == 0) return {};
             position += count.value();

@@ -179,7 +179,10 @@ bool isTemporaryName(std::string_view name) {
 }
 
 void clearDeadTemporaries(int folder) {
-    if (!isFirstVisit(folder)) return;
+    if (isFirstVisit(folder)) clearDeadTemporariesAgain(folder);
+}
+
+void clearDeadTemporariesAgain(int folder) {
     const FileDescriptor readable(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!readable) return;
     const auto entries = listFolder(readable.get());

@@ -61,4 +61,7 @@ class Temporary {
 /// this once, however often it asks: an installation makes thousands of files in one folder.
 void clearDeadTemporaries(int folder);
 
+/// The same, without looking whether it was done before.
+void clearDeadTemporariesAgain(int folder);
+
 }  // namespace installer

@@ -15,7 +15,11 @@ std::error_code removeTree(const std::string& path, LinkPolicy policy) {
     const int parent = location.value().parent.get();
     const std::string& name = location.value().name;
     const auto type = entryType(parent, name);
-    if (!type) return type.error();
+    if (!type) {
+        // Whoever took it from its path may not have been allowed to take it apart.
+        clearDeadTemporariesAgain(parent);
+        return type.error();
+    }
     if (type.value() != DT_DIR) {
         return unlinkat(parent, name.c_str(), 0) == 0 ? std::error_code() : systemError();
     }

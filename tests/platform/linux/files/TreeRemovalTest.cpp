@@ -58,6 +58,16 @@ TEST_P(TreeRemoval, SaysWhenThereIsNoEntry) {
     EXPECT_EQ(removeTree("/", GetParam()), std::errc::invalid_argument);
 }
 
+// Somebody with fewer rights may have moved an entry aside and then failed to take it apart.
+TEST_P(TreeRemoval, ClearsDeadTemporariesEachTimeThereIsNoEntry) {
+    for (const char* dead : {".installing-0123abcd", ".installing-0123abce"}) {
+        disk_.makeFolder(dead);
+        disk_.makeFile(std::string(dead) + "/file");
+        EXPECT_EQ(remove("missing"), std::errc::no_such_file_or_directory);
+        EXPECT_TRUE(disk_.names().empty());
+    }
+}
+
 TEST_P(TreeRemoval, OpensOwnFoldersThatAreLocked) {
     EXPECT_EQ(asOrdinaryUser([&] {
                   disk_.makeFolder("folder");
