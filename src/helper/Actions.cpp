@@ -64,7 +64,8 @@ std::error_code perform(const Command& command, const InvokingUser& user,
         case Action::remove:
             return removeIfThere(command);
         case Action::copy:
-            return copyTree(command.source, command.path, links, progress);
+            // Root's until the owner and the mode that follow are set.
+            return copyTree(command.source, command.path, links, progress, Privileges::drop);
         case Action::setMode:
             return setModeOfTree(command.path, command.mode, links);
         case Action::touch:

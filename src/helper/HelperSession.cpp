@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "helper/Actions.h"
+#include "helper/HeldSignals.h"
 #include "helper/Policy.h"
 #include "helper/Report.h"
 
@@ -33,11 +34,19 @@ int HelperSession::run() {
             report("what came is no request");
             return 1;
         }
-        if (!sendEnded(answer(*request))) return 0;
+        if (!serve(*request)) return 0;
     }
     if (stream_.ending() == MessageStream::Ending::closed) return 0;
     report("what came is no message");
     return 1;
+}
+
+bool HelperSession::serve(const ToolRequest& request) {
+    std::optional<HeldSignals> held(std::in_place);
+    const ExitStatus status = answer(request);
+    // Waiting for a peer that does not read is no work that must be finished.
+    if (!stream_.canSend()) held.reset();
+    return sendEnded(status);
 }
 
 HelperSession::ExitStatus HelperSession::answer(const ToolRequest& request) {

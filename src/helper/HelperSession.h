@@ -15,12 +15,15 @@ class HelperSession {
         : stream_(input, output), user_(std::move(user)) {}
 
     /// Gives the exit status of the process: 0 when the peer closed its end between two messages.
+    /// A signal that ends the process does so between two requests, never within one.
     [[nodiscard]] int run();
 
   private:
     /// The exit statuses of the tools.
     enum ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
 
+    /// False when the peer is gone.
+    [[nodiscard]] bool serve(const ToolRequest& request);
     [[nodiscard]] ExitStatus answer(const ToolRequest& request);
     void copied(std::uint64_t bytes);
     [[nodiscard]] bool sendEnded(ExitStatus status);

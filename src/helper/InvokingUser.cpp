@@ -8,7 +8,22 @@
 
 namespace installer {
 
+namespace {
+
+/// getenv would give the first of several.
+bool standsTwice(std::string_view variable) {
+    int count = 0;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        if (text.starts_with(variable) && text.substr(variable.size()).starts_with('=')) ++count;
+    }
+    return count > 1;
+}
+
+}  // namespace
+
 std::optional<InvokingUser> InvokingUser::fromEnvironment() {
+    if (standsTwice("PKEXEC_UID") || standsTwice("SUDO_UID")) return std::nullopt;
     const char* text = std::getenv("PKEXEC_UID");
     if (text == nullptr) text = std::getenv("SUDO_UID");
     if (text == nullptr) return InvokingUser(::getuid());

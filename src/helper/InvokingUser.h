@@ -14,7 +14,7 @@ class InvokingUser {
     explicit InvokingUser(uid_t number) : number_(number) {}
 
     /// From what pkexec or sudo left in the environment, else the real user of this process. None
-    /// when the environment holds something else than a user's number there.
+    /// when the environment holds something else than one user's number there.
     [[nodiscard]] static std::optional<InvokingUser> fromEnvironment();
 
     [[nodiscard]] uid_t number() const { return number_; }

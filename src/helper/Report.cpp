@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include <limits.h>
+#include <poll.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -24,13 +26,22 @@ std::string withVisibleControls(std::string_view line) {
     return text;
 }
 
+/// Whether a short line can be written now: the reader of a full pipe, or of a stopped terminal,
+/// may never come back.
+bool standardErrorTakesALine() {
+    pollfd polled{STDERR_FILENO, POLLOUT, 0};
+    return ::poll(&polled, 1, 0) > 0 && (polled.revents & POLLOUT) != 0;
+}
+
 }  // namespace
 
 void report(std::string_view line) {
-    const std::string text = withVisibleControls(line);
+    // With the words around it, the line fits into a pipe that says that it takes something.
+    constexpr std::size_t longest = PIPE_BUF - 100;
+    const std::string text = withVisibleControls(line).substr(0, longest);
     ::syslog(LOG_AUTHPRIV | LOG_NOTICE, "privileged-helper: %s", text.c_str());
     const std::string output = "privileged-helper: " + text + "\n";
-    // Nobody may be reading; the work does not depend on it.
+    if (!standardErrorTakesALine()) return;
     static_cast<void>(!::write(STDERR_FILENO, output.data(), output.size()));
 }
 

@@ -5,7 +5,8 @@
 namespace installer {
 
 /// One line on standard error and in the system's log. Control characters in it are made visible:
-/// a file name cannot forge a line.
+/// a file name cannot forge a line. A very long line is cut, and one that nobody reads is not
+/// waited for.
 void report(std::string_view line);
 
 }  // namespace installer

@@ -252,6 +252,20 @@ TEST_F(HelperAgainstTools, UnlikeCpRefusesAFifoAndLeavesNothing) {
               1);
 }
 
+TEST_F(HelperAgainstTools, UnlikeCpDropsWhatLetsOthersActAsTheOwner) {
+    ::chmod(helperPath("tree/big").c_str(), 06755);
+    ::chmod(helperPath("tree/empty").c_str(), 03775);
+    EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree"), helperPath("copy")}), 0U);
+    EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree/big"), helperPath("big")}), 0U);
+    struct stat status{};
+    ASSERT_EQ(::stat(helperPath("copy/big").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0755U);
+    ASSERT_EQ(::stat(helperPath("copy/empty").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 01775U);
+    ASSERT_EQ(::stat(helperPath("big").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0755U);
+}
+
 TEST_F(HelperAgainstTools, UnlikeCpNeverNestsIntoAnExistingFolder) {
     folder.write("helper/copy/old", "old");
     const auto before = snapshot(folder / "helper", Times::compared);

@@ -4,12 +4,27 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace installer::test {
+namespace {
+
+// Far more than anything here takes: a helper that hangs is a failed test, not a test that hangs.
+constexpr int longestWait = 60;
+
+void endIfItHangs(pid_t process) {
+    const FileDescriptor end(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    pollfd polled{end.get(), POLLIN, 0};
+    if (end && ::poll(&polled, 1, longestWait * 1000) == 0) ::kill(process, SIGKILL);
+}
+
+}  // namespace
 
 HelperProcess::HelperProcess(const Start& start) {
     std::array<int, 2> ends{};
@@ -41,6 +56,8 @@ HelperProcess::HelperProcess(const Start& start) {
     ::close(errorPipe[1]);
     connection_.reset(ends[0]);
     standardError_.reset(errorPipe[0]);
+    const timeval limit{longestWait, 0};
+    ::setsockopt(ends[0], SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     stream_.emplace(connection_.get(), connection_.get());
 }
 
@@ -66,6 +83,7 @@ std::optional<std::uint32_t> HelperProcess::run(const std::string& tool,
 
 int HelperProcess::exitStatus() {
     if (exitStatus_) return *exitStatus_;
+    endIfItHangs(process_);
     int status = 0;
     while (::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
     }

@@ -39,10 +39,12 @@ class HelperProcess {
 
     [[nodiscard]] bool sendBytes(std::string_view bytes) { return stream().send(bytes); }
     MessageStream& stream() { return *stream_; }
+    [[nodiscard]] int connection() const { return connection_.get(); }
     void closeConnection() { connection_.reset(); }
 
     [[nodiscard]] pid_t process() const { return process_; }
-    /// Waits for the helper's end: its exit status, or minus the signal that ended it.
+    /// Waits for the helper's end: its exit status, or minus the signal that ended it. One that
+    /// does not end for a minute is killed.
     int exitStatus();
     /// What it wrote to its standard error until its end.
     [[nodiscard]] std::string standardError();

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <string>
@@ -20,8 +19,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "helper/HelperProcess.h"
-#include "helper/TemporaryFolder.h"
+#include "helper/PrivilegedHelperProgram.h"
 #include "platform/linux/AdminGroup.h"
 
 namespace installer::test {
@@ -30,19 +28,9 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr uid_t nobody = 65534;
 constexpr const char* lsregister =
     "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
     "LaunchServices.framework/Versions/A/Support/lsregister";
-
-std::string contentsOf(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string procFile(const HelperProcess& helper, const std::string& name) {
-    return "/proc/" + std::to_string(helper.process()) + "/" + name;
-}
 
 std::set<std::string> descriptorsOf(const HelperProcess& helper) {
     std::set<std::string> names;
@@ -51,26 +39,6 @@ std::set<std::string> descriptorsOf(const HelperProcess& helper) {
     }
     return names;
 }
-
-HelperProcess::Start withEnvironment(std::vector<std::string> environment) {
-    HelperProcess::Start start;
-    start.environment = std::move(environment);
-    return start;
-}
-
-HelperProcess::Start afterDoing(std::function<void()> before) {
-    HelperProcess::Start start;
-    start.before = std::move(before);
-    return start;
-}
-
-class PrivilegedHelperProgram : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper's tests must run as root";
-    }
-    TemporaryFolder folder;
-};
 
 // Its life.
 
@@ -342,14 +310,25 @@ class BrokenUserNumber : public PrivilegedHelperProgram,
                          public testing::WithParamInterface<std::string> {};
 
 TEST_P(BrokenUserNumber, EndsItBeforeItListens) {
-    HelperProcess helper(withEnvironment({"PKEXEC_UID=" + GetParam()}));
-    EXPECT_FALSE(helper.saysHello());
-    EXPECT_EQ(helper.exitStatus(), 1);
+    for (const char* variable : {"PKEXEC_UID=", "SUDO_UID="}) {
+        HelperProcess helper(withEnvironment({variable + GetParam()}));
+        EXPECT_FALSE(helper.saysHello()) << variable;
+        EXPECT_EQ(helper.exitStatus(), 1) << variable;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Numbers, BrokenUserNumber,
-                         testing::Values("", "-1", "+1", " 1", "1 ", "0x1", "nobody", "4294967295",
+                         testing::Values("", "-1", "-0", "+1", " 1", "1 ", "1\n", "0x1", "1e3",
+                                         "1.0", "1,2", "\xd9\xa1", "nobody", "4294967295",
                                          "4294967296", "99999999999999999999"));
+
+TEST_F(PrivilegedHelperProgram, DoesNotListenWhenTwoUsersStandInOneVariable) {
+    for (const std::string variable : {"PKEXEC_UID", "SUDO_UID"}) {
+        HelperProcess helper(withEnvironment({variable + "=65534", variable + "=0"}));
+        EXPECT_FALSE(helper.saysHello()) << variable;
+        EXPECT_EQ(helper.exitStatus(), 1) << variable;
+    }
+}
 
 // What it does.
 

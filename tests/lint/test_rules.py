@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Proves that the two checks beside this file find what they are there to find.
+"""Proves that the checks beside this file find what they are there to find.
 
-fixtures/includes/good and fixtures/texts/base keep every rule. Each folder below bad/ breaks one:
-its expected.txt holds the lines that the check must print, no more and no fewer. A case of texts,
-below good/ or bad/, is the base with the case's files laid over it and without what the case's
-removed.txt lists.
+fixtures/includes/good, fixtures/promises/good and fixtures/texts/base keep every rule. Each folder
+below bad/ breaks one: its expected.txt holds the lines that the check must print, no more and no
+fewer. A case of texts, below good/ or bad/, is the base with the case's files laid over it and
+without what the case's removed.txt lists.
 """
 
 import contextlib
@@ -69,6 +69,14 @@ class Rules(unittest.TestCase):
 
     def test_a_folder_without_sources_is_not_taken_for_good_sources(self):
         self.assertEqual(1, run("include_rules.py", HERE / "no such folder").returncode)
+
+    def test_promises_whose_tests_are_there_pass(self):
+        self.assertKeepsTheRules("promise_rules.py", HERE / "fixtures/promises/good")
+
+    def test_each_promise_without_its_test_is_found(self):
+        self.assertEachIsFound(
+            "promise_rules.py", HERE / "fixtures/promises", contextlib.nullcontext
+        )
 
     def test_languages_that_agree_pass(self):
         self.assertKeepsTheRules("text_rules.py", TEXTS / "base")

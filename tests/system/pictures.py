@@ -107,6 +107,14 @@ class German(Light):
     name = language = "de"
 
 
+class French(Light):
+    name = language = "fr"
+
+
+class Spanish(Light):
+    name = language = "es"
+
+
 class Japanese(Light):
     name = language = "ja"
 

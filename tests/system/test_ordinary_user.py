@@ -1,42 +1,64 @@
-"""An ordinary user's quiet installation, with administrator rights that sudo grants."""
+"""An ordinary user's quiet installation, with administrator rights that sudo grants or refuses."""
 
 import os
-import pathlib
-import subprocess
 import unittest
 
-from harness import Product, SystemTest, administrators_group, entry, run, write
+from harness import ON_PRIVATE_MACHINE, Product, SystemTest, entry, run, write
+from rights import Account, Terminal, processes, wait_until
 
 LOGIN = "installing-user"
+REASON = "Filters 2 by Acme needs administrator rights"
+REFUSED = "Administrator rights were refused: the installation is not complete (0 items installed)"
+COMPLETE = "The installation is complete (3 items"
+
+
+def setUpModule():
+    if not ON_PRIVATE_MACHINE:
+        raise AssertionError("this test would make an account on the real system")
+    OrdinaryUser.account = Account(LOGIN)
 
 
 class OrdinaryUser(SystemTest):
-    """Runs on the throw-away machine: the account and the rule vanish with it. The user is one of the
+    """Runs on the throw-away machine: account and rules vanish with it. The user is one of the
     administrators, as whoever may install is: only they can give a folder of theirs to the group.
     """
 
-    @classmethod
-    def setUpClass(cls):
-        subprocess.run(["useradd", "--create-home", LOGIN], check=True, capture_output=True)
-        status = os.lstat(f"/home/{LOGIN}")
-        cls.user, cls.group = status.st_uid, status.st_gid
-        cls.rule = write(f"/etc/sudoers.d/{LOGIN}", f"{LOGIN} ALL=(root) NOPASSWD: ALL\n", 0o440)
+    account = None
 
     def setUp(self):
         super().setUp()
+        self.user = self.account.user
         self.disk, self.environment = self.new_machine()
         self.product = Product(self.scratch / "maker")
         self.product.add_package("HD/Applications/Tool.app", {"Contents/tool.txt": "tool"})
         self.product.add("HD/Library/Application Support/Acme/Filters 2/readme.txt", "read me")
         self.product.add("PHOTOSHOP/run.jsx", "alert();")
         self.disk.add_photoshop("Adobe Photoshop CS6")
-        subprocess.run(["chown", "-R", f"{self.user}:{self.group}", self.disk.home], check=True)
+        self.account.own(self.disk.home)
 
-    def install(self):
-        return run(self.product, environment=self.environment, user=self.user, group=self.group,
-                   extra_groups=[administrators_group()], cwd="/")
+    def allow_without_a_question(self):
+        rule = write(f"/etc/sudoers.d/{LOGIN}", f"{LOGIN} ALL=(root) NOPASSWD: ALL\n", 0o440)
+        self.addCleanup(rule.unlink)
+
+    def install(self, **environment):
+        return run(self.product, environment=self.environment | environment,
+                   **self.account.options)
+
+    def assertNothingInstalled(self):
+        self.assertFalse(os.path.lexists("/Applications/Tool.app"))
+        self.assertFalse(os.path.lexists(self.disk.installer_log(self.product)))
+        self.assertEqual(entry("/Applications")["owner"], 0)
+
+    def assertNothingRuns(self):
+        for program in ("/usr/bin/sudo", self.product.contents / "MacOS/privileged-helper"):
+            wait_until(lambda p=program: not processes(p), f"{program} to end")
+
+
+class WithoutAQuestion(OrdinaryUser):
+    """Where the rules let the user become root just so, or where nobody could answer."""
 
     def test_what_root_must_write_belongs_to_the_user_and_the_administrators_group(self):
+        self.allow_without_a_question()
         outcome = self.install()
         self.assertEqual(outcome.status, 0)
         items = ["/Applications/Tool.app", "/Library/Application Support/Acme/Filters 2/readme.txt",
@@ -49,6 +71,7 @@ class OrdinaryUser(SystemTest):
         self.assertInstalled(self.disk.installer_log(self.product), owner=self.user, mode=0o644)
 
     def test_a_second_run_replaces_what_the_first_one_installed(self):
+        self.allow_without_a_question()
         self.install()
         write("/Applications/Tool.app/Contents/stale.txt", "of an older version")
         outcome = self.install()
@@ -57,16 +80,98 @@ class OrdinaryUser(SystemTest):
         self.assertIn("The installation is complete (3 items", outcome.messages)
 
     def test_without_the_rule_the_rights_are_refused_and_nothing_is_installed(self):
-        self.rule.rename("/root/rule")
-        try:
-            outcome = self.install()
-        finally:
-            pathlib.Path("/root/rule").rename(self.rule)
+        outcome = self.install()
         self.assertEqual(outcome.status, 0)
-        self.assertIn("Administrator rights were refused", outcome.messages)
-        self.assertFalse(os.path.lexists("/Applications/Tool.app"))
-        self.assertFalse(os.path.lexists(self.disk.installer_log(self.product)))
-        self.assertEqual(entry("/Applications")["owner"], 0)
+        self.assertIn(REFUSED, outcome.messages)
+        self.assertNotIn(REASON, outcome.messages)
+        self.assertNothingInstalled()
+
+
+class WithAWindowThatAsks(OrdinaryUser):
+    """sudo was told of a program that asks for the password."""
+
+    def make_program(self, answer):
+        folder = self.scratch / "asking"
+        folder.mkdir()
+        self.account.own(folder)
+        self.prompts = folder / "prompts"
+        remember = f'printf "%s\\0" "$1" >> "{self.prompts}"'
+        return write(folder / "ask", f"#!/bin/sh\n{remember}\n{answer}\n", 0o755)
+
+    def install_with_answer(self, answer):
+        outcome = self.install(SUDO_ASKPASS=str(self.make_program(answer)))
+        self.assertEqual(outcome.status, 0)
+        self.assertIn(REASON, outcome.messages)
+        self.assertNothingRuns()
+        return outcome, self.prompts.read_text().split("\0")[:-1]
+
+    def test_the_question_names_the_product_and_the_right_answer_installs_everything(self):
+        outcome, prompts = self.install_with_answer(f"echo '{self.account.password}'")
+        self.assertIn(COMPLETE, outcome.messages)
+        prompt, = prompts
+        self.assertIn(REASON, prompt)
+        self.assertIn(LOGIN, prompt)
+        self.assertInstalled("/Applications/Tool.app/Contents/tool.txt", "tool", owner=self.user)
+
+    def test_a_dismissed_question_is_a_refusal_and_comes_once(self):
+        outcome, prompts = self.install_with_answer("exit 1")
+        self.assertIn(REFUSED, outcome.messages)
+        self.assertEqual(len(prompts), 1)
+        self.assertNothingInstalled()
+
+
+class OnATerminal(OrdinaryUser):
+    """sudo asks there."""
+
+    def start(self, twice=False):
+        return Terminal(self, self.product, self.account, self.environment, twice=twice)
+
+    def assertComplete(self, terminal):
+        self.assertEqual(terminal.status, 0)
+        self.assertIn(COMPLETE, terminal.messages)
+        self.assertNothingRuns()
+
+    @staticmethod
+    def answer(terminal, passwords):
+        for number, password in enumerate(passwords):
+            terminal.wait_for_prompt(f"[sudo] password for {LOGIN}: ", number + 1)
+            terminal.type(password + "\n")
+        return terminal.wait()
+
+    def test_the_question_names_the_product_and_the_right_password_installs_everything(self):
+        terminal = self.answer(self.start(), [self.account.password])
+        self.assertComplete(terminal)
+        # Once from the installer, before it asks, and once in sudo's question.
+        self.assertEqual(terminal.messages.count(REASON), 2)
+        self.assertEqual(terminal.messages.count("[sudo] password"), 1)
+        self.assertInstalled("/Applications/Tool.app/Contents/tool.txt", "tool", owner=self.user)
+        self.assertInstalled(self.disk.installer_log(self.product), owner=self.user, mode=0o644)
+
+    def test_nothing_of_the_granted_rights_is_left_for_the_next_run(self):
+        """Both runs have the same terminal, for which sudo would remember the password."""
+        terminal = self.answer(self.start(twice=True), [self.account.password] * 2)
+        self.assertEqual(terminal.messages.count(COMPLETE), 2)
+        self.assertEqual(terminal.messages.count("[sudo] password"), 2)
+
+    def test_three_wrong_passwords_are_a_refusal(self):
+        terminal = self.answer(self.start(), ["wrong"] * 3)
+        self.assertEqual(terminal.status, 0)
+        self.assertIn(REFUSED, terminal.messages)
+        self.assertEqual(terminal.messages.count("[sudo] password"), 3)
+        self.assertTrue(terminal.shows_what_is_typed)
+        self.assertNothingInstalled()
+        self.assertNothingRuns()
+
+    def test_an_interrupt_is_a_refusal_and_the_terminal_is_as_before(self):
+        terminal = self.start()
+        terminal.wait_for_prompt("[sudo] password")
+        terminal.interrupt("/usr/bin/sudo")
+        terminal.wait()
+        self.assertEqual(terminal.status, 0)
+        self.assertIn(REFUSED, terminal.messages)
+        self.assertTrue(terminal.shows_what_is_typed)
+        self.assertNothingInstalled()
+        self.assertNothingRuns()
 
 
 if __name__ == "__main__":

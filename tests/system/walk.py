@@ -12,7 +12,8 @@ from desktop import Desktop
 from harness import SAMPLE_BUNDLE, Product, SystemTest, write
 from window import Window
 
-LOCALES = {"en": "en_US.UTF-8", "de": "de_DE.UTF-8", "ja": "ja_JP.UTF-8", "ar": "ar_EG.UTF-8"}
+LOCALES = {"en": "en_US.UTF-8", "de": "de_DE.UTF-8", "fr": "fr_FR.UTF-8", "es": "es_ES.UTF-8",
+           "ja": "ja_JP.UTF-8", "ar": "ar_EG.UTF-8"}
 
 ENTRY = re.compile(r'^"((?:[^"\\]|\\.)*)"\s*=\s*"((?:[^"\\]|\\.)*)";', re.MULTILINE)
 ESCAPES = {"n": "\n", "t": "\t"}
@@ -96,12 +97,17 @@ class WindowTest(SystemTest):
         """Starts the installer; the test's end is the installer's too."""
         self.started += 1
         messages = self.scratch / f"messages {self.started}"
-        window = Window(self.desktop, self.product.executable,
+        program, *arguments = self.command(arguments)
+        window = Window(self.desktop, program,
                         self.desktop.environment(self.disk.home) |
                         {"LANG": LOCALES[self.language]} | environment,
                         arguments, messages, **self.account())
         self.addCleanup(self.finish, window)
         return window
+
+    def command(self, arguments):
+        """How the installer is started."""
+        return [self.product.executable, *arguments]
 
     def account(self):
         """As whom the installer runs: the options of the process."""

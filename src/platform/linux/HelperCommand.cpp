@@ -1,8 +1,11 @@
 #include "platform/linux/HelperCommand.h"
 
 #include <cstdlib>
+#include <cstring>
 
 #include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include "foundation/Text.h"
@@ -14,6 +17,16 @@ namespace {
 /// The place where the system itself keeps the program; PATH is anybody's.
 std::string programAt(const char* path) {
     return ::access(path, X_OK) == 0 ? path : "";
+}
+
+/// Somebody listens there: the socket of a bus that is gone stays behind.
+bool hasListener(const char* path) {
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path, sizeof address.sun_path - 1);
+    return socket && ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address),
+                               sizeof address) == 0;
 }
 
 /// A terminal that this process may read from: in its background it would only be stopped.
@@ -34,7 +47,9 @@ AdministratorMeans AdministratorMeans::current() {
     AdministratorMeans means;
     means.isRoot = ::geteuid() == 0;
     means.pkexec = programAt("/usr/bin/pkexec");
-    means.hasSystemBus = ::access("/run/dbus/system_bus_socket", F_OK) == 0;
+    means.hasSystemBus = hasListener("/run/dbus/system_bus_socket");
+    means.textAgent = programAt("/usr/bin/pkttyagent");
+    means.hasSessions = ::access("/run/systemd/seats", F_OK) == 0;
     means.sudo = programAt("/usr/bin/sudo");
     means.hasTerminal = canAskOnTerminal();
     means.hasAskpass = std::getenv("SUDO_ASKPASS") != nullptr;
@@ -60,6 +75,21 @@ std::optional<int> dismissedExitStatus(AdministratorWay way) {
     return way == AdministratorWay::polkit ? std::optional(dismissedByPkexec) : std::nullopt;
 }
 
+std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
+                                                 const AdministratorMeans& means) {
+    if (way != AdministratorWay::polkit || !means.hasTerminal || means.textAgent.empty()) {
+        return std::nullopt;
+    }
+    SpawnRequest request;
+    request.path = means.textAgent;
+    request.arguments = {"--process", std::to_string(::getpid()), "--notify-fd", "1"};
+    // Without sessions polkit never looks for a fallback, and there is no dialogue to stand
+    // behind.
+    if (means.hasSessions) request.arguments.emplace_back("--fallback");
+    request.standardError = SpawnRequest::own;
+    return request;
+}
+
 SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
                            const std::string& helperPath, const std::string& reason) {
     SpawnRequest request;
@@ -77,16 +107,19 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
             // the helper's environment itself.
             request.environment = SpawnRequest::Environment::empty;
             request.path = means.pkexec;
-            if (!means.hasTerminal) request.arguments.emplace_back("--disable-internal-agent");
-            request.arguments.push_back(helperPath);
+            // Its own way to ask on a terminal refuses the right password, too: it is root that
+            // asks, and the user's answer that comes back.
+            request.arguments = {"--disable-internal-agent", helperPath};
             break;
+        // With -k sudo neither counts on what was granted to another command nor remembers what is
+        // granted here: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
-            request.arguments = {"-p", sudoPrompt(reason), "--", helperPath};
+            request.arguments = {"-k", "-p", sudoPrompt(reason), "--", helperPath};
             break;
         case AdministratorWay::sudoWithAskpass:
             request.path = means.sudo;
-            request.arguments = {"-A", "-p", sudoPrompt(reason), "--", helperPath};
+            request.arguments = {"-k", "-A", "-p", sudoPrompt(reason), "--", helperPath};
             break;
         case AdministratorWay::sudoWithoutAsking:
             request.path = means.sudo;

@@ -1,11 +1,15 @@
 #include "platform/linux/LinuxAuthorization.h"
 
+#include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include <unistd.h>
 
 #include "platform/linux/PrivilegedHelper.h"
+#include "platform/linux/TerminalAgent.h"
+#include "platform/linux/TerminalQuestion.h"
 
 namespace installer {
 namespace {
@@ -26,6 +30,9 @@ class LinuxAuthorization : public Authorization {
 
   private:
     void startHelper();
+    void announce(std::string_view line) const {
+        if (access_.announce) access_.announce(line);
+    }
 
     AdministratorAccess access_;
     AdministratorMeans means_;
@@ -47,7 +54,10 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
     if (refusal_ != 0) return {refusal_, nullptr};
     PrivilegedLaunch launch = helper_->execute(tool, arguments);
     // A lost helper is not started again: that could ask the same person a second time.
-    if (helper_->isLost()) refusal_ = authorization_status::denied;
+    if (helper_->isLost()) {
+        refusal_ = authorization_status::denied;
+        announce("The privileged helper has ended before its work was done");
+    }
     return launch;
 }
 
@@ -56,7 +66,15 @@ void LinuxAuthorization::startHelper() {
         refusal_ = authorization_status::denied;
         return;
     }
-    if (mayAsk(way_) && access_.announce) access_.announce(access_.reason);
+    if (mayAsk(way_)) announce(access_.reason);
+    std::optional<TerminalQuestion> question;
+    if (mayAsk(way_) && means_.hasTerminal) question.emplace();
+    std::optional<TerminalAgent> agent;
+    if (auto command = terminalAgentCommand(way_, means_)) {
+        agent.emplace(std::move(*command), [this] {
+            if (progress_ != nullptr) progress_->bytesCopied(0);
+        });
+    }
     PrivilegedHelper::Start start =
         PrivilegedHelper::start(helperCommand(way_, means_, access_.helperPath, access_.reason),
                                 dismissedExitStatus(way_), progress_);

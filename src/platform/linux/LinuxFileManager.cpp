@@ -212,7 +212,10 @@ std::error_code LinuxFileManager::copy(const std::string& source, const std::str
     CopyProgress tell;
     if (progress != nullptr)
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
-    return copyTree(source, destination, policy_, tell);
+    // For a moment the copy belongs to root.
+    const auto privileges =
+        policy_ == LinkPolicy::trustedOnly ? Privileges::drop : Privileges::keep;
+    return copyTree(source, destination, policy_, tell, privileges);
 }
 
 std::uint64_t LinuxFileManager::bytesToCopy(const std::string& path) {

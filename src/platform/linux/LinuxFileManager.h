@@ -13,7 +13,8 @@ namespace installer {
 
 /// The file manager on the real file system. Operations that only look follow any link before a
 /// path's last component; those that change something, and both ends of a copy, obey the link
-/// policy and refuse (ELOOP) what it forbids.
+/// policy and refuse (ELOOP) what it forbids. Where only trusted links are followed, copies lose
+/// the set-user-ID and set-group-ID bits and the capabilities of files.
 class LinuxFileManager : public FileManager {
   public:
     /// What is right for this process: only trusted links when it acts as root, where users can

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,16 +64,47 @@ std::error_code makeFolder(Folder& parent, const std::string& name,
     return {};
 }
 
+/// Root can write anywhere, so it goes only where root or the user that it writes for points.
+bool mayFollow(const struct stat& link, const std::optional<Owner>& owner) {
+    return ::geteuid() != 0 || link.st_uid == 0 || (owner && link.st_uid == owner->user);
+}
+
+/// Goes from a folder to the existing one that the path names, and link by link where it holds any.
+std::error_code follow(FileDescriptor& folder, const std::string& path,
+                       const std::optional<Owner>& owner, int& linksLeft) {
+    if (path.starts_with('/')) folder.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) return systemError();
+    for (const auto& component : split(path, '/')) {
+        if (component.empty()) continue;
+        FileDescriptor entry(
+            ::openat(folder.get(), component.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+        struct stat status{};
+        if (!entry || ::fstat(entry.get(), &status) != 0) return systemError();
+        if (!S_ISLNK(status.st_mode)) {
+            if (!S_ISDIR(status.st_mode)) return systemError(ENOTDIR);
+            folder = std::move(entry);
+            continue;
+        }
+        if (!mayFollow(status, owner) || --linksLeft < 0) return systemError(ELOOP);
+        std::array<char, PATH_MAX> target{};
+        const ssize_t length = ::readlinkat(entry.get(), "", target.data(), target.size());
+        if (length < 0) return systemError();
+        const std::string text(target.data(), static_cast<std::size_t>(length));
+        if (const auto error = follow(folder, text, owner, linksLeft)) return error;
+    }
+    return {};
+}
+
 std::error_code enterFolder(Folder& folder, const std::string& name,
                             const std::optional<Owner>& owner) {
     constexpr int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-    const int parent = folder.descriptor.get();
-    FileDescriptor entered(::openat(parent, name.c_str(), flags | O_NOFOLLOW));
+    FileDescriptor entered(::openat(folder.descriptor.get(), name.c_str(), flags | O_NOFOLLOW));
     if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
     if (!entered) {
-        entered.reset(::openat(parent, name.c_str(), flags));
-        if (!entered) return systemError();
+        constexpr int longestChain = 40;
+        int linksLeft = longestChain;
         folder.insideHome = false;
+        return follow(folder.descriptor, name, owner, linksLeft);
     }
     folder.descriptor = std::move(entered);
     return {};

@@ -14,7 +14,8 @@ namespace installer {
 /// Run as root with the user's HOME (as `sudo` can be told to), new files and folders are given to
 /// the owner of the home folder: settings that only root can change would lock the user out. What
 /// is reached through a link that leads out of the home folder is given away only where the folder
-/// that it is made in belongs to that user already.
+/// that it is made in belongs to that user already. Links before the last component of a path are
+/// followed, by root only those that root or that user made; ELOOP for another's.
 class UserFiles {
   public:
     enum class Durability {

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "platform/linux/HelperCommand.h"
 
@@ -80,15 +81,40 @@ TEST(HelperCommand, OfRootIsTheHelperWithAnEmptyEnvironment) {
     EXPECT_EQ(command.environment, Environment::empty);
 }
 
-TEST(HelperCommand, OfPolkitAsksOnTheTerminalOnlyWhereThereIsOne) {
+TEST(HelperCommand, OfPolkitNeverAsksByItself) {
     AdministratorMeans means = desktop();
-    auto command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
-    EXPECT_EQ(command.path, "/usr/bin/pkexec");
-    EXPECT_EQ(command.arguments, (std::vector<std::string>{"--disable-internal-agent", "/helper"}));
-    EXPECT_EQ(command.environment, Environment::empty);
+    for (const bool hasTerminal : {false, true}) {
+        means.hasTerminal = hasTerminal;
+        const auto command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
+        EXPECT_EQ(command.path, "/usr/bin/pkexec");
+        EXPECT_EQ(command.arguments,
+                  (std::vector<std::string>{"--disable-internal-agent", "/helper"}));
+        EXPECT_EQ(command.environment, Environment::empty);
+    }
+}
+
+TEST(TerminalAgentCommand, IsForPolkitOnATerminalOnly) {
+    AdministratorMeans means = desktop();
+    means.textAgent = "/usr/bin/pkttyagent";
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
     means.hasTerminal = true;
-    command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
-    EXPECT_EQ(command.arguments, (std::vector<std::string>{"/helper"}));
+    EXPECT_TRUE(terminalAgentCommand(AdministratorWay::polkit, means));
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::sudoOnTerminal, means));
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::alreadyRoot, means));
+    means.textAgent.clear();
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
+}
+
+TEST(TerminalAgentCommand, StandsBehindTheDialoguesOfADesktop) {
+    AdministratorMeans means = desktop();
+    means.hasTerminal = true;
+    means.textAgent = "/usr/bin/pkttyagent";
+    std::vector<std::string> arguments = {"--process", std::to_string(::getpid()), "--notify-fd",
+                                          "1"};
+    EXPECT_EQ(terminalAgentCommand(AdministratorWay::polkit, means)->arguments, arguments);
+    means.hasSessions = true;
+    arguments.emplace_back("--fallback");
+    EXPECT_EQ(terminalAgentCommand(AdministratorWay::polkit, means)->arguments, arguments);
 }
 
 TEST(HelperCommand, OfSudoNeverWaitsWhereNobodyCanAnswer) {
@@ -101,12 +127,14 @@ TEST(HelperCommand, OfSudoNeverWaitsWhereNobodyCanAnswer) {
 TEST(HelperCommand, OfSudoSaysInItsPromptWhoAsks) {
     auto command =
         helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "-helper", "100% why");
-    EXPECT_EQ(
-        command.arguments,
-        (std::vector<std::string>{"-p", "100%% why\n[sudo] password for %p: ", "--", "-helper"}));
+    EXPECT_EQ(command.arguments,
+              (std::vector<std::string>{"-k", "-p", "100%% why\n[sudo] password for %p: ", "--",
+                                        "-helper"}));
     EXPECT_EQ(command.environment, Environment::inherited);
     command = helperCommand(AdministratorWay::sudoWithAskpass, desktop(), "/helper", "why");
-    EXPECT_EQ(command.arguments.front(), "-A");
+    EXPECT_EQ(command.arguments,
+              (std::vector<std::string>{"-k", "-A", "-p", "why\n[sudo] password for %p: ", "--",
+                                        "/helper"}));
 }
 
 }  // namespace

@@ -173,12 +173,12 @@ TEST_F(LinuxAuthorizationTest, StartsOneHelperThroughPkexecForAllCommands) {
 
 TEST_F(LinuxAuthorizationTest, AsksThroughSudoWithTheReasonInItsPrompt) {
     means = AdministratorMeans();
-    means.sudo = script("sudo", "echo \"$1 $2\" >> \"$LOG\"; shift 3; shift; exec \"$@\"");
+    means.sudo = script("sudo", "echo \"$1 $2 $3\" >> \"$LOG\"; shift 5; exec \"$@\"");
     means.hasAskpass = true;
     const auto authorization = obtained();
     EXPECT_EQ(authorization->execute("/print", {}).status, 0);
     EXPECT_EQ(announced.size(), 1U);
-    EXPECT_EQ(log().front(), "-A -p");
+    EXPECT_EQ(log().front(), "-k -A -p");
 }
 
 TEST_F(LinuxAuthorizationTest, IsDeniedByTheRealSudoWithoutAQuestion) {

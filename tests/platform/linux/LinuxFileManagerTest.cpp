@@ -286,6 +286,14 @@ TEST_F(LinuxFileManagerTest, BytesThatNobodyCanCopyCountAsNone) {
     disk_.setMode("a/closed", 0755);
 }
 
+TEST_F(LinuxFileManagerTest, CopiesAsRootDropWhatLetsOthersActAsTheOwner) {
+    disk_.makeFile("file", "x", 06755);
+    ASSERT_FALSE(LinuxFileManager(LinkPolicy::trustedOnly).copy(path("file"), path("a"), nullptr));
+    ASSERT_FALSE(LinuxFileManager(LinkPolicy::follow).copy(path("file"), path("b"), nullptr));
+    EXPECT_EQ(disk_.mode("a"), 0755U);
+    EXPECT_EQ(disk_.mode("b"), 06755U);
+}
+
 TEST_F(LinuxFileManagerTest, BytesToCopyFollowLinksBeforeTheLastComponentOnly) {
     LinuxFileManager asRoot(LinkPolicy::trustedOnly);
     disk_.makeFolder("folder");

@@ -13,6 +13,7 @@ namespace {
 using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 constexpr auto atOnce = UserFiles::Durability::atOnce;
 constexpr uid_t someUser = 12345;
@@ -121,6 +122,37 @@ TEST_F(UserFilesAsRoot, GivesAwayInTheUsersOwnFoldersThatALinkLeadsTo) {
     std::filesystem::create_symlink(other, disk_.at("home/Library"));
     EXPECT_FALSE(files_.replace(disk_.at("home/Library/Preferences/file"), "text", atOnce));
     EXPECT_EQ(statusOf(disk_.at("other-disk/Preferences/file")).st_uid, someUser);
+}
+
+TEST_F(UserFilesAsRoot, FollowsTheUsersLinksOverSeveralStations) {
+    disk_.addFolder("disk/inner");
+    std::filesystem::create_symlink("../disk", disk_.at("home/station"));
+    std::filesystem::create_symlink("station/./inner", disk_.at("home/Library"));
+    ASSERT_EQ(::lchown(disk_.at("home/Library").c_str(), someUser, someGroup), 0);
+    EXPECT_FALSE(files_.replace(disk_.at("home/Library/file"), "text", atOnce));
+    EXPECT_EQ(disk_.read("disk/inner/file"), "text");
+}
+
+TEST_F(UserFilesAsRoot, FollowsNoLinkThatAThirdUserMade) {
+    disk_.addFolder("foreign/Preferences");
+    const std::string link = disk_.at("home/Library");
+    std::filesystem::create_symlink(disk_.at("foreign"), link);
+    ASSERT_EQ(::lchown(link.c_str(), someUser + 1, someGroup), 0);
+    // Nor behind a link that may be followed.
+    std::filesystem::create_symlink(link, disk_.at("home/own"));
+    for (const char* path : {"home/Library/file", "home/own/file", "home/own/Preferences/file"}) {
+        EXPECT_EQ(files_.replace(disk_.at(path), "text", atOnce).value(), ELOOP) << path;
+    }
+    EXPECT_THAT(disk_.names("foreign"), ElementsAre("Preferences"));
+    EXPECT_THAT(disk_.names("foreign/Preferences"), IsEmpty());
+}
+
+TEST_F(UserFilesTest, ALinkThatLeadsNowhereOrInACircleIsAnError) {
+    std::filesystem::create_symlink("missing", disk_.at("home/dangling"));
+    std::filesystem::create_symlink("circle", disk_.at("home/circle"));
+    EXPECT_EQ(files_.replace(disk_.at("home/dangling/file"), "text", atOnce).value(), ENOENT);
+    EXPECT_EQ(files_.replace(disk_.at("home/circle/file"), "text", atOnce).value(), ELOOP);
+    EXPECT_THAT(disk_.names("home"), UnorderedElementsAre("circle", "dangling"));
 }
 
 }  // namespace

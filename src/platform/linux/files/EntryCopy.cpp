@@ -15,17 +15,19 @@ namespace installer {
 namespace {
 
 constexpr mode_t modeBits = 07777;
+constexpr mode_t privilegeBits = S_ISUID | S_ISGID;
 
 std::array<timespec, 2> timesOf(const struct stat& status) {
     return {status.st_atim, status.st_mtim};
 }
 
 /// Attributes come first: those that hold an access list change the mode.
-std::error_code copyProperties(int source, const struct stat& status, int destination,
-                               mode_t mode) {
-    const auto attributeCount = copyExtendedAttributes(source, destination);
+std::error_code copyProperties(int source, const struct stat& status, int destination, mode_t mode,
+                               Privileges privileges) {
+    const auto attributeCount = copyExtendedAttributes(source, destination, privileges);
     if (!attributeCount) return attributeCount.error();
-    const mode_t wanted = status.st_mode & modeBits;
+    const mode_t kept = privileges == Privileges::keep ? modeBits : modeBits & ~privilegeBits;
+    const mode_t wanted = status.st_mode & kept;
     const bool modeIsRight = mode == wanted && attributeCount.value() == 0;
     if (!modeIsRight && fchmod(destination, wanted) != 0) return systemError();
     if (futimens(destination, timesOf(status).data()) != 0) return systemError();
@@ -45,16 +47,17 @@ Result<FileDescriptor> openRegularFile(int parent, const std::string& name, stru
 }
 
 std::error_code fillFile(int source, const struct stat& status, int destination, mode_t mode,
-                         const CopyProgress& progress) {
+                         Privileges privileges, const CopyProgress& progress) {
     if (const auto error =
             copyContents(source, status.st_size, status.st_blocks, destination, progress)) {
         return error;
     }
-    return copyProperties(source, status, destination, mode);
+    return copyProperties(source, status, destination, mode, privileges);
 }
 
-std::error_code finishFolder(int source, const struct stat& status, int destination) {
-    return copyProperties(source, status, destination, unknownMode);
+std::error_code finishFolder(int source, const struct stat& status, int destination,
+                             Privileges privileges) {
+    return copyProperties(source, status, destination, unknownMode, privileges);
 }
 
 std::error_code makeLinkLike(int parent, const std::string& name, const struct stat& status,

@@ -14,6 +14,7 @@ namespace installer {
 namespace {
 
 constexpr std::size_t usualSize = 1024;
+constexpr std::string_view capabilities = "security.capability";
 
 /// Calls `get` with buffers until its answer fits.
 template <class Get>
@@ -51,7 +52,7 @@ std::error_code copyAttribute(int source, int destination, const char* name) {
 
 }  // namespace
 
-Result<std::size_t> copyExtendedAttributes(int source, int destination) {
+Result<std::size_t> copyExtendedAttributes(int source, int destination, Privileges privileges) {
     std::array<char, usualSize> buffer;
     ssize_t length = flistxattr(source, buffer.data(), buffer.size());
     if (length == 0) return std::size_t{0};
@@ -63,9 +64,10 @@ Result<std::size_t> copyExtendedAttributes(int source, int destination) {
     const char* end = names.value().data() + names.value().size();
     for (const char* name = names.value().data(); name < end;) {
         const std::string_view text(name);
-        const auto error = copyAttribute(source, destination, name);
+        const bool isWanted = privileges == Privileges::keep || text != capabilities;
+        const auto error = isWanted ? copyAttribute(source, destination, name) : std::error_code();
         if (error && !mayBeMissing(text, error)) return error;
-        if (!error) ++count;
+        if (isWanted && !error) ++count;
         name += text.size() + 1;
     }
     return count;

@@ -3,12 +3,15 @@
 #include <cstddef>
 
 #include "foundation/Result.h"
+#include "platform/linux/files/TreeCopy.h"
 
 namespace installer {
 
 /// Copies the extended attributes of an opened file or folder to another, and tells how many.
 /// Those in the "user." name space must arrive; of the others, which belong to the system, those
-/// that this process may set on that file system.
-[[nodiscard]] Result<std::size_t> copyExtendedAttributes(int source, int destination);
+/// that this process may set on that file system, and a file's capabilities only where privileges
+/// are kept.
+[[nodiscard]] Result<std::size_t> copyExtendedAttributes(int source, int destination,
+                                                         Privileges privileges);
 
 }  // namespace installer

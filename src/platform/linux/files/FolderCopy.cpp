@@ -20,8 +20,8 @@ namespace {
 
 class FolderCopier : public TreeVisitor {
   public:
-    FolderCopier(int destination, const CopyProgress& progress)
-        : top_(destination), progress_(progress) {}
+    FolderCopier(int destination, Privileges privileges, const CopyProgress& progress)
+        : top_(destination), privileges_(privileges), progress_(progress) {}
 
     std::error_code start() {
         if (fstat(top_, &topStatus_) != 0) return systemError();
@@ -53,7 +53,8 @@ class FolderCopier : public TreeVisitor {
         if (chain_.depth() > 1) {
             if (const auto error = chain_.openParent()) return error;
         }
-        const auto error = finishFolder(source, folders_.back().status, chain_.current());
+        const auto error =
+            finishFolder(source, folders_.back().status, chain_.current(), privileges_);
         folders_.pop_back();
         chain_.pop();
         return error;
@@ -100,7 +101,7 @@ class FolderCopier : public TreeVisitor {
                                          S_IRUSR | S_IWUSR));
         if (!file) return systemError();
         const auto error =
-            fillFile(source.value().get(), status, file.get(), unknownMode, progress_);
+            fillFile(source.value().get(), status, file.get(), unknownMode, privileges_, progress_);
         if (!error) remember(status, name);
         return error;
     }
@@ -129,6 +130,7 @@ class FolderCopier : public TreeVisitor {
 
     int top_;
     struct stat topStatus_ = {};
+    Privileges privileges_;
     const CopyProgress& progress_;
     FolderChain chain_;            ///< the destination's folders
     std::vector<Folder> folders_;  ///< the source's folders, as they were before they were read
@@ -138,8 +140,8 @@ class FolderCopier : public TreeVisitor {
 }  // namespace
 
 std::error_code copyFolderInto(int sourceParent, const std::string& name, int destination,
-                               const CopyProgress& progress) {
-    FolderCopier copier(destination, progress);
+                               Privileges privileges, const CopyProgress& progress) {
+    FolderCopier copier(destination, privileges, progress);
     if (const auto error = copier.start()) return error;
     return walkTree(sourceParent, name, copier, OnFailure::stop);
 }

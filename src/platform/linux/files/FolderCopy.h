@@ -11,6 +11,7 @@ namespace installer {
 /// properties. Stops at the first failure and leaves what it made so far. EINVAL for a folder that
 /// is to be copied into itself.
 [[nodiscard]] std::error_code copyFolderInto(int sourceParent, const std::string& name,
-                                             int destination, const CopyProgress& progress);
+                                             int destination, Privileges privileges,
+                                             const CopyProgress& progress);
 
 }  // namespace installer

@@ -22,14 +22,15 @@ mode_t modeWhileFilled(mode_t mode) {
     return (mode & ownerAccess) == ownerAccess ? mode & 0777 : ownerAccess;
 }
 
-std::error_code copyFile(const Location& from, const Location& to, const CopyProgress& progress) {
+std::error_code copyFile(const Location& from, const Location& to, const CopyProgress& progress,
+                         Privileges privileges) {
     struct stat status = {};
     const auto source = openRegularFile(from.parent.get(), from.name, status);
     if (!source) return source.error();
     auto file = Temporary::makeFile(to.parent.get(), modeWhileFilled(status.st_mode));
     if (!file) return file.error();
     const auto error = fillFile(source.value().get(), status, file.value().descriptor(),
-                                file.value().mode(), progress);
+                                file.value().mode(), privileges, progress);
     return error ? error : file.value().publish(to.name);
 }
 
@@ -49,20 +50,21 @@ std::error_code copyLink(const Location& from, const Location& to) {
     return renameWithoutReplacing(inFolder, name, to.parent.get(), to.name);
 }
 
-std::error_code copyFolder(const Location& from, const Location& to, const CopyProgress& progress) {
+std::error_code copyFolder(const Location& from, const Location& to, const CopyProgress& progress,
+                           Privileges privileges) {
     // The last step would find it too, but only after a long copy.
     if (entryType(to.parent.get(), to.name)) return systemError(EEXIST);
     auto folder = Temporary::makeFolder(to.parent.get());
     if (!folder) return folder.error();
-    const auto error =
-        copyFolderInto(from.parent.get(), from.name, folder.value().descriptor(), progress);
+    const auto error = copyFolderInto(from.parent.get(), from.name, folder.value().descriptor(),
+                                      privileges, progress);
     return error ? error : folder.value().publish(to.name);
 }
 
 }  // namespace
 
 std::error_code copyTree(const std::string& source, const std::string& destination,
-                         LinkPolicy policy, const CopyProgress& progress) {
+                         LinkPolicy policy, const CopyProgress& progress, Privileges privileges) {
     const auto from = locate(source, policy);
     if (!from) return from.error();
     const auto to = locate(destination, policy);
@@ -72,9 +74,9 @@ std::error_code copyTree(const std::string& source, const std::string& destinati
     clearDeadTemporaries(to.value().parent.get());
     switch (type.value()) {
         case DT_REG:
-            return copyFile(from.value(), to.value(), progress);
+            return copyFile(from.value(), to.value(), progress, privileges);
         case DT_DIR:
-            return copyFolder(from.value(), to.value(), progress);
+            return copyFolder(from.value(), to.value(), progress, privileges);
         case DT_LNK:
             return copyLink(from.value(), to.value());
         default:

@@ -70,6 +70,31 @@ TEST_P(TreeCopy, KeepsEveryModeWhateverTheMask) {
     }
 }
 
+TEST_P(TreeCopy, DropsWhatLetsOthersActAsTheOwnerWhereThatIsAsked) {
+    const auto dropping = [this](const std::string& from, const std::string& to) {
+        return copyTree(disk_.path(from), disk_.path(to), GetParam(), {}, Privileges::drop);
+    };
+    constexpr const char* capabilities = "security.capability";
+    disk_.makeFolder("folder");
+    disk_.makeFile("folder/program", "x", 0755);
+    // One that may change its user, in the second form that the kernel knows.
+    const std::string changesUser("\1\0\0\2\x80\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 20);
+    disk_.setAttribute("folder/program", capabilities, changesUser);
+    disk_.setAttribute("folder/program", "user.one", "1");
+    disk_.setMode("folder/program", 07755);
+    disk_.setMode("folder", 03775);
+    ASSERT_FALSE(copy("folder", "kept"));
+    ASSERT_EQ(disk_.attribute("kept/program", capabilities), changesUser);
+    ASSERT_FALSE(dropping("folder", "copy"));
+    ASSERT_FALSE(dropping("folder/program", "program"));
+    EXPECT_EQ(disk_.mode("copy"), 01775U);
+    for (const char* name : {"copy/program", "program"}) {
+        EXPECT_EQ(disk_.mode(name), 01755U);
+        EXPECT_EQ(disk_.attribute(name, capabilities), "");
+        EXPECT_EQ(disk_.attribute(name, "user.one"), "1");
+    }
+}
+
 TEST_P(TreeCopy, KeepsTimesAndAttributesOfFoldersWithContents) {
     disk_.makeFolder("folder");
     disk_.makeFolder("folder/inner");
