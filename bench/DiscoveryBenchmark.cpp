@@ -70,10 +70,20 @@ void discoverHosts(benchmark::State& state) {
     installer::LinuxFileManager files;
     FakePlatform fake;
     fake.searchPaths.home = disk().home();
-    installer::Platform platform{
-        files,       fake.authorizations, fake.processes,    fake.eventLoop,    fake.preferences,
-        fake.bundle, fake.bundles,        fake.searchPaths,  fake.applications, fake.alerts,
-        fake.log,    fake.clock,          fake.notifications};
+    installer::Platform platform{files,
+                                 fake.fileQueries,
+                                 fake.authorizations,
+                                 fake.processes,
+                                 fake.eventLoop,
+                                 fake.preferences,
+                                 fake.bundle,
+                                 fake.bundles,
+                                 fake.searchPaths,
+                                 fake.applications,
+                                 fake.alerts,
+                                 fake.log,
+                                 fake.clock,
+                                 fake.notifications};
     for (auto _ : state) {
         const installer::HostsModel hosts(platform);
         if (hosts.foundHosts().size() != pathsFiles) state.SkipWithError("a host was not found");

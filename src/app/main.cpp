@@ -23,6 +23,7 @@
 #include "platform/linux/LinuxBundle.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/LinuxFileManager.h"
+#include "platform/linux/LinuxFileQuery.h"
 #include "platform/linux/LinuxPreferencesStore.h"
 #include "platform/linux/LinuxSearchPaths.h"
 #include "platform/linux/LinuxSystemLog.h"
@@ -62,11 +63,11 @@ struct Machine {
           preferences(searchPaths, log),
           applications(searchPaths, bundles, log) {}
 
-    [[nodiscard]] Platform platform(ChildProcesses& processes, EventLoop& eventLoop,
-                                    Alerts& alerts) {
-        return {files,  authorizations, processes,    eventLoop,    preferences,
-                bundle, bundles,        searchPaths,  applications, alerts,
-                log,    clock,          notifications};
+    [[nodiscard]] Platform platform(FileQueries& fileQueries, ChildProcesses& processes,
+                                    EventLoop& eventLoop, Alerts& alerts) {
+        return {files,       fileQueries, authorizations, processes,    eventLoop,
+                preferences, bundle,      bundles,        searchPaths,  applications,
+                alerts,      log,         clock,          notifications};
     }
 
     [[nodiscard]] std::unique_ptr<WindowModule> window(
@@ -125,10 +126,11 @@ class QuietApplication {
 
     Machine& machine_;
     PollEventLoop eventLoop_;
+    LinuxFileQueries fileQueries_{eventLoop_};
     LinuxChildProcesses processes_{eventLoop_};
     std::unique_ptr<WindowModule> window_;
     DisplayAlerts alerts_{machine_.log, processEnvironment(), [this] { return loadWindow(); }};
-    Platform platform_ = machine_.platform(processes_, eventLoop_, alerts_);
+    Platform platform_ = machine_.platform(fileQueries_, processes_, eventLoop_, alerts_);
 };
 
 /// The installation with a window, over the adapters that the window module brings.
@@ -137,13 +139,15 @@ class WindowApplication {
     WindowApplication(Machine& machine, WindowModule& window)
         : machine_(machine),
           window_(window),
+          fileQueries_(window.descriptors()),
           processes_(window.descriptors()),
           workspace_(window.descriptors(), machine.bundles, machine.log),
-          platform_{{machine.platform(processes_, window.eventLoop(), window.alerts())},
-                    window.interfaces(),
-                    window.folderPanel(),
-                    workspace_,
-                    window.clipboard()} {}
+          platform_{
+              {machine.platform(fileQueries_, processes_, window.eventLoop(), window.alerts())},
+              window.interfaces(),
+              window.folderPanel(),
+              workspace_,
+              window.clipboard()} {}
 
     [[nodiscard]] Workspace& workspace() { return workspace_; }
 
@@ -172,6 +176,7 @@ class WindowApplication {
   private:
     Machine& machine_;
     WindowModule& window_;
+    LinuxFileQueries fileQueries_;
     LinuxChildProcesses processes_;
     LinuxWorkspace workspace_;
     WindowPlatform platform_;

@@ -57,4 +57,8 @@ std::string HostModel::hostName() const {
     return std::visit([](const auto& host) -> std::string { return host.hostName(); }, *host_);
 }
 
+std::string HostModel::plugInPath() const {
+    return std::visit([](const auto& host) -> std::string { return host.plugInPath(); }, *host_);
+}
+
 }  // namespace installer

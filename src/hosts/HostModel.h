@@ -50,6 +50,10 @@ class HostModel {
     /// Every kind has a name.
     [[nodiscard]] std::string hostName() const;
 
+    /// The folder that receives the plug-in; empty for a kind that takes none, and while it is not
+    /// known.
+    [[nodiscard]] std::string plugInPath() const;
+
     friend bool operator==(const HostModel& left, const HostModel& right) {
         return left.host_ == right.host_;
     }

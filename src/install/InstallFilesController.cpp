@@ -5,9 +5,11 @@
 
 #include "hosts/HostModel.h"
 #include "install/DiskMirror.h"
+#include "install/EarlierCopies.h"
 #include "install/ExternalEditorList.h"
 #include "install/HostPayload.h"
 #include "install/InstallFilesModel.h"
+#include "install/InstallIdentifier.h"
 #include "install/InstallerLog.h"
 #include "install/ManifestCleaner.h"
 #include "install/PayloadWarnings.h"
@@ -226,6 +228,14 @@ void InstallFilesController::showFileErrorUI(const std::string& path) {
 bool InstallFilesController::fileManagerShouldProceedAfterError(const std::string& error,
                                                                 const std::string& path) {
     return errors_.fileManagerShouldProceedAfterError(error, path);
+}
+
+void InstallFilesController::unInstallForHost(const HostModel& host) {
+    EarlierCopies(platform_, commands_).unInstallForHost(host);
+}
+
+void InstallFilesController::installAnalytics() {
+    InstallIdentifier(platform_, commands_).installAnalytics();
 }
 
 }  // namespace installer

@@ -93,6 +93,12 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     [[nodiscard]] bool fileManagerShouldProceedAfterError(const std::string& error,
                                                           const std::string& path);
 
+    // What a run may do besides; today's run does neither. As all the others they need the run's
+    // authorization: outside of a run their commands are refused.
+    /// For each host that is installed to, before its files are copied.
+    void unInstallForHost(const HostModel& host);
+    void installAnalytics();
+
   private:
     [[nodiscard]] bool obtainAuthorization();
     void beginProgress(const std::vector<HostModel>& hosts);

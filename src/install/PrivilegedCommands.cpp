@@ -93,4 +93,10 @@ void PrivilegedCommands::renewLogFile(const std::string& path) {
     run("/usr/sbin/chmod", {"-R", "0644", path});
 }
 
+void PrivilegedCommands::makeIdentifierFile(const std::string& path) {
+    run("/usr/bin/touch", {path});
+    run("/usr/sbin/chown", {"-R", run_.ownerString, path});
+    run("/bin/chmod", {"-R", "0664", path});
+}
+
 }  // namespace installer

@@ -42,6 +42,8 @@ class PrivilegedCommands {
 
     /// An empty log file that the user may write, in place of the one that may be there.
     void renewLogFile(const std::string& path);
+    /// An empty file that the user and the administrators may write.
+    void makeIdentifierFile(const std::string& path);
 
   private:
     using Arguments = std::vector<std::string>;

@@ -11,6 +11,7 @@ class ChildProcesses;
 class Clock;
 class EventLoop;
 class FileManager;
+class FileQueries;
 class NotificationCenter;
 class PreferencesStore;
 class SearchPaths;
@@ -20,6 +21,7 @@ class SystemLog;
 /// to constructors; it outlives everything that was made with it.
 struct Platform {
     FileManager& files;
+    FileQueries& fileQueries;
     Authorizations& authorizations;
     ChildProcesses& processes;
     EventLoop& eventLoop;

@@ -121,6 +121,31 @@ TEST(HostModel, EveryKindHasFolders) {
     EXPECT_TRUE(AnswersFolders<UnknownHostModel>);
 }
 
+struct PlugInPathRow {
+    std::string kindName;
+    Kind kind;
+    std::string plugInPath;
+};
+
+class HostModelPlugInPath : public testing::TestWithParam<PlugInPathRow> {};
+
+TEST_P(HostModelPlugInPath, IsTheKindsOwnOnTheTargetVolume) {
+    FakePlatform fake;
+    fake.searchPaths.volume = "/Volumes/Other";
+    EXPECT_EQ(hostOf(GetParam().kind, fake.platform).plugInPath(), GetParam().plugInPath);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, HostModelPlugInPath,
+    testing::Values(PlugInPathRow{"Photoshop", Kind::photoshop,
+                                  "/Volumes/Other/Library/Application Support/Adobe/Plug-Ins/CC"},
+                    PlugInPathRow{"LightRoom", Kind::lightRoom, ""},
+                    PlugInPathRow{"Aperture", Kind::aperture, ""},
+                    PlugInPathRow{"Fireworks", Kind::fireworks,
+                                  "/Volumes/Other/Applications/Adobe Fireworks CS6/Plug-Ins"},
+                    PlugInPathRow{"UnknownStaysAsPicked", Kind::unknown, "/My Plug-Ins"}),
+    [](const auto& row) { return row.param.kindName; });
+
 TEST(HostModel, AnswersChangeWithTheHost) {
     FakePlatform fake;
     const HostModel host = UnknownHostModel(fake.platform, "");

@@ -163,9 +163,9 @@ class DiskWithLinks : public MemoryFileManager {
 TEST_F(HostsControllerCustomFolder, ThePanelShowsALinkAsWhatItLeadsTo) {
     DiskWithLinks disk;
     WindowPlatform platform{
-        {disk, fake.authorizations, fake.processes, fake.eventLoop, fake.preferences, fake.bundle,
-         fake.bundles, fake.searchPaths, fake.applications, fake.alerts, fake.log, fake.clock,
-         fake.notifications},
+        {disk, fake.fileQueries, fake.authorizations, fake.processes, fake.eventLoop,
+         fake.preferences, fake.bundle, fake.bundles, fake.searchPaths, fake.applications,
+         fake.alerts, fake.log, fake.clock, fake.notifications},
         fake.interfaces,
         fake.folderPanel,
         fake.workspace,

@@ -607,6 +607,36 @@ TEST_F(InstallFilesControllerTest, ItsReportsFailTheRun) {
     EXPECT_FALSE(controller.fileManagerShouldProceedAfterError("error", "/a"));
 }
 
+TEST_F(InstallFilesControllerTest, ARunNeitherSearchesForEarlierCopiesNorWritesAnIdentifier) {
+    memory.addFile("/Installer.app/Contents/SharedSupport/PlugIn/F.plugin");
+    controller.install({photoshopHost()}, true);
+    EXPECT_EQ(fake.fileQueries.created, 0);
+    EXPECT_FALSE(memory.exists(support + "/Acme/entityresolver.guid"));
+}
+
+TEST_F(InstallFilesControllerTest, AfterARunsAuthorizationEarlierCopiesCanBeRemoved) {
+    memory.addFile("/Installer.app/Contents/SharedSupport/PlugIn/F.plugin");
+    memory.addFile("/My Plug-Ins/old/F.plugin");
+    fake.fileQueries.found["F.plugin"] = {{"F.plugin", "/My Plug-Ins/old/F.plugin"}};
+    controller.install({}, false);
+    controller.unInstallForHost(customHost());
+    EXPECT_FALSE(memory.exists("/My Plug-Ins/old/F.plugin"));
+    EXPECT_FALSE(controller.authDenied());
+}
+
+TEST_F(InstallFilesControllerTest, AfterARunsAuthorizationTheIdentifierCanBeWritten) {
+    controller.install({}, false);
+    controller.installAnalytics();
+    EXPECT_EQ(memory.contents(support + "/Acme/entityresolver.guid").size(), 37U);
+}
+
+TEST_F(InstallFilesControllerTest, ARefusedRemovalOfEarlierCopiesIsARefusalOfTheRun) {
+    memory.addFile("/Installer.app/Contents/SharedSupport/PlugIn/F.plugin");
+    fake.fileQueries.found["F.plugin"] = {{"F.plugin", "/My Plug-Ins/F.plugin"}};
+    controller.unInstallForHost(customHost());
+    EXPECT_TRUE(controller.authDenied());
+}
+
 TEST_F(InstallFilesControllerTest, OutsideOfARunItsPrivilegedCommandsAreRefused) {
     memory.addFile("/s/a");
     controller.copyHostFilesFrom("/s", "/to");

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "install/EngineParts.h"
+#include "install/FullDisk.h"
 #include "install/InstallerLog.h"
 
 namespace installer::test {
@@ -94,23 +95,6 @@ TEST_F(InstallerLogTest, RefusedRightsAreNoneOfItsConcern) {
     EXPECT_FALSE(engine.run.authDenied);
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
-
-class FullDisk : public WritableFile {
-  public:
-    std::error_code write(std::string_view) override {
-        return std::make_error_code(std::errc::no_space_on_device);
-    }
-};
-
-/// Opens files that cannot be written to.
-class FullFileManager : public RecordingFileManager {
-  public:
-    using RecordingFileManager::RecordingFileManager;
-    Result<std::unique_ptr<WritableFile>> openForWriting(const std::string&) override {
-        std::unique_ptr<WritableFile> file = std::make_unique<FullDisk>();
-        return file;
-    }
-};
 
 TEST_F(InstallerLogTest, AFailedWriteIsOnlyLoggedWithItsReason) {
     FullFileManager files(memory, fake.journal);

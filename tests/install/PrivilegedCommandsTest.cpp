@@ -129,7 +129,11 @@ INSTANTIATE_TEST_SUITE_P(
                                  [](auto& commands) { commands.renewLogFile("/l"); },
                                  {"/bin/rm -fR /l", "wait", "/usr/bin/touch /l", "wait",
                                   "/usr/sbin/chown -R tester:admin /l", "wait",
-                                  "/usr/sbin/chmod -R 0644 /l", "wait"}}),
+                                  "/usr/sbin/chmod -R 0644 /l", "wait"}},
+                    UncheckedRow{"MakeIdentifierFile",
+                                 [](auto& commands) { commands.makeIdentifierFile("/i"); },
+                                 {"/usr/bin/touch /i", "wait", "/usr/sbin/chown -R tester:admin /i",
+                                  "wait", "/bin/chmod -R 0664 /i", "wait"}}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

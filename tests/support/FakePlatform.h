@@ -20,6 +20,7 @@
 #include "platform/SearchPaths.h"
 #include "platform/SystemLog.h"
 #include "support/FakeAuthorization.h"
+#include "support/FakeFileQuery.h"
 #include "support/MemoryFileManager.h"
 #include "support/RecordingFileManager.h"
 
@@ -141,6 +142,7 @@ class FakePlatform {
     FakeAuthorizations authorizations{memory, journal};
     NoChildProcesses processes;
     CountingEventLoop eventLoop;
+    FakeFileQueries fileQueries{eventLoop.turns, journal};
     FakePreferencesStore preferences;
     FakeBundle bundle;
     FakeBundles bundles;
@@ -151,9 +153,9 @@ class FakePlatform {
     RecordingClock clock;
     NotificationCenter notifications;
 
-    Platform platform{files,  authorizations, processes,    eventLoop,    preferences,
-                      bundle, bundles,        searchPaths,  applications, alerts,
-                      log,    clock,          notifications};
+    Platform platform{files,       fileQueries, authorizations, processes,    eventLoop,
+                      preferences, bundle,      bundles,        searchPaths,  applications,
+                      alerts,      log,         clock,          notifications};
 };
 
 }  // namespace installer::test

@@ -13,6 +13,7 @@
 #include "platform/Alerts.h"
 #include "platform/Clipboard.h"
 #include "platform/EventLoop.h"
+#include "platform/linux/LinuxFileQuery.h"
 #include "platform/linux/WindowModuleLoader.h"
 #include "platform/qt/ModalDialog.h"
 #include "platform/qt/QtText.h"
@@ -88,6 +89,30 @@ TEST_F(WindowModuleTest, RunsUntilTheLastWindowHasClosed) {
     QTimer::singleShot(0, &window, [&window] { window.close(); });
     module->run();
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(WindowModuleTest, StaysAliveWhileAQueryGathersInItsLoop) {
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const auto module = load();
+    ASSERT_NE(module, nullptr);
+    for (int index = 0; index < 40; ++index) {
+        std::filesystem::create_directories(bundleFolder() + "/" + std::to_string(index) + "/N");
+    }
+    const auto query = LinuxFileQueries(module->descriptors()).create();
+    query->setNameLike("N");
+    query->setSearchScopes({bundleFolder()});
+    query->start();
+    int ticks = 0;
+    std::size_t foundAtFirstTick = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        if (++ticks == 1) foundAtFirstTick = query->resultCount();
+    });
+    timer.start(0);
+    while (query->isGathering()) module->eventLoop().runUntilNow();
+    EXPECT_EQ(query->resultCount(), 40U);
+    EXPECT_GT(ticks, 0);
+    EXPECT_LT(foundAtFirstTick, 40U);
 }
 
 TEST_F(WindowModuleTest, TakesTheToolkitsApplicationWithIt) {

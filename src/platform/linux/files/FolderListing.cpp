@@ -30,18 +30,25 @@ void appendEntries(std::vector<FolderEntry>& entries, const char* bytes, std::si
 
 Result<std::vector<FolderEntry>> listFolder(int folder) {
     std::vector<FolderEntry> entries;
-    alignas(dirent64) std::array<char, bufferSize> buffer;
     for (;;) {
-        const auto count = getdents64(folder, buffer.data(), buffer.size());
-        if (count < 0) return systemError();
-        if (count == 0) break;
-        appendEntries(entries, buffer.data(), static_cast<std::size_t>(count));
+        const auto more = listMore(folder, entries);
+        if (!more) return more.error();
+        if (!more.value()) return entries;
     }
-    for (auto& entry : entries) {
+}
+
+Result<bool> listMore(int folder, std::vector<FolderEntry>& entries) {
+    alignas(dirent64) std::array<char, bufferSize> buffer;
+    const auto count = getdents64(folder, buffer.data(), buffer.size());
+    if (count < 0) return systemError();
+    const std::size_t known = entries.size();
+    appendEntries(entries, buffer.data(), static_cast<std::size_t>(count));
+    for (std::size_t index = known; index < entries.size(); ++index) {
+        FolderEntry& entry = entries[index];
         if (entry.type != DT_UNKNOWN) continue;
         if (const auto type = entryType(folder, entry.name)) entry.type = type.value();
     }
-    return entries;
+    return count > 0;
 }
 
 Result<unsigned char> entryType(int parent, const std::string& name) {

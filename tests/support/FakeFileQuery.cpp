@@ -1,0 +1,54 @@
+#include "support/FakeFileQuery.h"
+
+namespace installer::test {
+
+class FakeFileQueries::Fake : public FileQuery {
+  public:
+    explicit Fake(FakeFileQueries& owner) : owner_(owner) {}
+    ~Fake() override { ++owner_.destroyed; }
+
+    void setNameLike(const std::string& pattern) override { pattern_ = pattern; }
+    void setSearchScopes(const std::vector<std::string>& folders) override { folders_ = folders; }
+
+    void start() override {
+        std::string line = "find " + pattern_ + " below";
+        for (const std::string& folder : folders_) line += " " + folder;
+        owner_.journal_.push_back(line);
+        isRunning_ = true;
+        startedAtTurn_ = owner_.turns_;
+        results_.clear();
+    }
+    [[nodiscard]] bool isGathering() const override { return isRunning_ && !hasGathered(); }
+    void stop() override {
+        owner_.journal_.emplace_back("stop");
+        if (isRunning_) results_ = results();
+        isRunning_ = false;
+    }
+    [[nodiscard]] std::size_t resultCount() const override { return results().size(); }
+    [[nodiscard]] FoundFile result(std::size_t index) const override { return results().at(index); }
+
+  private:
+    [[nodiscard]] bool hasGathered() const {
+        return owner_.turns_ - startedAtTurn_ >= owner_.turnsNeeded;
+    }
+    [[nodiscard]] std::vector<FoundFile> results() const {
+        if (!isRunning_) return results_;
+        const auto found = owner_.found.find(pattern_);
+        return hasGathered() && found != owner_.found.end() ? found->second
+                                                            : std::vector<FoundFile>();
+    }
+
+    FakeFileQueries& owner_;
+    std::string pattern_;
+    std::vector<std::string> folders_;
+    bool isRunning_ = false;
+    int startedAtTurn_ = 0;
+    std::vector<FoundFile> results_;
+};
+
+std::unique_ptr<FileQuery> FakeFileQueries::create() {
+    ++created;
+    return std::make_unique<Fake>(*this);
+}
+
+}  // namespace installer::test
