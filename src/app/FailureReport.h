@@ -21,7 +21,8 @@ class FailureReport {
     [[nodiscard]] std::vector<ListRow> failedItems() const;
     [[nodiscard]] bool hasFailedItems() const;
 
-    /// Why the last run ended early: administrator rights were refused. Empty when it did not.
+    /// Why the last run ended early: administrator rights were refused or lost. Empty when it did
+    /// not.
     [[nodiscard]] std::string failureReason() const;
 
     [[nodiscard]] bool installerLogExists() const;

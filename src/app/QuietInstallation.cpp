@@ -18,7 +18,7 @@ std::string outcome(const InstallFilesController& controller, const std::string&
     const std::string count = std::to_string(controller.installedPaths().size());
     if (controller.authDenied()) {
         return formatted(
-            "Administrator rights were refused: the installation is not complete "
+            "Administrator rights were refused or lost: the installation is not complete "
             "(%@ items installed)",
             {count});
     }

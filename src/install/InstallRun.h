@@ -35,7 +35,7 @@ struct InstallRun {
     std::unique_ptr<Authorization> authorization;
     InstallProgress* progress = nullptr;  ///< told of every item and of the bytes of its copies
 
-    bool authDenied = false;  ///< administrator rights were refused; nothing more is copied
+    bool authDenied = false;  ///< administrator rights were refused or lost; no more is copied
     bool fileOpErrorOccurred = false;  ///< an item could not be installed; the run has failed
     /// Every destination that was installed, in that order; a path installed twice is there twice.
     std::vector<std::string> installedPaths;

@@ -61,7 +61,7 @@ TEST_F(QuietInstallation, SaysThatItIsNotCompleteWhenAnItemFailed) {
 TEST_F(QuietInstallation, SaysThatRightsWereRefused) {
     fake_.authorizations.status = [](const auto&) { return authorization_status::denied; };
     installQuietly(fake_.platform);
-    EXPECT_THAT(fake_.log.lines, Contains(HasSubstr("Administrator rights were refused")));
+    EXPECT_THAT(fake_.log.lines, Contains(HasSubstr("Administrator rights were refused or lost")));
     EXPECT_FALSE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
 }
 

@@ -1,24 +1,19 @@
-// Feeds arbitrary bytes to the reader of styled texts. The build replays its corpus. Fuzzing itself
-// needs a compiler that brings libFuzzer, given this file and the sources that it exercises
-// (foundation/RtfReader, foundation/rtf/*, foundation/StyledText, Text and Utf8) with
-// -fsanitize=fuzzer,address,undefined.
+// The reader of styled texts.
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <variant>
 
 #include "foundation/RtfReader.h"
 #include "foundation/Text.h"
+#include "fuzz/FuzzInput.h"
 
 namespace {
 
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using installer::fuzz::require;
 
 bool isVisibleText(std::string_view text) {
     for (const char character : text) {
@@ -53,8 +48,7 @@ void checkParagraph(const installer::Paragraph& paragraph) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const auto outcome = installer::readRtf(bytes);
+    const auto outcome = installer::readRtf(installer::fuzz::textOf(data, size));
     if (const auto* error = std::get_if<installer::RtfError>(&outcome)) {
         require(!error->reason.empty());
         return 0;

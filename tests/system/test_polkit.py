@@ -17,7 +17,7 @@ RULES = """polkit.addRule(function(action, subject) {
 """
 REASON = ("Filters 2 by Acme installs files for everybody who uses this computer. "
           "An administrator’s permission is needed for that.")
-REFUSED = "Administrator rights were refused: the installation is not complete"
+REFUSED = "Administrator rights were refused or lost: the installation is not complete"
 ITEMS = ["/Applications/Tool.app", "/Library/Application Support/Acme/Filters 2/readme.txt",
          "/Applications/Adobe Photoshop CS6/run.jsx"]
 # Enough that a copy takes a while.

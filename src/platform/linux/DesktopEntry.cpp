@@ -24,13 +24,14 @@ bool canBeExpressed(const std::string& path) {
 /// be left away.
 std::string escapedValue(std::string_view value) {
     std::string escaped;
-    for (const char character : value) {
+    for (const char original : value) {
+        const char character = isControl(original) ? ' ' : original;
         if (character == ' ' && escaped.empty())
             escaped += "\\s";
         else if (character == '\\')
             escaped += "\\\\";
         else
-            escaped += isControl(character) ? ' ' : character;
+            escaped += character;
     }
     return escaped;
 }
@@ -54,6 +55,13 @@ std::string hashText(std::string_view text) {
     std::array<char, 16> digits{};
     std::snprintf(digits.data(), digits.size(), "%08x", static_cast<unsigned>(hash));
     return digits.data();
+}
+
+/// Whether the name ends as one with a hash does.
+bool seemsHashed(std::string_view name) {
+    constexpr std::size_t length = 9;
+    return name.size() >= length && name[name.size() - length] == '-' &&
+           name.find_first_not_of("0123456789abcdef", name.size() - length + 1) == name.npos;
 }
 
 bool isSafe(char character) {
@@ -83,8 +91,9 @@ std::string desktopEntryFileName(const std::string& identifier) {
         name.begin(), name.end(), [](char character) { return !isSafe(character); }, '-');
     if (name.starts_with('.') || name.starts_with('-')) name.insert(0, "_");
     if (name.empty()) name = "application";
-    // What had to be changed could now be the name of another application.
-    if (name != identifier) name += "-" + hashText(identifier);
+    // What had to be changed could now be the name of another application, and another could have
+    // chosen the name that comes of this.
+    if (name != identifier || seemsHashed(name)) name += "-" + hashText(identifier);
     return name + ".desktop";
 }
 

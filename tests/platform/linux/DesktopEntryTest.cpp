@@ -41,6 +41,11 @@ TEST(DesktopEntry, ANameCannotAddALine) {
     EXPECT_THAT(text.value_or(""), HasSubstr("Name=\\sa\\\\b Exec=evil  \n"));
 }
 
+TEST(DesktopEntry, AControlCharacterAtTheStartOfANameIsASpaceThatStays) {
+    const auto text = desktopEntryText({"\x01\x02tool", "/tool", ""});
+    EXPECT_THAT(text.value_or(""), HasSubstr("Name=\\s tool\n"));
+}
+
 TEST(DesktopEntry, RefusesPathsThatItCannotExpress) {
     for (const char* path : {"/a\nb", "/a\tb", "/a\x1B", "/a\x7F", "/caf\xE9"})
         EXPECT_EQ(desktopEntryText({"Tool", path, ""}), std::nullopt) << path;
@@ -86,6 +91,14 @@ TEST(DesktopEntryFileName, IsAlwaysAPlainNameAndDiffersForEachIdentifier) {
         names.insert(name);
     }
     EXPECT_EQ(names.size(), identifiers.size());
+}
+
+TEST(DesktopEntryFileName, CannotBeTakenByChoosingItAsAnIdentifier) {
+    for (const std::string& identifier :
+         {std::string("a b"), std::string(), std::string(300, 'x')}) {
+        const std::string name = desktopEntryFileName(identifier);
+        EXPECT_NE(desktopEntryFileName(name.substr(0, name.rfind(".desktop"))), name);
+    }
 }
 
 TEST(DesktopEntry, TheDesktopsOwnCheckerAcceptsIt) {

@@ -124,20 +124,21 @@ TEST_P(BrokenPropertyList, IsNone) {
 
 INSTANTIATE_TEST_SUITE_P(
     Files, BrokenPropertyList,
-    testing::Values(BrokenRow{"Empty", ""}, BrokenRow{"OneByte", "<"},
-                    BrokenRow{"Text", "just a text"},
-                    BrokenRow{"RootIsAText", xml("<string>x</string>")},
-                    BrokenRow{"RootIsAList", xml("<array/>")},
-                    BrokenRow{"Truncated",
-                              xml("<dict><key>a</key><string>b</string></dict>").substr(0, 200)},
-                    BrokenRow{"UnknownEntity",
-                              "<!DOCTYPE plist [<!ENTITY file SYSTEM \"file:///etc/passwd\">]>"
-                              "<plist><dict><key>a</key><string>&file;</string></dict></plist>"},
-                    BrokenRow{"Json", "{\"a\": 1}"}, BrokenRow{"BinaryMarkOnly", "bplist00"},
-                    BrokenRow{"BinaryGarbage", "bplist00" + std::string(100, '\xFF')},
-                    BrokenRow{"BinaryZeros", "bplist00" + std::string(100, '\0')},
-                    BrokenRow{"BinaryTruncated", binaryWith({shortText("value")}).substr(0, 20)},
-                    BrokenRow{"BinaryThatHoldsItself", binaryWith({"\xA1" + reference(2)})}),
+    testing::Values(
+        BrokenRow{"Empty", ""}, BrokenRow{"OneByte", "<"}, BrokenRow{"Text", "just a text"},
+        BrokenRow{"RootIsAText", xml("<string>x</string>")},
+        BrokenRow{"RootIsAList", xml("<array/>")},
+        BrokenRow{"Truncated", xml("<dict><key>a</key><string>b</string></dict>").substr(0, 200)},
+        BrokenRow{"UnknownEntity",
+                  "<!DOCTYPE plist [<!ENTITY file SYSTEM \"file:///etc/passwd\">]>"
+                  "<plist><dict><key>a</key><string>&file;</string></dict></plist>"},
+        BrokenRow{"Nul",
+                  xml("<dict><key>a</key><string>b" + std::string(1, '\0') + "c</string></dict>")},
+        BrokenRow{"Json", "{\"a\": 1}"}, BrokenRow{"BinaryMarkOnly", "bplist00"},
+        BrokenRow{"BinaryGarbage", "bplist00" + std::string(100, '\xFF')},
+        BrokenRow{"BinaryZeros", "bplist00" + std::string(100, '\0')},
+        BrokenRow{"BinaryTruncated", binaryWith({shortText("value")}).substr(0, 20)},
+        BrokenRow{"BinaryThatHoldsItself", binaryWith({"\xA1" + reference(2)})}),
     [](const auto& row) { return row.param.name; });
 
 TEST(PropertyList, DeepNestingIsRefusedInXml) {
@@ -177,6 +178,106 @@ TEST(PropertyList, ABinaryListThatMultipliesItselfIsRefused) {
     }
     objects.push_back(shortText("end"));
     EXPECT_FALSE(PropertyList::parse(binaryWith(objects)));
+}
+
+/// The same list with numbers of nine bytes in its trailer's table, which the reader takes too.
+std::string withWideNumbers(const std::vector<std::string>& objects) {
+    std::string bytes = "bplist00";
+    std::string offsets;
+    const auto add = [](std::string& text, std::uint64_t number, int size) {
+        for (int shift = 8 * (size - 1); shift >= 0; shift -= 8)
+            text += static_cast<char>(shift > 56 ? 0 : number >> shift & 0xFF);
+    };
+    for (const auto& object : objects) {
+        add(offsets, bytes.size(), 9);
+        bytes += object;
+    }
+    const std::size_t table = bytes.size();
+    bytes += offsets + std::string(6, '\0') + '\x09' + '\x09';
+    add(bytes, objects.size(), 8);
+    add(bytes, 0, 8);
+    add(bytes, table, 8);
+    return bytes;
+}
+
+std::string wideReference(std::uint32_t number) {
+    return std::string(5, '\0') + reference(number);
+}
+
+TEST(PropertyList, NumbersWiderThanAnyHideNothing) {
+    const std::string key = "\xD1" + wideReference(1) + wideReference(2);
+    const auto list =
+        PropertyList::parse(withWideNumbers({key, shortText("key"), shortText("value")}));
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->value("key"), PreferenceValue("value"));
+
+    std::vector<std::string> objects = {key, shortText("key")};
+    for (std::uint32_t level = 0; level < 10; ++level) {
+        std::string object = "\xAA";
+        for (int count = 0; count < 10; ++count) object += wideReference(level + 3);
+        objects.push_back(object);
+    }
+    objects.push_back(shortText("end"));
+    EXPECT_FALSE(PropertyList::parse(withWideNumbers(objects)));
+}
+
+TEST(PropertyList, ALengthWiderThanAnyHidesNothing) {
+    // The lengths of these lists take sixteen bytes instead of one.
+    std::vector<std::string> objects;
+    for (std::uint32_t level = 0; level < 10; ++level) {
+        std::string object = "\xAF\x14" + std::string(15, '\0') + '\x0A';
+        for (int count = 0; count < 10; ++count) object += reference(level + 3);
+        objects.push_back(object);
+    }
+    objects.push_back(shortText("end"));
+    EXPECT_FALSE(PropertyList::parse(binaryWith(objects)));
+}
+
+TEST(PropertyList, ABinaryListThatRepeatsALongTextIsRefused) {
+    // A megabyte that is referred to a thousand times.
+    std::string list = "\xAF\x12" + reference(1'000);
+    for (int count = 0; count < 1'000; ++count) list += reference(3);
+    for (const char* kind : {"\x4F\x12", "\x5F\x12", "\x6F\x12"}) {
+        const std::string text = kind + reference(1 << 19) + std::string(1 << 20, 'x');
+        EXPECT_FALSE(PropertyList::parse(binaryWith({list, text})));
+    }
+    EXPECT_TRUE(PropertyList::parse(
+        binaryWith({list, "\x5F\x12" + reference(100) + std::string(100, 'x')})));
+}
+
+TEST(PropertyList, ABinaryListWithANulInATextIsRefused) {
+    EXPECT_TRUE(PropertyList::parse(binaryWith({std::string("\x63\x01\0\0a\0b", 7)})));
+    EXPECT_FALSE(PropertyList::parse(binaryWith({std::string("\x63\0a\0\0\0b", 7)})));
+    EXPECT_FALSE(PropertyList::parse(binaryWith({shortText(std::string("a\0b", 3))})));
+}
+
+TEST(PropertyList, ABinaryListWithATextThatIsNotUtf8IsRefused) {
+    EXPECT_TRUE(
+        PropertyList::parse(binaryWith({shortText("Gr\xC3\xBC\xC3\x9F"
+                                                  "e")})));
+    EXPECT_FALSE(
+        PropertyList::parse(binaryWith({shortText("Gr\xFC\xDF"
+                                                  "e")})));
+    EXPECT_FALSE(PropertyList::parse(
+        binary({"\xD1" + reference(1) + reference(2), shortText("\xB7ist"), shortText("value")})));
+}
+
+TEST(PropertyList, ATextOfEntitiesThatTakesForeverIsRefused) {
+    std::string text;
+    for (int count = 0; count < 800'000; ++count) text += "&amp;";
+    EXPECT_FALSE(
+        PropertyList::parse(xml("<dict><key>a</key><string>" + text + "</string></dict>")));
+    const auto list = PropertyList::parse(
+        xml("<dict><key>a</key><string>" + text.substr(0, 5'000) + "</string></dict>"));
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->value("a"), PreferenceValue(std::string(1'000, '&')));
+}
+
+TEST(PropertyList, ADictionaryOfKeysThatTakesForeverIsRefused) {
+    std::string keys;
+    for (int count = 0; count < 20'001; ++count)
+        keys += "<key>" + std::to_string(count) + "</key><true/>";
+    EXPECT_FALSE(PropertyList::parse(xml("<dict>" + keys + "</dict>")));
 }
 
 TEST(PropertyList, EveryTruncationAndEveryDamagedByteIsSurvived) {
