@@ -39,7 +39,7 @@ void SetupController::bindTexts() {
           LocalizedProperty{"customInstallButtonText", "custom_install_button"},
           LocalizedProperty{"registerNowText", "register_now"},
           LocalizedProperty{"launchHelpURLString", "launch_help_url_string"}}) {
-        bindProperty(name, [&bundle, key = key] { return localizedText(bundle, key); });
+        bindProperty(name, [&bundle, textKey = key] { return localizedText(bundle, textKey); });
     }
     bindProperty("mainLabelText", [this] { return mainLabelText(); });
     bindProperty("informativeText", [this] { return asPropertyValue(informativeText()); });

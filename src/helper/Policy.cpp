@@ -98,10 +98,10 @@ std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& 
     return std::nullopt;
 }
 
-bool isPlainPath(std::string_view path) {
-    if (!path.starts_with('/') || path.size() >= PATH_MAX) return false;
-    if (path.find('\0') != std::string_view::npos) return false;
-    std::string_view rest = path;
+bool isPlainPath(std::string_view text) {
+    if (!text.starts_with('/') || text.size() >= PATH_MAX) return false;
+    if (text.find('\0') != std::string_view::npos) return false;
+    std::string_view rest = text;
     while (!rest.empty()) {
         rest.remove_prefix(1);
         const std::string_view component = rest.substr(0, rest.find('/'));

@@ -37,6 +37,6 @@ struct Command {
 
 /// Absolute, not the root itself, within PATH_MAX, without a NUL and without the components "",
 /// "." and "..": so it names one place, and no tool would read it as an option.
-[[nodiscard]] bool isPlainPath(std::string_view path);
+[[nodiscard]] bool isPlainPath(std::string_view text);
 
 }  // namespace installer

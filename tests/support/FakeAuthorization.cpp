@@ -49,11 +49,11 @@ class FakeAuthorizations::Fake : public Authorization {
         std::vector<std::string> command = {tool};
         command.insert(command.end(), arguments.begin(), arguments.end());
         owner_.journal_.push_back(joined(command));
-        const std::int32_t status = owner_.status ? owner_.status(command) : 0;
-        if (status != 0) return {status, nullptr};
+        const std::int32_t refusal = owner_.status ? owner_.status(command) : 0;
+        if (refusal != 0) return {refusal, nullptr};
         if (!owner_.works || owner_.works(command)) owner_.perform(command);
-        std::string output = owner_.output ? owner_.output(command) : "";
-        return {0, std::make_unique<FakeTool>(std::move(output), owner_.chunk, owner_.journal_)};
+        std::string printed = owner_.output ? owner_.output(command) : "";
+        return {0, std::make_unique<FakeTool>(std::move(printed), owner_.chunk, owner_.journal_)};
     }
 
     void setProgressSink(ProgressSink* progress) override { owner_.progressSink = progress; }
