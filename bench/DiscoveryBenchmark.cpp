@@ -52,7 +52,8 @@ const Disk& disk() {
 }
 
 void readEveryPathsFile(benchmark::State& state) {
-    installer::LinuxFileManager files;
+    FakePlatform fake;
+    installer::LinuxFileManager files(fake.log);
     const std::string folder = disk().preferences();
     for (auto _ : state) {
         std::size_t read = 0;
@@ -67,8 +68,8 @@ void readEveryPathsFile(benchmark::State& state) {
 }
 
 void discoverHosts(benchmark::State& state) {
-    installer::LinuxFileManager files;
     FakePlatform fake;
+    installer::LinuxFileManager files(fake.log);
     fake.searchPaths.home = disk().home();
     installer::Platform platform{files,
                                  fake.fileQueries,

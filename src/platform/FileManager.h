@@ -50,8 +50,7 @@ class WritableFile {
     virtual ~WritableFile() = default;
 
     /// Writes the text at the file's current place (its start, at first), in one call where the
-    /// system takes it in one, and ends the file there: nothing of what it held before stays behind
-    /// the text. A failure leaves nothing of the text either.
+    /// system takes it in one. Not atomic: a failure can leave a part of the text.
     [[nodiscard]] virtual std::error_code write(std::string_view text) = 0;
 
     /// Cuts the file off at that size, or fills it up with NULs to it. The place where the next

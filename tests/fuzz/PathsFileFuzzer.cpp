@@ -41,7 +41,8 @@ class Disk : public test::MemoryFileManager {
 
   private:
     FileDescriptor file_;
-    LinuxFileManager files_;
+    test::RecordingLog log_;
+    LinuxFileManager files_{log_};
 };
 
 class Scene {

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "install/EngineParts.h"
-#include "install/FullDisk.h"
 #include "install/InstallIdentifier.h"
+#include "support/FailingFileManager.h"
 
 namespace installer::test {
 namespace {
@@ -113,7 +113,9 @@ TEST_F(InstallIdentifierTest, RefusedRightsAreNoneOfItsConcern) {
 }
 
 TEST_F(InstallIdentifierTest, AFailedWriteIsOnlyLoggedWithItsReason) {
-    FullFileManager files(memory, fake.journal);
+    constexpr std::size_t writing = 3;  // after the question whether it exists, and the opening
+    Faults faults({.place = writing, .error = std::errc::no_space_on_device}, writing);
+    FailingFileManager files(memory, faults);
     Platform platform = platformWith(files, fake);
     InstallIdentifier(platform, engine.commands).installAnalytics();
     EXPECT_THAT(fake.log.lines,

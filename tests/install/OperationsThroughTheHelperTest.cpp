@@ -129,7 +129,7 @@ class OperationsThroughTheHelper : public testing::Test {
     template <class Call>
     void inARun(Call call) {
         const OrdinaryUser user;
-        LinuxFileManager files;
+        LinuxFileManager files(fake.log);
         StartedAuthorizations authorizations(*authorization);
         LinuxFileQueries queries(loop);
         Platform platform{files,

@@ -33,9 +33,9 @@ class FakeFileQueries::Fake : public FileQuery {
     }
     [[nodiscard]] std::vector<FoundFile> results() const {
         if (!isRunning_) return results_;
-        const auto found = owner_.found.find(pattern_);
-        return hasGathered() && found != owner_.found.end() ? found->second
-                                                            : std::vector<FoundFile>();
+        const auto entries = owner_.found.find(pattern_);
+        return hasGathered() && entries != owner_.found.end() ? entries->second
+                                                              : std::vector<FoundFile>();
     }
 
     FakeFileQueries& owner_;

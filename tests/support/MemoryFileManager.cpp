@@ -32,7 +32,7 @@ class MemoryFileManager::OpenFile : public WritableFile {
     std::error_code write(std::string_view text) override {
         Node* file = files_.find(path_);
         if (file == nullptr) return failure(std::errc::io_error);
-        file->contents.replace(std::min(place_, file->contents.size()), std::string::npos, text);
+        file->contents.replace(std::min(place_, file->contents.size()), text.size(), text);
         place_ += text.size();
         return {};
     }

@@ -163,16 +163,7 @@ Result<std::string> readUpTo(int file, std::size_t limit) {
 class OpenedFile : public WritableFile {
   public:
     explicit OpenedFile(FileDescriptor file) : file_(std::move(file)) {}
-
-    std::error_code write(std::string_view text) override {
-        const auto error = writeAll(file_.get(), text);
-        const off_t end = error ? end_ : end_ + static_cast<off_t>(text.size());
-        if (lseek(file_.get(), end, SEEK_SET) < 0 || ftruncate(file_.get(), end) != 0) {
-            return error ? error : systemError();
-        }
-        end_ = end;
-        return error;
-    }
+    std::error_code write(std::string_view text) override { return writeAll(file_.get(), text); }
 
     std::error_code setSize(std::uint64_t size) override {
         if (size > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) {
@@ -187,7 +178,6 @@ class OpenedFile : public WritableFile {
 
   private:
     FileDescriptor file_;
-    off_t end_ = 0;
 };
 
 /// Asks one of the account data bases with a buffer that grows until the answer fits. EINVAL for

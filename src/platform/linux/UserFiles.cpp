@@ -1,5 +1,6 @@
 #include "platform/linux/UserFiles.h"
 
+#include <array>
 #include <cerrno>
 #include <utility>
 

@@ -150,7 +150,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
         FakePlatform fake;
         prepareFaultScene(fake, disk.path());
         fake.searchPaths.login = loginNameOf(user_);
-        LinuxFileManager files(user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow);
+        LinuxFileManager files(fake.log, user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow);
         actAs(user_);
         RunReport report = runInstallStep(fake, files, authorizations, faults, atStart);
         actAs(0);
