@@ -71,20 +71,7 @@ void discoverHosts(benchmark::State& state) {
     FakePlatform fake;
     installer::LinuxFileManager files(fake.log);
     fake.searchPaths.home = disk().home();
-    installer::Platform platform{files,
-                                 fake.fileQueries,
-                                 fake.authorizations,
-                                 fake.processes,
-                                 fake.eventLoop,
-                                 fake.preferences,
-                                 fake.bundle,
-                                 fake.bundles,
-                                 fake.searchPaths,
-                                 fake.applications,
-                                 fake.alerts,
-                                 fake.log,
-                                 fake.clock,
-                                 fake.notifications};
+    installer::Platform platform = installer::test::platformWith(files, fake);
     for (auto _ : state) {
         const installer::HostsModel hosts(platform);
         if (hosts.foundHosts().size() != pathsFiles) state.SkipWithError("a host was not found");

@@ -30,19 +30,7 @@ template <class Use>
 int failInTurn(FakePlatform& fake, const Use& use) {
     const auto run = [&](Faults& faults) {
         FailingFileManager files(fake.memory, faults);
-        Platform platform = {files,
-                             fake.authorizations,
-                             fake.processes,
-                             fake.eventLoop,
-                             fake.preferences,
-                             fake.bundle,
-                             fake.bundles,
-                             fake.searchPaths,
-                             fake.applications,
-                             fake.alerts,
-                             fake.log,
-                             fake.clock,
-                             fake.notifications};
+        Platform platform = platformWith(files, fake);
         use(platform);
     };
     Faults none;

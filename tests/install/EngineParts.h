@@ -60,24 +60,6 @@ inline void failOperation(FakePlatform& fake, const std::string& name) {
     });
 }
 
-/// The same machine with other files.
-inline Platform platformWith(FileManager& files, FakePlatform& fake) {
-    return {files,
-            fake.fileQueries,
-            fake.authorizations,
-            fake.processes,
-            fake.eventLoop,
-            fake.preferences,
-            fake.bundle,
-            fake.bundles,
-            fake.searchPaths,
-            fake.applications,
-            fake.alerts,
-            fake.log,
-            fake.clock,
-            fake.notifications};
-}
-
 /// The parts of the engine below the controller, wired as the controller does it, in a run whose
 /// authorization is there.
 class EngineParts {

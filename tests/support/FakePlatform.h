@@ -158,4 +158,22 @@ class FakePlatform {
                       alerts,      log,         clock,          notifications};
 };
 
+/// The same machine with other files.
+inline Platform platformWith(FileManager& files, FakePlatform& fake) {
+    return {files,
+            fake.fileQueries,
+            fake.authorizations,
+            fake.processes,
+            fake.eventLoop,
+            fake.preferences,
+            fake.bundle,
+            fake.bundles,
+            fake.searchPaths,
+            fake.applications,
+            fake.alerts,
+            fake.log,
+            fake.clock,
+            fake.notifications};
+}
+
 }  // namespace installer::test
