@@ -211,8 +211,9 @@ TEST(PropertyList, NumbersWiderThanAnyHideNothing) {
     ASSERT_TRUE(list);
     EXPECT_EQ(list->value("key"), PreferenceValue("value"));
 
+    // A million values.
     std::vector<std::string> objects = {key, shortText("key")};
-    for (std::uint32_t level = 0; level < 10; ++level) {
+    for (std::uint32_t level = 0; level < 6; ++level) {
         std::string object = "\xAA";
         for (int count = 0; count < 10; ++count) object += wideReference(level + 3);
         objects.push_back(object);
@@ -224,7 +225,7 @@ TEST(PropertyList, NumbersWiderThanAnyHideNothing) {
 TEST(PropertyList, ALengthWiderThanAnyHidesNothing) {
     // The lengths of these lists take sixteen bytes instead of one.
     std::vector<std::string> objects;
-    for (std::uint32_t level = 0; level < 10; ++level) {
+    for (std::uint32_t level = 0; level < 6; ++level) {
         std::string object = "\xAF\x14" + std::string(15, '\0') + '\x0A';
         for (int count = 0; count < 10; ++count) object += reference(level + 3);
         objects.push_back(object);
