@@ -1,8 +1,8 @@
 """One system call after the other fails, in the installer or in its helper: nothing is silent.
 
 Each call that a run makes once it is in its own code can be made to fail, with one of the errors
-that it could meet. A sample of them is, or all of them with INSTALLER_ALL_CALLS=1 (half an hour).
-INSTALLER_CALLS and INSTALLER_CALLS_SEED choose the sample and the errors.
+that it could meet. A sample of them is, or all of them with INSTALLER_ALL_CALLS=1 (ten minutes).
+INSTALLER_CALLS and INSTALLER_CALLS_SEED choose the sample and the errors (see scripts/fail-calls).
 """
 
 import collections
