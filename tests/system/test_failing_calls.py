@@ -1,8 +1,8 @@
 """One system call after the other fails, in the installer or in its helper: nothing is silent.
 
 Each call that a run makes once it is in its own code can be made to fail, with one of the errors
-that it could meet. A sample of them is, or all of them with INSTALLER_ALL_CALLS=1 (half an hour).
-INSTALLER_CALLS and INSTALLER_CALLS_SEED choose the sample and the errors.
+that it could meet. A sample of them is, or all of them with INSTALLER_ALL_CALLS=1 (ten minutes).
+INSTALLER_CALLS and INSTALLER_CALLS_SEED choose the sample and the errors (see scripts/fail-calls).
 """
 
 import collections
@@ -42,8 +42,10 @@ OUTCOME = re.compile(r"The installation is (not )?complete \((\d+) items|"
 
 def is_left_out(call, arguments):
     """A message that cannot be written is told to nobody. The C library reads the system's own lists,
-    and says of an account in one that it cannot read only that there is none."""
-    return (call == "write" and arguments.startswith("2<")) or "/etc/" in arguments
+    and says of an account in one that it cannot read only that there is none. A close that fails has
+    closed all the same, but not under the tracer: the helper would wait for more for ever."""
+    return ((call == "write" and arguments.startswith("2<")) or "/etc/" in arguments
+            or (call == "close" and "<socket:" in arguments))
 
 
 class FailingCalls(SystemTest):
