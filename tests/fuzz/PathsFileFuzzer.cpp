@@ -60,19 +60,10 @@ class Scene {
 
     Platform platform() {
         Platform made = fake_.platform;
-        return {disk_,
-                made.authorizations,
-                made.processes,
-                made.eventLoop,
-                made.preferences,
-                made.bundle,
-                made.bundles,
-                searchPaths_,
-                made.applications,
-                made.alerts,
-                made.log,
-                made.clock,
-                made.notifications};
+        return {disk_,          made.fileQueries,  made.authorizations, made.processes,
+                made.eventLoop, made.preferences,  made.bundle,         made.bundles,
+                searchPaths_,   made.applications, made.alerts,         made.log,
+                made.clock,     made.notifications};
     }
     const std::string& file() const { return file_; }
     test::FakePlatform& fake() { return fake_; }

@@ -17,9 +17,20 @@ namespace installer::test {
 namespace {
 
 Platform platformOf(FakePlatform& fake, FileManager& files, Authorizations& authorizations) {
-    return {files,       authorizations, fake.processes,    fake.eventLoop,    fake.preferences,
-            fake.bundle, fake.bundles,   fake.searchPaths,  fake.applications, fake.alerts,
-            fake.log,    fake.clock,     fake.notifications};
+    return {files,
+            fake.fileQueries,
+            authorizations,
+            fake.processes,
+            fake.eventLoop,
+            fake.preferences,
+            fake.bundle,
+            fake.bundles,
+            fake.searchPaths,
+            fake.applications,
+            fake.alerts,
+            fake.log,
+            fake.clock,
+            fake.notifications};
 }
 
 std::vector<HostModel> hostsOf(Platform& platform) {
