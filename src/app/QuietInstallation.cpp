@@ -25,6 +25,9 @@ std::string outcome(const InstallFilesController& controller, const std::string&
     if (controller.fileOpErrorOccurred()) {
         return formatted("The installation is not complete (%@ items installed)", {count});
     }
+    if (!controller.installerLogIsWritten()) {
+        return formatted("The installation is complete (%@ items installed)", {count});
+    }
     return formatted("The installation is complete (%@ items installed, listed in %@)",
                      {count, logPath});
 }

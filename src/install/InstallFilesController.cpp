@@ -181,7 +181,7 @@ void InstallFilesController::runLsregister() {
 }
 
 void InstallFilesController::logInstalledPaths() {
-    InstallerLog(platform_, run_, commands_).logInstalledPaths();
+    logIsWritten_ = InstallerLog(platform_, run_, commands_).logInstalledPaths();
 }
 
 void InstallFilesController::installSourceFiles(const std::vector<std::string>& sources,

@@ -50,6 +50,9 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
         return run_.installedPaths;
     }
 
+    /// Whether the installer log lists the items of the last run.
+    [[nodiscard]] bool installerLogIsWritten() const { return logIsWritten_; }
+
     /// The destinations of the items that could not be installed in the last run, in that order,
     /// each once.
     [[nodiscard]] const std::vector<std::string>& failedPaths() const { return run_.failedPaths; }
@@ -115,6 +118,7 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
 
     bool copyInProgress_ = false;
     bool installComplete_ = false;
+    bool logIsWritten_ = false;
     std::shared_ptr<InstallFilesModel> model_;
     std::shared_ptr<View> view_;
     MainController* mainController_ = nullptr;

@@ -13,14 +13,14 @@
 
 namespace installer {
 
-void InstallerLog::logInstalledPaths() {
-    if (run_.installedPaths.empty()) return;
+bool InstallerLog::logInstalledPaths() {
+    if (run_.installedPaths.empty()) return false;
     const std::string path = PlugInFilesModel(platform_).installerLogPath();
     commands_.renewLogFile(path);
     const auto opened = platform_.files.openForWriting(path);
     if (!opened) {
         platform_.log.log("can't open installer log file for writing");
-        return;
+        return false;
     }
     std::string text;
     for (const std::string& installed : run_.installedPaths) text += installed + "\n";
@@ -28,10 +28,11 @@ void InstallerLog::logInstalledPaths() {
     // The commands may have failed, and an old list that is longer would show behind the new one.
     std::error_code error = file.setSize(0);
     if (!error) error = file.write(text);
-    if (!error) return;
+    if (!error) return true;
     platform_.log.log(formatted("can't write to installer log file: %@", {error.message()}));
     // The beginning of a path is the path of a folder above it, which is not what was installed.
     static_cast<void>(file.setSize(0));
+    return false;
 }
 
 }  // namespace installer

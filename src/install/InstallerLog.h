@@ -15,7 +15,8 @@ class InstallerLog {
     /// Replaces the log by the run's list. A run that installed nothing leaves it as it is. A
     /// failure is only logged: it never makes the run a failed one. A log that cannot be
     /// written is empty; where it cannot even be emptied it is the old one, or ends too early.
-    void logInstalledPaths();
+    /// Whether it lists the run's items now.
+    bool logInstalledPaths();
 
   private:
     Platform& platform_;

@@ -51,6 +51,13 @@ TEST_F(QuietInstallation, SaysThatItIsCompleteAndWhereTheListIs) {
                          "/Library/Application Support/Acme/Filters 2 Installer.log)"));
 }
 
+TEST_F(QuietInstallation, NamesNoListThatCouldNotBeWritten) {
+    fake_.memory.addFolder("/Library/Application Support/Acme/Filters 2 Installer.log");
+    fake_.authorizations.works = [](const auto& command) { return command.front() != "/bin/rm"; };
+    installQuietly(fake_.platform);
+    EXPECT_THAT(fake_.log.lines, Contains("The installation is complete (2 items installed)"));
+}
+
 TEST_F(QuietInstallation, SaysThatItIsNotCompleteWhenAnItemFailed) {
     fake_.memory.addOther(payload_ + "/HD/Applications/Tool.app/pipe");
     installQuietly(fake_.platform);
