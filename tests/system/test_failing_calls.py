@@ -37,7 +37,8 @@ INTERRUPTED = ("pread64", "write", "pwrite64", "copy_file_range", "recvfrom", "s
 # The first call of each program's own; what comes before is its loader's.
 FIRST_OWN_CALL = {"installer": "socket", "helper": "fcntl"}
 OUTCOME = re.compile(r"The installation is (not )?complete \((\d+) items|"
-                     r"Administrator rights were refused: the installation is not complete \((\d+)")
+                     r"Administrator rights were refused or lost: "
+                     r"the installation is not complete \((\d+)")
 
 
 def is_left_out(call, arguments):

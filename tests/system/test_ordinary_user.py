@@ -8,7 +8,8 @@ from rights import Account, Terminal, processes, wait_until
 
 LOGIN = "installing-user"
 REASON = "Filters 2 by Acme needs administrator rights"
-REFUSED = "Administrator rights were refused or lost: the installation is not complete (0 items installed)"
+REFUSED = ("Administrator rights were refused or lost: the installation is not complete "
+           "(0 items installed)")
 COMPLETE = "The installation is complete (3 items"
 
 

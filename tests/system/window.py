@@ -176,7 +176,8 @@ class Window:
             window = self.front()
             if not display.give_focus(window) or window != self.front():
                 return False
-            if poll(lambda: any("active" in top.states for top in self.application.children), next(patience)):
+            if poll(lambda: any("active" in top.states for top in self.application.children),
+                    next(patience)):
                 return True
             # It came while a question was just going away, and so went to that question's window;
             # or the machine is slow, and deserves more time at the next attempt.
