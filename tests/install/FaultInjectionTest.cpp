@@ -18,7 +18,7 @@ namespace {
 
 using testing::IsEmpty;
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef INSTALLER_SANITIZE
 constexpr std::size_t step = 5;  ///< each run takes twenty times as long then
 #else
 constexpr std::size_t step = 1;

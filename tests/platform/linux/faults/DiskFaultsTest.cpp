@@ -39,7 +39,7 @@ using system_call_faults::KernelCopies;
 
 constexpr uid_t nobody = 65534;
 constexpr std::array errors = {EIO, ENOSPC, EACCES, EROFS, EINTR};
-#ifdef __SANITIZE_ADDRESS__
+#ifdef INSTALLER_SANITIZE
 constexpr std::size_t changingStep = 6;  ///< each run starts three processes, which then takes long
 #else
 constexpr std::size_t changingStep = 1;
