@@ -69,7 +69,9 @@ TEST_P(Flood, IsHeldBackAndAnsweredToTheLast) {
     const ToolRequest request{"/usr/bin/touch", {folder / std::string(GetParam(), 'x')}};
     const int unanswered = flood(helper, encodedRequest(request).value());
     ASSERT_GT(unanswered, 0);
-    EXPECT_LT(residentSize(helper) - before, 4096) << "KiB";
+    // A helper that kept what it cannot answer yet would never stop reading. A sanitizer keeps some
+    // of what was given back.
+    EXPECT_LT(residentSize(helper) - before, 32 << 10) << "KiB";
     for (int index = 0; index < unanswered; ++index) {
         const std::optional<Message> message = helper.stream().receive();
         ASSERT_TRUE(message) << index;
