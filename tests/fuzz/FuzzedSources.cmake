@@ -71,6 +71,7 @@ add_library(installer_fuzzed STATIC
     ${source}/wizard/BundleUserDefaults.cpp
     ${source}/wizard/LocalizedText.cpp
     ../support/FakeAuthorization.cpp
+    ../support/FakeFileQuery.cpp
     ../support/FakePlatform.cpp
     ../support/MemoryFileManager.cpp
     ../support/RecordingFileManager.cpp
