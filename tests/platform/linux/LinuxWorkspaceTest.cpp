@@ -193,9 +193,9 @@ TEST_F(LinuxWorkspaceTest, TerminateAsksTheApplicationToEnd) {
 }
 
 TEST_F(LinuxWorkspaceTest, AnApplicationCanTidyUpWhenItIsAskedToEnd) {
+    // A shell that waits for a process is woken by a signal for certain; one that reads is not.
     addApplication("Sample.app", "Sample",
-                   "trap 'echo tidy; exit' TERM; echo ready; exec 5<>'" +
-                       disk_.addFifo("nobody writes") + "'; while read line <&5; do :; done");
+                   "trap 'kill $!; echo tidy; exit' TERM; sleep infinity & echo ready; wait");
     const auto launched = workspace_.launchHidden(disk_.at("Sample.app"), {});
     ASSERT_TRUE(launched);
     std::ifstream said(disk_.at("said"));
