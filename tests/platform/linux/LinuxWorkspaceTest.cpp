@@ -193,9 +193,11 @@ TEST_F(LinuxWorkspaceTest, TerminateAsksTheApplicationToEnd) {
 }
 
 TEST_F(LinuxWorkspaceTest, AnApplicationCanTidyUpWhenItIsAskedToEnd) {
-    // A shell that waits for a process is woken by a signal for certain; one that reads is not.
+    // A shell that waits for a process is woken by a signal for certain; one that reads is not. And
+    // only a process that is a program of its own by then can be ended by it for certain.
     addApplication("Sample.app", "Sample",
-                   "trap 'kill $!; echo tidy; exit' TERM; sleep infinity & echo ready; wait");
+                   "trap 'kill $!; echo tidy; exit' TERM; "
+                   "sh -c 'echo ready; exec sleep infinity' & wait");
     const auto launched = workspace_.launchHidden(disk_.at("Sample.app"), {});
     ASSERT_TRUE(launched);
     std::ifstream said(disk_.at("said"));
