@@ -16,23 +16,6 @@ namespace installer::test {
 
 namespace {
 
-Platform platformOf(FakePlatform& fake, FileManager& files, Authorizations& authorizations) {
-    return {files,
-            fake.fileQueries,
-            authorizations,
-            fake.processes,
-            fake.eventLoop,
-            fake.preferences,
-            fake.bundle,
-            fake.bundles,
-            fake.searchPaths,
-            fake.applications,
-            fake.alerts,
-            fake.log,
-            fake.clock,
-            fake.notifications};
-}
-
 std::vector<HostModel> hostsOf(Platform& platform) {
     return {
         PhotoshopHostModel::initWithHostName(platform, "Adobe Photoshop CC 2020"),
@@ -61,10 +44,10 @@ RunReport runInstallStep(FakePlatform& fake, FileManager& files, Authorizations&
                          Faults& faults, const std::function<void()>& atStart) {
     fake.log.lines.clear();
     fake.alerts.shown.clear();
-    Platform sound = platformOf(fake, files, authorizations);
+    Platform sound = platformWith(files, authorizations, fake);
     FailingFileManager failingFiles(files, faults);
     FailingAuthorizations failingAuthorizations(authorizations, faults);
-    Platform platform = platformOf(fake, failingFiles, failingAuthorizations);
+    Platform platform = platformWith(failingFiles, failingAuthorizations, fake);
 
     std::vector<std::string> events;
     FakeMainController main(events);

@@ -95,7 +95,7 @@ void addNeighbours(DiskMaker& disk) {
     disk.file(userSupport + "/Other/manifest.xml", "another maker's");
     disk.file(support + "/Acme/Prismor X/presets.csv", "of the user");
     disk.folder(home + "/Library/Preferences");
-    disk.folder("/Volumes/Work");
+    disk.folder("/Volumes/Pictures");
 }
 
 }  // namespace

@@ -43,7 +43,7 @@ inline const std::string editorList =
 inline const std::string siblingEditor = "/Applications/Quarrytone Inkvale 4.app";
 inline const std::string payload = "/Installer.app/Contents/Resources/files";
 inline const std::string home = "/Users/tester";
-inline const std::string pickedFolder = "/Volumes/Work/My Plug-Ins";
+inline const std::string pickedFolder = "/Volumes/Pictures/My Plug-Ins";
 inline const std::vector<std::string> staleManifests = {
     home + "/Library/Application Support/Acme/manifest.xml",
     home + "/Library/Application Support/Acme/Filters 1/Looks/manifest.xml"};

@@ -158,11 +158,12 @@ class FakePlatform {
                       alerts,      log,         clock,          notifications};
 };
 
-/// The same machine with other files.
-inline Platform platformWith(FileManager& files, FakePlatform& fake) {
+/// The same machine with other files and other ways to the administrator.
+inline Platform platformWith(FileManager& files, Authorizations& authorizations,
+                             FakePlatform& fake) {
     return {files,
             fake.fileQueries,
-            fake.authorizations,
+            authorizations,
             fake.processes,
             fake.eventLoop,
             fake.preferences,
@@ -174,6 +175,11 @@ inline Platform platformWith(FileManager& files, FakePlatform& fake) {
             fake.log,
             fake.clock,
             fake.notifications};
+}
+
+/// The same machine with other files.
+inline Platform platformWith(FileManager& files, FakePlatform& fake) {
+    return platformWith(files, fake.authorizations, fake);
 }
 
 }  // namespace installer::test
