@@ -8,9 +8,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "hosts/HostsModel.h"
-#include "platform/linux/LinuxFileManager.h"
-#include "support/FakePlatform.h"
+#include "linux/files/LinuxFileManager.h"
+#include "steps/hosts/HostsModel.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

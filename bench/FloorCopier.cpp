@@ -13,8 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/linux/AdminGroup.h"
-#include "platform/linux/files/FileDescriptor.h"
+#include "privileged/system/AdminGroup.h"
+#include "privileged/system/FileDescriptor.h"
 
 namespace {
 

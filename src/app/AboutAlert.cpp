@@ -4,9 +4,9 @@
 #include <string>
 
 #include "app/WindowTexts.h"
-#include "foundation/Format.h"
-#include "platform/Bundle.h"
-#include "wizard/LocalizedText.h"
+#include "foundation/text/Format.h"
+#include "ports/Bundle.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 

@@ -2,14 +2,14 @@
 
 #include <cstddef>
 
-#include "foundation/Paths.h"
-#include "install/InstallFilesController.h"
-#include "install/PlugInFilesModel.h"
-#include "platform/Clipboard.h"
-#include "platform/FileManager.h"
-#include "platform/WindowPlatform.h"
-#include "platform/Workspace.h"
-#include "wizard/LocalizedText.h"
+#include "foundation/values/Paths.h"
+#include "ports/FileManager.h"
+#include "ports/window/Clipboard.h"
+#include "ports/window/WindowPlatform.h"
+#include "ports/window/Workspace.h"
+#include "product/LocalizedText.h"
+#include "product/PlugInFilesModel.h"
+#include "steps/install/InstallFilesController.h"
 
 namespace installer {
 

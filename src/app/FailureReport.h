@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/InterfaceOwner.h"
+#include "ports/window/InterfaceOwner.h"
 
 namespace installer {
 

@@ -1,9 +1,9 @@
 #include "app/HelpPage.h"
 
 #include "app/WindowTexts.h"
-#include "foundation/Format.h"
-#include "foundation/Text.h"
-#include "wizard/LocalizedText.h"
+#include "foundation/text/Format.h"
+#include "foundation/text/Text.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "hosts/HostModel.h"
-#include "platform/Workspace.h"
+#include "ports/window/Workspace.h"
 
 namespace installer {
 

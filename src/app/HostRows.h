@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/InterfaceOwner.h"
+#include "ports/window/InterfaceOwner.h"
 
 namespace installer {
 

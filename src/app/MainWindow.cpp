@@ -1,6 +1,6 @@
 #include "app/MainWindow.h"
 
-#include "platform/InterfaceLoader.h"
+#include "ports/window/InterfaceLoader.h"
 
 namespace installer {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/View.h"
+#include "ports/window/View.h"
 
 namespace installer {
 

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "foundation/Format.h"
-#include "foundation/NotificationCenter.h"
-#include "hosts/HostsModel.h"
-#include "install/InstallFilesController.h"
-#include "install/PlugInFilesModel.h"
-#include "platform/Platform.h"
-#include "platform/SystemLog.h"
+#include "foundation/observers/NotificationCenter.h"
+#include "foundation/text/Format.h"
+#include "ports/Platform.h"
+#include "ports/SystemLog.h"
+#include "product/PlugInFilesModel.h"
+#include "steps/hosts/HostsModel.h"
+#include "steps/install/InstallFilesController.h"
 
 namespace installer {
 

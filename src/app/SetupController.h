@@ -10,8 +10,8 @@
 #include "app/FailureReport.h"
 #include "app/MainWindow.h"
 #include "app/StepRegistry.h"
-#include "foundation/StyledText.h"
-#include "foundation/Subscription.h"
+#include "foundation/observers/Subscription.h"
+#include "foundation/text/StyledText.h"
 #include "wizard/BoundObject.h"
 #include "wizard/MainController.h"
 

@@ -5,10 +5,10 @@
 #include "app/SetupController.h"
 #include "app/WindowTexts.h"
 #include "hosts/HostModel.h"
-#include "platform/WindowPlatform.h"
-#include "steps/RegisterModel.h"
+#include "ports/window/WindowPlatform.h"
+#include "product/LocalizedText.h"
+#include "steps/completion/RegisterModel.h"
 #include "wizard/InstallStateController.h"
-#include "wizard/LocalizedText.h"
 
 // The names under which the description of the main window knows the controller's properties and
 // actions.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/View.h"
+#include "ports/window/View.h"
 #include "wizard/StepController.h"
 #include "wizard/StepModel.h"
 

@@ -2,10 +2,10 @@
 
 #include <optional>
 
-#include "foundation/Format.h"
-#include "steps/LicenseModel.h"
-#include "wizard/LocalizedText.h"
-#include "wizard/RtfResource.h"
+#include "foundation/text/Format.h"
+#include "product/LocalizedText.h"
+#include "product/RtfResource.h"
+#include "steps/licence/LicenseModel.h"
 #include "wizard/StepModel.h"
 
 namespace installer {

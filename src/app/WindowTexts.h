@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "foundation/StyledText.h"
+#include "foundation/text/StyledText.h"
 
 namespace installer {
 

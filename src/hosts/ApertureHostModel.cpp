@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "foundation/Paths.h"
-#include "install/PlugInFilesModel.h"
-#include "platform/FileManager.h"
-#include "platform/Platform.h"
-#include "platform/SearchPaths.h"
+#include "foundation/values/Paths.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "ports/SearchPaths.h"
+#include "product/PlugInFilesModel.h"
 
 namespace installer {
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
-#include "foundation/Paths.h"
-#include "platform/FileManager.h"
-#include "platform/Platform.h"
-#include "platform/SearchPaths.h"
+#include "foundation/values/Paths.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "ports/SearchPaths.h"
 
 namespace installer {
 

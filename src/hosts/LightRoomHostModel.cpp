@@ -2,14 +2,14 @@
 
 #include <utility>
 
-#include "foundation/Format.h"
-#include "foundation/Paths.h"
-#include "foundation/Uuid.h"
-#include "install/PlugInFilesModel.h"
-#include "platform/FileManager.h"
-#include "platform/Platform.h"
-#include "platform/SearchPaths.h"
-#include "wizard/LocalizedText.h"
+#include "foundation/text/Format.h"
+#include "foundation/values/Paths.h"
+#include "foundation/values/Uuid.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "ports/SearchPaths.h"
+#include "product/LocalizedText.h"
+#include "product/PlugInFilesModel.h"
 
 namespace installer {
 

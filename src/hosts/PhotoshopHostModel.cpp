@@ -7,15 +7,15 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/Format.h"
-#include "foundation/Paths.h"
-#include "foundation/Text.h"
-#include "install/PlugInFilesModel.h"
-#include "platform/Clock.h"
-#include "platform/FileManager.h"
-#include "platform/Platform.h"
-#include "platform/SearchPaths.h"
-#include "platform/SystemLog.h"
+#include "foundation/text/Format.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "ports/Clock.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "ports/SearchPaths.h"
+#include "ports/SystemLog.h"
+#include "product/PlugInFilesModel.h"
 
 namespace installer {
 

@@ -1,7 +1,7 @@
 #include "hosts/UnknownHostModel.h"
 
-#include "platform/Platform.h"
-#include "wizard/LocalizedText.h"
+#include "ports/Platform.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 

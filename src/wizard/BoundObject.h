@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/InterfaceOwner.h"
+#include "ports/window/InterfaceOwner.h"
 
 namespace installer {
 

@@ -1,7 +1,7 @@
 #include "wizard/InstallStateController.h"
 
-#include "foundation/NotificationCenter.h"
-#include "platform/Platform.h"
+#include "foundation/observers/NotificationCenter.h"
+#include "ports/Platform.h"
 #include "wizard/StepController.h"
 
 namespace installer {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "foundation/Observable.h"
+#include "foundation/observers/Observable.h"
 
 namespace installer {
 

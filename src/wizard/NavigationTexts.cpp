@@ -1,6 +1,6 @@
 #include "wizard/NavigationTexts.h"
 
-#include "wizard/LocalizedText.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 

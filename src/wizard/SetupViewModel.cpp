@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Platform.h"
+#include "ports/Platform.h"
 #include "wizard/InstallStateController.h"
 
 namespace installer {

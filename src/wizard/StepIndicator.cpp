@@ -1,8 +1,8 @@
 #include "wizard/StepIndicator.h"
 
-#include "platform/Bundle.h"
-#include "platform/InterfaceLoader.h"
-#include "platform/WindowPlatform.h"
+#include "ports/Bundle.h"
+#include "ports/window/InterfaceLoader.h"
+#include "ports/window/WindowPlatform.h"
 
 namespace installer {
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/Image.h"
-#include "platform/View.h"
+#include "ports/window/Image.h"
+#include "ports/window/View.h"
 #include "wizard/BoundObject.h"
 
 namespace installer {

@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
-#include "foundation/Observable.h"
-#include "foundation/StyledText.h"
-#include "platform/Image.h"
+#include "foundation/observers/Observable.h"
+#include "foundation/text/StyledText.h"
+#include "ports/window/Image.h"
 
 namespace installer {
 

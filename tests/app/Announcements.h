@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "app/Wizard.h"
+#include "tests/app/Wizard.h"
 
 namespace installer::test {
 

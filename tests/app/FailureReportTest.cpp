@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/Wizard.h"
+#include "tests/app/Wizard.h"
 
 namespace installer::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/HelpPage.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer::test {
 namespace {

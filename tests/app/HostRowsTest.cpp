@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "app/HostRows.h"
-#include "app/Wizard.h"
+#include "tests/app/Wizard.h"
 
 namespace installer::test {
 namespace {

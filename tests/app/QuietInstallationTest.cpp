@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "app/QuietInstallation.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer::test {
 namespace {

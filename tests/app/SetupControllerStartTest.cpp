@@ -4,19 +4,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/Announcements.h"
 #include "app/MainWindow.h"
-#include "app/Wizard.h"
-#include "hosts/HostsController.h"
-#include "hosts/HostsModel.h"
-#include "install/InstallFilesController.h"
-#include "install/InstallFilesModel.h"
-#include "steps/LicenseController.h"
-#include "steps/LicenseModel.h"
-#include "steps/RegisterController.h"
-#include "steps/RegisterModel.h"
-#include "steps/RunningHostViewController.h"
-#include "steps/RunningHostViewModel.h"
+#include "steps/completion/RegisterController.h"
+#include "steps/completion/RegisterModel.h"
+#include "steps/hosts/HostsController.h"
+#include "steps/hosts/HostsModel.h"
+#include "steps/install/InstallFilesController.h"
+#include "steps/install/InstallFilesModel.h"
+#include "steps/licence/LicenseController.h"
+#include "steps/licence/LicenseModel.h"
+#include "steps/running/RunningHostViewController.h"
+#include "steps/running/RunningHostViewModel.h"
+#include "tests/app/Announcements.h"
+#include "tests/app/Wizard.h"
 #include "wizard/InstallStateController.h"
 
 namespace installer::test {

@@ -5,8 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/Announcements.h"
-#include "app/Wizard.h"
+#include "tests/app/Announcements.h"
+#include "tests/app/Wizard.h"
 
 namespace installer::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/StepRegistry.h"
-#include "app/Wizard.h"
+#include "tests/app/Wizard.h"
 
 namespace installer::test {
 namespace {

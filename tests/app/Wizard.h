@@ -14,7 +14,7 @@
 
 #include "app/SetupController.h"
 #include "hosts/HostModel.h"
-#include "support/FakeWindow.h"
+#include "tests/support/FakeWindow.h"
 #include "wizard/StepController.h"
 #include "wizard/StepModel.h"
 

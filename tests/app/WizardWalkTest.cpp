@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/Announcements.h"
-#include "app/Wizard.h"
+#include "tests/app/Announcements.h"
+#include "tests/app/Wizard.h"
 
 // Walks through the wizard's own steps; those of SetupControllerNavigationTest are scripted.
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "platform/linux/DesktopEntry.h"
+#include "foundation/text/Text.h"
+#include "linux/desktop/DesktopEntry.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

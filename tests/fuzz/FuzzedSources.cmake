@@ -1,82 +1,82 @@
 # What the fuzzers exercise, and what that needs, with the counters that guide a fuzzer. A list of
 # its own: building the whole of the libraries would take longer than the fuzzing.
 add_library(installer_fuzzed STATIC
-    ${source}/foundation/Format.cpp
-    ${source}/foundation/LowerCase.cpp
-    ${source}/foundation/NotificationCenter.cpp
-    ${source}/foundation/Observable.cpp
-    ${source}/foundation/Paths.cpp
-    ${source}/foundation/RtfReader.cpp
-    ${source}/foundation/StyledText.cpp
-    ${source}/foundation/Text.cpp
-    ${source}/foundation/Utf8.cpp
-    ${source}/foundation/Uuid.cpp
-    ${source}/foundation/rtf/CodePages.cpp
+    ${source}/foundation/text/Format.cpp
+    ${source}/foundation/text/LowerCase.cpp
+    ${source}/foundation/observers/NotificationCenter.cpp
+    ${source}/foundation/observers/Observable.cpp
+    ${source}/foundation/values/Paths.cpp
+    ${source}/foundation/rtf/RtfReader.cpp
+    ${source}/foundation/text/StyledText.cpp
+    ${source}/foundation/text/Text.cpp
+    ${source}/foundation/text/Utf8.cpp
+    ${source}/foundation/values/Uuid.cpp
+    ${source}/foundation/rtf/codepages/CodePages.cpp
     ${source}/foundation/rtf/ColorTable.cpp
     ${source}/foundation/rtf/ControlWords.cpp
     ${source}/foundation/rtf/DocumentBuilder.cpp
     ${source}/foundation/rtf/Fields.cpp
     ${source}/foundation/rtf/FontTable.cpp
     ${source}/foundation/rtf/Interpreter.cpp
-    ${source}/foundation/rtf/JapaneseTable.cpp
-    ${source}/foundation/rtf/SingleByteTables.cpp
+    ${source}/foundation/rtf/codepages/JapaneseTable.cpp
+    ${source}/foundation/rtf/codepages/SingleByteTables.cpp
     ${source}/foundation/rtf/TextDecoder.cpp
     ${source}/foundation/rtf/TextFormat.cpp
     ${source}/foundation/rtf/Tokenizer.cpp
-    ${source}/helper/Message.cpp
-    ${source}/helper/MessageStream.cpp
+    ${source}/privileged/protocol/Message.cpp
+    ${source}/privileged/protocol/MessageStream.cpp
     ${source}/hosts/ApertureHostModel.cpp
     ${source}/hosts/FireworksHostModel.cpp
     ${source}/hosts/HostLists.cpp
     ${source}/hosts/HostModel.cpp
-    ${source}/hosts/HostsModel.cpp
+    ${source}/steps/hosts/HostsModel.cpp
     ${source}/hosts/LightRoomHostModel.cpp
     ${source}/hosts/PhotoshopHostModel.cpp
     ${source}/hosts/UnknownHostModel.cpp
-    ${source}/install/DecimalNumber.cpp
-    ${source}/install/PlugInFilesModel.cpp
-    ${source}/platform/linux/AdminGroup.cpp
-    ${source}/platform/linux/ApplicationName.cpp
-    ${source}/platform/linux/DesktopEntry.cpp
-    ${source}/platform/linux/Environment.cpp
-    ${source}/platform/linux/LinuxBundle.cpp
-    ${source}/platform/linux/LinuxFileManager.cpp
-    ${source}/platform/linux/LinuxSearchPaths.cpp
-    ${source}/platform/linux/PreferredLanguages.cpp
-    ${source}/platform/linux/ProcessFacts.cpp
-    ${source}/platform/linux/PropertyList.cpp
-    ${source}/platform/linux/PropertyListShape.cpp
-    ${source}/platform/linux/RegularFile.cpp
-    ${source}/platform/linux/StringsTable.cpp
-    ${source}/platform/linux/StringsTableText.cpp
-    ${source}/platform/linux/VisibleText.cpp
-    ${source}/platform/linux/files/EntryCopy.cpp
-    ${source}/platform/linux/files/EntryMode.cpp
-    ${source}/platform/linux/files/ExclusiveRename.cpp
-    ${source}/platform/linux/files/ExtendedAttributes.cpp
-    ${source}/platform/linux/files/FileContents.cpp
-    ${source}/platform/linux/files/FolderChain.cpp
-    ${source}/platform/linux/files/FolderCopy.cpp
-    ${source}/platform/linux/files/FolderCreation.cpp
-    ${source}/platform/linux/files/FolderListing.cpp
-    ${source}/platform/linux/files/Location.cpp
-    ${source}/platform/linux/files/TakeApart.cpp
-    ${source}/platform/linux/files/Temporary.cpp
-    ${source}/platform/linux/files/TreeAttributes.cpp
-    ${source}/platform/linux/files/TreeCopy.cpp
-    ${source}/platform/linux/files/TreeRemoval.cpp
-    ${source}/platform/linux/files/TreeSize.cpp
-    ${source}/platform/linux/files/TreeWalk.cpp
-    ${source}/platform/linux/files/WriteAll.cpp
-    ${source}/wizard/BundleUserDefaults.cpp
-    ${source}/wizard/LocalizedText.cpp
+    ${source}/install/engine/DecimalNumber.cpp
+    ${source}/product/PlugInFilesModel.cpp
+    ${source}/privileged/system/AdminGroup.cpp
+    ${source}/linux/desktop/ApplicationName.cpp
+    ${source}/linux/desktop/DesktopEntry.cpp
+    ${source}/linux/process/Environment.cpp
+    ${source}/linux/bundle/LinuxBundle.cpp
+    ${source}/linux/files/LinuxFileManager.cpp
+    ${source}/linux/files/LinuxSearchPaths.cpp
+    ${source}/linux/process/PreferredLanguages.cpp
+    ${source}/linux/desktop/ProcessFacts.cpp
+    ${source}/linux/bundle/PropertyList.cpp
+    ${source}/linux/bundle/PropertyListShape.cpp
+    ${source}/privileged/files/RegularFile.cpp
+    ${source}/linux/bundle/StringsTable.cpp
+    ${source}/linux/bundle/StringsTableText.cpp
+    ${source}/linux/log/VisibleText.cpp
+    ${source}/privileged/trees/EntryCopy.cpp
+    ${source}/privileged/files/EntryMode.cpp
+    ${source}/privileged/files/ExclusiveRename.cpp
+    ${source}/privileged/trees/ExtendedAttributes.cpp
+    ${source}/privileged/trees/FileContents.cpp
+    ${source}/privileged/files/FolderChain.cpp
+    ${source}/privileged/trees/FolderCopy.cpp
+    ${source}/privileged/files/FolderCreation.cpp
+    ${source}/privileged/files/FolderListing.cpp
+    ${source}/privileged/files/Location.cpp
+    ${source}/privileged/trees/TakeApart.cpp
+    ${source}/privileged/trees/Temporary.cpp
+    ${source}/privileged/trees/TreeAttributes.cpp
+    ${source}/privileged/trees/TreeCopy.cpp
+    ${source}/privileged/trees/TreeRemoval.cpp
+    ${source}/privileged/trees/TreeSize.cpp
+    ${source}/privileged/trees/TreeWalk.cpp
+    ${source}/privileged/system/WriteAll.cpp
+    ${source}/product/BundleUserDefaults.cpp
+    ${source}/product/LocalizedText.cpp
     ../support/FakeAuthorization.cpp
     ../support/FakeFileQuery.cpp
     ../support/FakePlatform.cpp
     ../support/MemoryFileManager.cpp
     ../support/RecordingFileManager.cpp
 )
-target_include_directories(installer_fuzzed PUBLIC ${PROJECT_SOURCE_DIR}/tests)
+target_include_directories(installer_fuzzed PUBLIC ${PROJECT_SOURCE_DIR})
 # The library's own checks notice a place beyond a text's end that no sanitizer sees.
 target_compile_definitions(installer_fuzzed PUBLIC _GLIBCXX_ASSERTIONS)
 # Warnings are for the compiler that builds what ships, and for the static analysis.

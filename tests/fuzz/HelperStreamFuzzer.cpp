@@ -15,14 +15,14 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "helper/Actions.h"
-#include "helper/HelperSession.h"
-#include "helper/Message.h"
-#include "helper/Policy.h"
-#include "helper/Report.h"
-#include "platform/linux/files/FileDescriptor.h"
+#include "foundation/text/Text.h"
+#include "privileged/helper/Actions.h"
+#include "privileged/helper/HelperSession.h"
+#include "privileged/helper/Policy.h"
+#include "privileged/helper/Report.h"
+#include "privileged/protocol/Message.h"
+#include "privileged/system/FileDescriptor.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "platform/linux/PreferredLanguages.h"
+#include "foundation/text/Text.h"
+#include "linux/process/PreferredLanguages.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

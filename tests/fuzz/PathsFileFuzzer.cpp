@@ -9,16 +9,16 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "foundation/Paths.h"
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
-#include "hosts/HostsModel.h"
 #include "hosts/PhotoshopHostModel.h"
-#include "platform/linux/LinuxFileManager.h"
-#include "platform/linux/LinuxSearchPaths.h"
-#include "platform/linux/files/FileDescriptor.h"
-#include "support/FakePlatform.h"
+#include "linux/files/LinuxFileManager.h"
+#include "linux/files/LinuxSearchPaths.h"
+#include "privileged/system/FileDescriptor.h"
+#include "steps/hosts/HostsModel.h"
+#include "tests/fuzz/FuzzInput.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "foundation/Paths.h"
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "platform/Bundle.h"
-#include "platform/linux/ApplicationName.h"
-#include "platform/linux/ProcessFacts.h"
-#include "support/FakePlatform.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "linux/desktop/ApplicationName.h"
+#include "linux/desktop/ProcessFacts.h"
+#include "ports/Bundle.h"
+#include "tests/fuzz/FuzzInput.h"
+#include "tests/support/FakePlatform.h"
 
 namespace {
 

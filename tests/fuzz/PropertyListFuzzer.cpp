@@ -8,8 +8,8 @@
 #include <string>
 #include <variant>
 
-#include "fuzz/FuzzInput.h"
-#include "platform/linux/PropertyList.h"
+#include "linux/bundle/PropertyList.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

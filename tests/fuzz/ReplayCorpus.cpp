@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "fuzz/FuzzInput.h"
+#include "tests/fuzz/FuzzInput.h"
 
 int main(int argc, char** argv) {
     int replayed = 0;

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <variant>
 
-#include "foundation/RtfReader.h"
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
+#include "foundation/rtf/RtfReader.h"
+#include "foundation/text/Text.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

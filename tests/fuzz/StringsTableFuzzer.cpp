@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "platform/linux/StringsTable.h"
+#include "foundation/text/Text.h"
+#include "linux/bundle/StringsTable.h"
+#include "tests/fuzz/FuzzInput.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using installer::fuzz::require;

@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/Format.h"
-#include "foundation/Paths.h"
-#include "foundation/Text.h"
-#include "fuzz/FuzzInput.h"
-#include "install/DecimalNumber.h"
-#include "platform/linux/VisibleText.h"
+#include "foundation/text/Format.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "install/engine/DecimalNumber.h"
+#include "linux/log/VisibleText.h"
+#include "tests/fuzz/FuzzInput.h"
 
 namespace {
 

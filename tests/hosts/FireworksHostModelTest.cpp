@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/FireworksHostModel.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer {
 

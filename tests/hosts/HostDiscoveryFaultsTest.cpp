@@ -5,12 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hosts/HostsModel.h"
-#include "steps/LicenseModel.h"
-#include "support/FailingFileManager.h"
-#include "support/FakePlatform.h"
-#include "support/FaultSweep.h"
-#include "wizard/RtfResource.h"
+#include "product/RtfResource.h"
+#include "steps/hosts/HostsModel.h"
+#include "steps/licence/LicenseModel.h"
+#include "tests/support/FailingFileManager.h"
+#include "tests/support/FakePlatform.h"
+#include "tests/support/FaultSweep.h"
 
 // Every operation on files of the readers before a run fails in turn, until one passes untouched.
 

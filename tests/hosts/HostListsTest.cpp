@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/HostLists.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer {
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/HostModel.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer {
 

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "hosts/PhotoshopHostModel.h"
-#include "hosts/RowName.h"
-#include "support/FakePlatform.h"
+#include "tests/hosts/RowName.h"
+#include "tests/support/FakePlatform.h"
 
 // What a Photoshop host knows from its display name alone.
 

@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 
 #include "hosts/PhotoshopHostModel.h"
-#include "hosts/RowName.h"
-#include "support/FakePlatform.h"
+#include "tests/hosts/RowName.h"
+#include "tests/support/FakePlatform.h"
 
 // Where a Photoshop host finds its folders.
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/UnknownHostModel.h"
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer {
 

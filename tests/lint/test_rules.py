@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Proves that the checks beside this file find what they are there to find.
 
-fixtures/includes/good, fixtures/promises/good and fixtures/texts/base keep every rule. Each folder
+fixtures/promises/good and fixtures/texts/base keep every rule. Each folder
 below bad/ breaks one: its expected.txt holds the lines that the check must print, no more and no
 fewer. A case of texts, below good/ or bad/, is the base with the case's files laid over it and
 without what the case's removed.txt lists.
@@ -58,17 +58,6 @@ class Rules(unittest.TestCase):
                 self.assertTrue(expected)
                 result = run(check, folder)
                 self.assertEqual((expected, 1), (result.stdout, result.returncode), result.stderr)
-
-    def test_sources_that_keep_the_include_rules_pass(self):
-        self.assertKeepsTheRules("include_rules.py", HERE / "fixtures/includes/good")
-
-    def test_each_broken_include_rule_is_found(self):
-        self.assertEachIsFound(
-            "include_rules.py", HERE / "fixtures/includes", contextlib.nullcontext
-        )
-
-    def test_a_folder_without_sources_is_not_taken_for_good_sources(self):
-        self.assertEqual(1, run("include_rules.py", HERE / "no such folder").returncode)
 
     def test_promises_whose_tests_are_there_pass(self):
         self.assertKeepsTheRules("promise_rules.py", HERE / "fixtures/promises/good")

@@ -1,8 +1,8 @@
-#include "support/FailingAuthorizations.h"
+#include "tests/support/FailingAuthorizations.h"
 
 #include <utility>
 
-#include "foundation/Paths.h"
+#include "foundation/values/Paths.h"
 
 namespace installer::test {
 

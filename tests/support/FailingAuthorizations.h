@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "platform/Authorization.h"
-#include "support/Faults.h"
+#include "ports/Authorization.h"
+#include "tests/support/Faults.h"
 
 namespace installer::test {
 

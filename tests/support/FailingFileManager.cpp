@@ -1,8 +1,8 @@
-#include "support/FailingFileManager.h"
+#include "tests/support/FailingFileManager.h"
 
 #include <utility>
 
-#include "foundation/Paths.h"
+#include "foundation/values/Paths.h"
 
 namespace installer::test {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/FileManager.h"
-#include "support/Faults.h"
+#include "ports/FileManager.h"
+#include "tests/support/Faults.h"
 
 namespace installer::test {
 

@@ -1,4 +1,4 @@
-#include "support/FakeAuthorization.h"
+#include "tests/support/FakeAuthorization.h"
 
 #include <algorithm>
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Authorization.h"
-#include "support/MemoryFileManager.h"
+#include "ports/Authorization.h"
+#include "tests/support/MemoryFileManager.h"
 
 namespace installer::test {
 

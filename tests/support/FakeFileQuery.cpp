@@ -1,4 +1,4 @@
-#include "support/FakeFileQuery.h"
+#include "tests/support/FakeFileQuery.h"
 
 namespace installer::test {
 

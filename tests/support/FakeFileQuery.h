@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/FileQuery.h"
+#include "ports/FileQuery.h"
 
 namespace installer::test {
 

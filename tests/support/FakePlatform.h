@@ -8,21 +8,21 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/NotificationCenter.h"
-#include "platform/Alerts.h"
-#include "platform/ApplicationDatabase.h"
-#include "platform/Bundle.h"
-#include "platform/ChildProcess.h"
-#include "platform/Clock.h"
-#include "platform/EventLoop.h"
-#include "platform/Platform.h"
-#include "platform/PreferencesStore.h"
-#include "platform/SearchPaths.h"
-#include "platform/SystemLog.h"
-#include "support/FakeAuthorization.h"
-#include "support/FakeFileQuery.h"
-#include "support/MemoryFileManager.h"
-#include "support/RecordingFileManager.h"
+#include "foundation/observers/NotificationCenter.h"
+#include "ports/Alerts.h"
+#include "ports/ApplicationDatabase.h"
+#include "ports/Bundle.h"
+#include "ports/ChildProcess.h"
+#include "ports/Clock.h"
+#include "ports/EventLoop.h"
+#include "ports/Platform.h"
+#include "ports/PreferencesStore.h"
+#include "ports/SearchPaths.h"
+#include "ports/SystemLog.h"
+#include "tests/support/FakeAuthorization.h"
+#include "tests/support/FakeFileQuery.h"
+#include "tests/support/MemoryFileManager.h"
+#include "tests/support/RecordingFileManager.h"
 
 namespace installer::test {
 

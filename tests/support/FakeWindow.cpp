@@ -1,4 +1,4 @@
-#include "support/FakeWindow.h"
+#include "tests/support/FakeWindow.h"
 
 #include <algorithm>
 

@@ -9,13 +9,13 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Clipboard.h"
-#include "platform/FolderPanel.h"
-#include "platform/InterfaceLoader.h"
-#include "platform/View.h"
-#include "platform/WindowPlatform.h"
-#include "platform/Workspace.h"
-#include "support/FakePlatform.h"
+#include "ports/window/Clipboard.h"
+#include "ports/window/FolderPanel.h"
+#include "ports/window/InterfaceLoader.h"
+#include "ports/window/View.h"
+#include "ports/window/WindowPlatform.h"
+#include "ports/window/Workspace.h"
+#include "tests/support/FakePlatform.h"
 
 namespace installer::test {
 

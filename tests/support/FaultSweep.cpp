@@ -1,4 +1,4 @@
-#include "support/FaultSweep.h"
+#include "tests/support/FaultSweep.h"
 
 #include <array>
 #include <map>

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Faults.h"
+#include "tests/support/Faults.h"
 
 namespace installer::test {
 

@@ -1,4 +1,4 @@
-#include "support/Faults.h"
+#include "tests/support/Faults.h"
 
 namespace installer::test {
 

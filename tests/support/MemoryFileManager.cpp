@@ -1,11 +1,11 @@
-#include "support/MemoryFileManager.h"
+#include "tests/support/MemoryFileManager.h"
 
 #include <algorithm>
 #include <string_view>
 
-#include "foundation/PackageName.h"
-#include "foundation/Paths.h"
-#include "foundation/Text.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/PackageName.h"
+#include "foundation/values/Paths.h"
 
 namespace installer::test {
 

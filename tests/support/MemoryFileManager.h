@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/FileManager.h"
+#include "ports/FileManager.h"
 
 namespace installer::test {
 

@@ -1,4 +1,4 @@
-#include "support/RecordingFileManager.h"
+#include "tests/support/RecordingFileManager.h"
 
 namespace installer::test {
 

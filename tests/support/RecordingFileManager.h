@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/FileManager.h"
+#include "ports/FileManager.h"
 
 namespace installer::test {
 

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 #include "wizard/InstallStateController.h"
 #include "wizard/StepController.h"
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/FakePlatform.h"
+#include "tests/support/FakePlatform.h"
 #include "wizard/InstallStateController.h"
 #include "wizard/SetupViewModel.h"
 #include "wizard/StepController.h"

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "support/FakeWindow.h"
+#include "tests/support/FakeWindow.h"
 #include "wizard/StepIndicator.h"
 
 namespace installer::test {

@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/StyledText.h"
 #include "foundation/rtf/ControlWords.h"
+#include "foundation/text/StyledText.h"
 
 namespace installer::rtf {
 

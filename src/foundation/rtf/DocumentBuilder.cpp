@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "foundation/Utf8.h"
+#include "foundation/text/Utf8.h"
 
 namespace installer::rtf {
 

@@ -4,11 +4,11 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/StyledText.h"
 #include "foundation/rtf/ColorTable.h"
 #include "foundation/rtf/Fields.h"
 #include "foundation/rtf/FontTable.h"
 #include "foundation/rtf/TextFormat.h"
+#include "foundation/text/StyledText.h"
 
 namespace installer::rtf {
 

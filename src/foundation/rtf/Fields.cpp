@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "foundation/Text.h"
-#include "foundation/Utf8.h"
+#include "foundation/text/Text.h"
+#include "foundation/text/Utf8.h"
 
 namespace installer::rtf {
 

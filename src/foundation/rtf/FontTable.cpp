@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
-#include "foundation/Text.h"
-#include "foundation/Utf8.h"
-#include "foundation/rtf/CodePages.h"
+#include "foundation/rtf/codepages/CodePages.h"
+#include "foundation/text/Text.h"
+#include "foundation/text/Utf8.h"
 
 namespace installer::rtf {
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "foundation/Utf8.h"
+#include "foundation/text/Utf8.h"
 
 namespace installer::rtf {
 

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/StyledText.h"
 #include "foundation/rtf/DocumentBuilder.h"
 #include "foundation/rtf/TextDecoder.h"
 #include "foundation/rtf/TextFormat.h"
 #include "foundation/rtf/Tokenizer.h"
+#include "foundation/text/StyledText.h"
 
 namespace installer::rtf {
 

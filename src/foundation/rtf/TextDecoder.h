@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "foundation/rtf/CodePages.h"
+#include "foundation/rtf/codepages/CodePages.h"
 
 namespace installer::rtf {
 

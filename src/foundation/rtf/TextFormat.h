@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "foundation/StyledText.h"
 #include "foundation/rtf/ControlWords.h"
+#include "foundation/text/StyledText.h"
 
 namespace installer::rtf {
 

@@ -1,0 +1,85 @@
+#include "install/after/EarlierCopies.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "foundation/text/Format.h"
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "hosts/HostModel.h"
+#include "install/rights/PrivilegedCommands.h"
+#include "ports/EventLoop.h"
+#include "ports/FileManager.h"
+#include "ports/FileQuery.h"
+#include "ports/Platform.h"
+#include "ports/SearchPaths.h"
+#include "ports/SystemLog.h"
+#include "product/PlugInFilesModel.h"
+
+namespace installer {
+
+namespace {
+
+/// Gives the number of results.
+std::size_t gathered(FileQuery& query, EventLoop& eventLoop) {
+    query.start();
+    eventLoop.runUntilNow();
+    while (query.isGathering()) eventLoop.runUntilNow();
+    const std::size_t count = query.resultCount();
+    query.stop();
+    return count;
+}
+
+}  // namespace
+
+void EarlierCopies::unInstallForHost(const HostModel& host) {
+    const std::string folder = withSingleSeparators(host.plugInPath());
+    if (!canSearch(folder)) return;
+    const auto query = platform_.fileQueries.create();
+    query->setSearchScopes({folder});
+    for (const std::string& name : searchedNames()) {
+        if (removeCopiesNamed(name, *query) == Outcome::refused) return;
+    }
+}
+
+/// Plug-in folders come from files that others have written. None of them may turn the search of a
+/// folder into one of the whole disk.
+bool EarlierCopies::canSearch(const std::string& folder) const {
+    if (!folder.starts_with('/') || folder == "/") return false;
+    if (folder == withSingleSeparators(platform_.searchPaths.onTargetVolume("/"))) return false;
+    return std::ranges::none_of(split(folder, '/'), [](const std::string& component) {
+        return component == "." || component == "..";
+    });
+}
+
+/// In the order in which the platform lists the folders. A name in both is searched twice.
+std::vector<std::string> EarlierCopies::searchedNames() const {
+    const PlugInFilesModel paths(platform_);
+    const auto plugIns = platform_.files.list(paths.getPlugInDirInBundle());
+    // Without it the auto-layer items are not searched either, on purpose: an installer that
+    // carries no plug-ins takes nothing away.
+    if (!plugIns) return {};
+    std::vector<std::string> names = plugIns.value();
+    const auto autoLayerItems = platform_.files.list(paths.getAutoLayerDirInBundle());
+    if (autoLayerItems) {
+        names.insert(names.end(), autoLayerItems.value().begin(), autoLayerItems.value().end());
+    }
+    return names;
+}
+
+EarlierCopies::Outcome EarlierCopies::removeCopiesNamed(const std::string& name, FileQuery& query) {
+    query.setNameLike(name);
+    const std::size_t count = gathered(query, platform_.eventLoop);
+    for (std::size_t index = 0; index < count; ++index) {
+        const FoundFile found = query.result(index);
+        // The query may have found more: a name can hold what is a wildcard to it.
+        if (found.name == name &&
+            commands_.removeItem(found.path) == PrivilegedCommands::Outcome::refused) {
+            return Outcome::refused;
+        }
+        platform_.log.log(formatted("found %@ at %@", {found.name, found.path}));
+    }
+    return Outcome::finished;
+}
+
+}  // namespace installer

@@ -1,0 +1,107 @@
+#include "install/engine/FileInstaller.h"
+
+#include <chrono>
+#include <utility>
+
+#include "foundation/text/Format.h"
+#include "foundation/values/Paths.h"
+#include "install/run/InstallProgress.h"
+#include "ports/Clock.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "ports/SystemLog.h"
+#include "product/LocalizedText.h"
+
+namespace installer {
+
+FileInstaller::FileInstaller(Platform& platform, InstallRun& run, PrivilegedCommands& commands,
+                             DestinationFolders& folders, FileErrorAlerts& errors,
+                             ShowText showText)
+    : platform_(platform),
+      run_(run),
+      commands_(commands),
+      folders_(folders),
+      errors_(errors),
+      decision_(platform),
+      showText_(std::move(showText)) {}
+
+void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
+                                       const std::string& toPath, bool isBundle,
+                                       bool alwaysInstall) {
+    const std::string folder = withSingleSeparators(toPath);
+    folders_.ensureDirExists(folder);
+    if (run_.authDenied) return;
+
+    // Survives from item to item on purpose: an item that is kept because it is newer also holds
+    // back the missing items after it, until the next one that exists is decided.
+    bool carry = true;
+    for (const std::string& source : sources) {
+        beginItem(source);
+        const std::string destination = joinPath(folder, lastPathComponent(source));
+        const bool isThere = platform_.files.exists(destination);
+        if (isThere) carry = alwaysInstall || mayReplace(source, destination, isBundle);
+        if (!carry) continue;
+        if (isThere && removeExisting(destination) == Outcome::refused) return;
+        if (copyItem(source, destination) == Outcome::refused) return;
+        if (!platform_.files.exists(destination)) continue;
+        if (finishItem(destination) == Outcome::refused) return;
+    }
+    if (run_.progress != nullptr) run_.progress->endItem();
+}
+
+void FileInstaller::beginItem(const std::string& source) {
+    const std::string text =
+        localizedText(platform_.bundle, "installing_file") + lastPathComponent(source);
+    platform_.log.log(text);
+    showText_(text);
+    if (run_.progress != nullptr) {
+        run_.progress->beginItem(platform_.files.bytesToCopy(source));
+    }
+}
+
+bool FileInstaller::mayReplace(const std::string& source, const std::string& destination,
+                               bool isBundle) const {
+    return isBundle ? decision_.isFileOkToInstallByBundleVersion(source, destination)
+                    : decision_.isFileOkToInstallByModificationTime(source, destination);
+}
+
+FileInstaller::Outcome FileInstaller::removeExisting(const std::string& destination) {
+    platform_.log.log("removing existing file...");
+    if (!platform_.files.remove(destination)) return Outcome::finished;
+    return commands_.removeItem(destination);
+}
+
+FileInstaller::Outcome FileInstaller::copyItem(const std::string& source,
+                                               const std::string& destination) {
+    FileManager& files = platform_.files;
+    if (!files.copy(source, destination, run_.progress)) return Outcome::finished;
+    // What is there counts as installed, even an old item that nobody could remove.
+    if (files.exists(destination)) return Outcome::finished;
+    if (commands_.copyItem(source, destination) == Outcome::refused) return Outcome::refused;
+    if (!files.exists(destination)) awaitItem(source, destination);
+    return Outcome::finished;
+}
+
+/// The item that the administrator copied may need a moment to appear: microseconds, not
+/// milliseconds, so that a copy that failed costs next to nothing.
+void FileInstaller::awaitItem(const std::string& source, const std::string& destination) {
+    constexpr int checks = 32;
+    for (int check = 0; check < checks; ++check) {
+        if (platform_.files.exists(destination)) {
+            platform_.log.log(
+                formatted("Took a delay to verify file %@", {lastPathComponent(source)}));
+            return;
+        }
+        platform_.clock.sleep(std::chrono::microseconds(125));
+    }
+    errors_.showFileErrorUI(destination);
+}
+
+FileInstaller::Outcome FileInstaller::finishItem(const std::string& destination) {
+    if (commands_.giveItemToUser(destination) == Outcome::refused) return Outcome::refused;
+    if (commands_.setItemPermissions(destination) == Outcome::refused) return Outcome::refused;
+    run_.installedPaths.push_back(destination);
+    return Outcome::finished;
+}
+
+}  // namespace installer

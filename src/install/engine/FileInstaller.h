@@ -1,0 +1,52 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "install/engine/DestinationFolders.h"
+#include "install/engine/FileErrorAlerts.h"
+#include "install/engine/ReplaceDecision.h"
+#include "install/rights/PrivilegedCommands.h"
+
+namespace installer {
+
+/// Puts items of the payload where they belong, replacing what is there.
+class FileInstaller {
+  public:
+    using ShowText = std::function<void(const std::string&)>;
+
+    /// `showText` is called with the text for each item before anything happens to it.
+    FileInstaller(Platform& platform, InstallRun& run, PrivilegedCommands& commands,
+                  DestinationFolders& folders, FileErrorAlerts& errors, ShowText showText);
+
+    /// Installs each item into the folder `toPath`, which is made when it is missing. An existing
+    /// item of the name is removed whole first, never merged with; unless `alwaysInstall` it may
+    /// be kept, by its version when `isBundle`, else by its modification date. The user's own
+    /// rights are tried first, then the administrator's. An item that cannot be installed is
+    /// reported, and the next one follows; refused administrator rights end the operation at
+    /// once, also when they were refused before it.
+    void installSourceFiles(const std::vector<std::string>& sources, const std::string& toPath,
+                            bool isBundle, bool alwaysInstall);
+
+  private:
+    using Outcome = PrivilegedCommands::Outcome;
+
+    void beginItem(const std::string& source);
+    [[nodiscard]] bool mayReplace(const std::string& source, const std::string& destination,
+                                  bool isBundle) const;
+    [[nodiscard]] Outcome removeExisting(const std::string& destination);
+    [[nodiscard]] Outcome copyItem(const std::string& source, const std::string& destination);
+    void awaitItem(const std::string& source, const std::string& destination);
+    [[nodiscard]] Outcome finishItem(const std::string& destination);
+
+    Platform& platform_;
+    InstallRun& run_;
+    PrivilegedCommands& commands_;
+    DestinationFolders& folders_;
+    FileErrorAlerts& errors_;
+    ReplaceDecision decision_;
+    ShowText showText_;
+};
+
+}  // namespace installer

@@ -1,0 +1,143 @@
+#include "install/rights/OneLineTasksWithOutput.h"
+
+#include <array>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "foundation/text/Text.h"
+#include "foundation/text/Utf8.h"
+#include "install/rights/TaskOutputReader.h"
+#include "ports/Authorization.h"
+#include "ports/ChildProcess.h"
+#include "ports/EventLoop.h"
+
+namespace installer {
+namespace {
+
+constexpr std::size_t chunkSize = 64;
+
+void store(std::optional<TaskError>* slot, std::optional<TaskError> error) {
+    if (slot != nullptr) *slot = std::move(error);
+}
+
+TaskError failedRun(std::string reason) {
+    TaskError error;
+    error.code = TaskError::launchFailed;
+    error.localizedDescription = std::move(reason);
+    return error;
+}
+
+TaskError warning(std::string standardError) {
+    TaskError error;
+    error.code = TaskError::wroteToStandardError;
+    error.userInformation["standardError"] = std::move(standardError);
+    return error;
+}
+
+TaskError refusedLaunch(std::int32_t code) {
+    TaskError error;
+    error.code = code;
+    return error;
+}
+
+/// The low 16 bits with their sign, on purpose: -60006 becomes 5530, and it is these small
+/// positive codes that callers compare with.
+std::int32_t truncated(std::int32_t status) {
+    return static_cast<std::int16_t>(static_cast<std::uint32_t>(status) & 0xffffU);
+}
+
+/// Each chunk is decoded by itself: bytes that are no whole character in it, those of a character
+/// that the end of a chunk cut in two among them, become U+FFFD each.
+std::string decodedChunk(std::string_view chunk) {
+    if (isUtf8(chunk)) return std::string(chunk);
+    std::string text;
+    while (!chunk.empty()) {
+        const Utf8Character character = utf8CharacterAt(chunk, 0);
+        text += character.codePoint ? chunk.substr(0, character.length) : "\uFFFD";
+        chunk.remove_prefix(character.length);
+    }
+    return text;
+}
+
+/// Fills the chunk as far as the tool's output goes: a stream may deliver less at a time.
+std::string_view readChunk(PrivilegedTool& tool, std::array<char, chunkSize>& chunk) {
+    std::size_t filled = 0;
+    while (filled < chunk.size()) {
+        const std::size_t count = tool.readOutput(std::span(chunk).subspan(filled));
+        if (count == 0) break;
+        filled += count;
+    }
+    return {chunk.data(), filled};
+}
+
+std::string readOutput(PrivilegedTool& tool) {
+    std::array<char, chunkSize> buffer;
+    // The first chunk is thrown away. Callers rely on nothing that it holds.
+    readChunk(tool, buffer);
+    std::string text;
+    for (;;) {
+        const std::string_view chunk = readChunk(tool, buffer);
+        if (chunk.empty()) return text;
+        text += decodedChunk(chunk);
+    }
+}
+
+/// What became of a start: the launch's own status, or that the tool was lost since.
+std::int32_t statusNow(const PrivilegedLaunch& launch) {
+    if (truncated(launch.status) != 0 || launch.tool == nullptr) return truncated(launch.status);
+    return truncated(launch.tool->status());
+}
+
+PrivilegedLaunch launched(Authorization& authorization, const std::string& path,
+                          const std::vector<std::string>& arguments, bool wait) {
+    PrivilegedLaunch launch = authorization.execute(path, arguments);
+    if (wait && launch.tool != nullptr) launch.tool->waitUntilEnded();
+    return launch;
+}
+
+}  // namespace
+
+std::optional<std::string> OneLineTasksWithOutput::stringByLaunchingPathWithArguments(
+    const std::string& path, const std::vector<std::string>& arguments,
+    std::optional<TaskError>* error) {
+    TaskOutputReader reader(processes_.create(path, arguments), eventLoop_);
+    if (const std::error_code failure = reader.launchTaskAndRunSynchronous()) {
+        store(error, failedRun("cannot run " + path + ": " + failure.message()));
+        return std::nullopt;
+    }
+    std::optional<std::string> result = decodedUtf8(reader.standardOutputData());
+    std::optional<std::string> standardError = decodedUtf8(reader.standardErrorData());
+    if (!result || !standardError) {
+        store(error, failedRun("the output of " + path + " is not UTF-8 text"));
+        return std::nullopt;
+    }
+    store(error, standardError->empty() ? std::nullopt
+                                        : std::optional(warning(std::move(*standardError))));
+    return result;
+}
+
+std::optional<std::string> OneLineTasksWithOutput::stringByLaunchingPathWithArguments(
+    const std::string& path, const std::vector<std::string>& arguments,
+    Authorization& authorization, std::optional<TaskError>* error, bool wait) {
+    const PrivilegedLaunch launch = launched(authorization, path, arguments, wait);
+    std::string output = launch.tool != nullptr ? readOutput(*launch.tool) : std::string();
+    const std::int32_t status = statusNow(launch);
+    if (status != 0) {
+        store(error, refusedLaunch(status));
+        return std::nullopt;
+    }
+    store(error, std::nullopt);
+    return output;
+}
+
+void OneLineTasksWithOutput::authorizedLaunchPath(const std::string& path,
+                                                  const std::vector<std::string>& arguments,
+                                                  Authorization& authorization,
+                                                  std::optional<TaskError>* error, bool wait) {
+    const PrivilegedLaunch launch = launched(authorization, path, arguments, wait);
+    const std::int32_t status = statusNow(launch);
+    store(error, status != 0 ? std::optional(refusedLaunch(status)) : std::nullopt);
+}
+
+}  // namespace installer

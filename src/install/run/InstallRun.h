@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ports/Authorization.h"
+
+namespace installer {
+
+class InstallProgress;
+class SearchPaths;
+
+/// The state of one install run, shared by everything that takes part in it.
+struct InstallRun {
+    /// The group that owns what is installed; the platform knows what it is called there.
+    static constexpr const char* group = "admin";
+
+    explicit InstallRun(const SearchPaths& searchPaths);
+
+    /// Forgets the outcome of the run before. The authorization stays: who ended that run decides
+    /// whether the next one asks again.
+    void begin();
+
+    /// Gives the run its authorization, or takes it away.
+    void setAuthorization(std::unique_ptr<Authorization> newAuthorization);
+    /// Null for nobody. Not owned.
+    void setProgress(InstallProgress* newProgress);
+
+    /// The run has failed, since the item with that destination could not be installed.
+    void recordFailure(const std::string& path);
+
+    std::string loginName;    ///< the user who will own what is installed
+    std::string ownerString;  ///< "LOGIN:admin", as chown wants it
+    std::unique_ptr<Authorization> authorization;
+    InstallProgress* progress = nullptr;  ///< told of every item and of the bytes of its copies
+
+    bool authDenied = false;  ///< administrator rights were refused or lost; no more is copied
+    bool fileOpErrorOccurred = false;  ///< an item could not be installed; the run has failed
+    /// Every destination that was installed, in that order; a path installed twice is there twice.
+    std::vector<std::string> installedPaths;
+    /// The destinations that could not be installed, in that order, each once.
+    std::vector<std::string> failedPaths;
+};
+
+}  // namespace installer

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "linux/files/UserFiles.h"
+#include "ports/ApplicationDatabase.h"
+
+namespace installer {
+
+class Bundle;
+class Bundles;
+class LinuxSearchPaths;
+class SystemLog;
+
+/// Registers applications as desktop entries in the user's applications folder, one file each, so
+/// that the desktop's menus show them. Registering one again replaces its entry.
+class LinuxApplicationDatabase final : public ApplicationDatabase {
+  public:
+    /// Where the user has no applications folder, or the applications belong to another disk's
+    /// system, nothing is registered, with success.
+    LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths, Bundles& bundles, SystemLog& log);
+
+    /// An application is a bundle that calls itself one ("APPL"), or whose name ends in ".app" when
+    /// it does not say, with an executable in `Contents/MacOS` that this system could start. The
+    /// status is the errno of writing the entry, whose text is logged; EINVAL when the path cannot
+    /// be written into one.
+    [[nodiscard]] std::int32_t registerApplication(const std::string& path) override;
+
+  private:
+    [[nodiscard]] std::error_code write(const std::string& name, const std::string& executable,
+                                        const Bundle& bundle) const;
+
+    std::optional<std::string> folder_;
+    UserFiles files_;
+    Bundles& bundles_;
+    SystemLog& log_;
+};
+
+}  // namespace installer

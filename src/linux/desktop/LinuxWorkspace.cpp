@@ -1,0 +1,132 @@
+#include "linux/desktop/LinuxWorkspace.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "linux/desktop/ApplicationIcon.h"
+#include "ports/Bundle.h"
+#include "ports/SystemLog.h"
+
+namespace installer {
+
+namespace {
+
+constexpr const char* opener = "xdg-open";
+
+bool isAsciiLetter(char character) {
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+}
+
+bool hasScheme(std::string_view address) {
+    const auto colon = address.find(':');
+    if (colon == std::string_view::npos || colon == 0 || colon + 1 == address.size()) return false;
+    const std::string_view scheme = address.substr(0, colon);
+    return std::all_of(scheme.begin(), scheme.end(), isAsciiLetter);
+}
+
+bool isProgram(const std::string& path) {
+    struct stat status{};
+    return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), X_OK) == 0;
+}
+
+/// Relative folders of PATH are passed over: they would depend on where the installer was started.
+std::optional<std::string> programOnPath(const std::string& name, const Environment& environment) {
+    for (const std::string& folder : split(environment("PATH").value_or(""), ':')) {
+        if (!folder.starts_with('/')) continue;
+        std::string path = joinPath(folder, name);
+        if (isProgram(path)) return path;
+    }
+    return std::nullopt;
+}
+
+std::string executableName(const std::string& package, const Bundle& bundle) {
+    std::string name = bundle.informationValue("CFBundleExecutable").value_or("");
+    if (!name.empty() && name.find('/') == std::string::npos) return name;
+    const std::string folder = lastPathComponent(package);
+    return folder.substr(0, folder.rfind('.'));
+}
+
+class LaunchedProcess : public LaunchedApplication {
+  public:
+    explicit LaunchedProcess(std::shared_ptr<const DetachedProcess> process)
+        : process_(std::move(process)) {}
+    void terminate() override { process_->terminate(); }
+
+  private:
+    std::shared_ptr<const DetachedProcess> process_;
+};
+
+}  // namespace
+
+LinuxWorkspace::LinuxWorkspace(DescriptorWatcher& watcher, Bundles& bundles, SystemLog& log,
+                               Environment environment)
+    : bundles_(bundles),
+      log_(log),
+      environment_(std::move(environment)),
+      processes_(watcher),
+      applications_(watcher, bundles) {}
+
+bool LinuxWorkspace::openAddress(const std::string& address) {
+    if (hasScheme(address)) return open(address);
+    log_.log("Could not open \"" + address + "\": it is no address");
+    return false;
+}
+
+bool LinuxWorkspace::openFile(const std::string& path) {
+    if (path.starts_with('/') && ::access(path.c_str(), F_OK) == 0) return open(path);
+    log_.log("Could not open \"" + path + "\": there is no such file");
+    return false;
+}
+
+bool LinuxWorkspace::open(const std::string& addressOrPath) {
+    const auto program = programOnPath(opener, environment_);
+    if (!program) {
+        log_.log("Could not open " + addressOrPath + ": there is no " + opener);
+        return false;
+    }
+    const auto process = processes_.start(*program, {addressOrPath});
+    if (!process) {
+        log_.log("Could not open " + addressOrPath + ": " + process.error().message());
+    }
+    return static_cast<bool>(process);
+}
+
+std::vector<std::string> LinuxWorkspace::runningApplications() {
+    return applications_.scan();
+}
+
+Subscription LinuxWorkspace::onApplicationTerminated(
+    std::function<void(const std::string& name)> handler) {
+    return applications_.onTerminated(std::move(handler));
+}
+
+std::unique_ptr<LaunchedApplication> LinuxWorkspace::launchHidden(
+    const std::string& path, const std::vector<std::string>& arguments) {
+    const auto bundle = path.starts_with('/') ? bundles_.open(path) : nullptr;
+    if (!bundle) {
+        log_.log("Could not start " + path + ": it is no application");
+        return nullptr;
+    }
+    const std::string program =
+        joinPath(joinPath(path, "Contents/MacOS"), executableName(path, *bundle));
+    auto process = processes_.start(program, arguments);
+    if (!process) {
+        log_.log("Could not start " + program + ": " + process.error().message());
+        return nullptr;
+    }
+    return std::make_unique<LaunchedProcess>(std::move(process).value());
+}
+
+Image LinuxWorkspace::iconOfFile(const std::string& path) {
+    return applicationIcon(path, bundles_);
+}
+
+}  // namespace installer

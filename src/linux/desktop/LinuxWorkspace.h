@@ -1,0 +1,50 @@
+#pragma once
+
+#include "linux/desktop/RunningApplications.h"
+#include "linux/process/DetachedProcesses.h"
+#include "linux/process/Environment.h"
+#include "ports/window/Workspace.h"
+
+namespace installer {
+
+class Bundles;
+class DescriptorWatcher;
+class SystemLog;
+
+/// The user's desktop by way of `xdg-open`, which every desktop has, and of the kernel's list of
+/// processes. What is started here lives on when the installer ends, and never shares its
+/// terminal.
+class LinuxWorkspace final : public Workspace {
+  public:
+    /// `environment` says where programs are found (PATH). All others outlive this object.
+    LinuxWorkspace(DescriptorWatcher& watcher, Bundles& bundles, SystemLog& log,
+                   Environment environment = processEnvironment());
+
+    /// An address begins with a scheme of letters and a colon.
+    bool openAddress(const std::string& address) override;
+    /// The path is absolute, and there is something at it.
+    bool openFile(const std::string& path) override;
+
+    [[nodiscard]] std::vector<std::string> runningApplications() override;
+    [[nodiscard]] Subscription onApplicationTerminated(
+        std::function<void(const std::string& name)> handler) override;
+
+    /// Runs the program in the package that its CFBundleExecutable names, else the one that is
+    /// called like the package. Nothing here can hide a program's windows; its arguments do.
+    [[nodiscard]] std::unique_ptr<LaunchedApplication> launchHidden(
+        const std::string& path, const std::vector<std::string>& arguments) override;
+
+    /// As `applicationIcon` finds it.
+    [[nodiscard]] Image iconOfFile(const std::string& path) override;
+
+  private:
+    bool open(const std::string& addressOrPath);
+
+    Bundles& bundles_;
+    SystemLog& log_;
+    Environment environment_;
+    DetachedProcesses processes_;
+    RunningApplications applications_;
+};
+
+}  // namespace installer

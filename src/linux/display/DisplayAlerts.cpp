@@ -1,0 +1,36 @@
+#include "linux/display/DisplayAlerts.h"
+
+#include <utility>
+
+#include "ports/window/WindowModule.h"
+
+namespace installer {
+
+namespace {
+
+bool namesDisplay(const Environment& environment) {
+    return !environment("DISPLAY").value_or("").empty() ||
+           !environment("WAYLAND_DISPLAY").value_or("").empty();
+}
+
+}  // namespace
+
+DisplayAlerts::DisplayAlerts(SystemLog& log, Environment environment,
+                             std::function<WindowModule*()> loadWindowModule)
+    : text_(log),
+      environment_(std::move(environment)),
+      loadWindowModule_(std::move(loadWindowModule)) {}
+
+std::size_t DisplayAlerts::runModal(const Alert& alert) {
+    // Also for whoever reads the log later: what was shown is not there to be seen any more.
+    const std::size_t answer = text_.runModal(alert);
+    WindowModule* module = windowModule();
+    return module == nullptr ? answer : module->alerts().runModal(alert);
+}
+
+WindowModule* DisplayAlerts::windowModule() {
+    if (!loaded_) loaded_ = namesDisplay(environment_) ? loadWindowModule_() : nullptr;
+    return *loaded_;
+}
+
+}  // namespace installer

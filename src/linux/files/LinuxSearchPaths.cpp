@@ -1,0 +1,143 @@
+#include "linux/files/LinuxSearchPaths.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "linux/process/PreferredLanguages.h"
+
+namespace installer {
+
+namespace {
+
+struct Account {
+    std::string name;
+    std::string home;
+};
+
+/// The account of the effective user; with its number as the name where it has no entry.
+Account effectiveAccount() {
+    const uid_t user = ::geteuid();
+    std::vector<char> buffer(4096);
+    passwd entry{};
+    passwd* found = nullptr;
+    while (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == ERANGE)
+        buffer.resize(2 * buffer.size());
+    if (found == nullptr || entry.pw_name == nullptr) return {std::to_string(user), ""};
+    return {entry.pw_name, entry.pw_dir == nullptr ? "" : entry.pw_dir};
+}
+
+std::optional<std::string> absolutePath(const std::optional<std::string>& path) {
+    if (!path || !path->starts_with('/')) return std::nullopt;
+    return withSingleSeparators(*path);
+}
+
+/// The folder of the target volume as an absolute path; the empty text when none is named.
+Result<std::string> targetVolumeFrom(const Environment& environment) {
+    std::string volume = environment(targetVolumeVariable).value_or("");
+    if (volume.empty()) return volume;
+    std::error_code error;
+    volume = std::filesystem::absolute(volume, error).lexically_normal().string();
+    if (error) return error;
+    const auto status = std::filesystem::status(volume, error);
+    if (!std::filesystem::exists(status))
+        return error ? error : std::make_error_code(std::errc::no_such_file_or_directory);
+    if (!std::filesystem::is_directory(status))
+        return std::make_error_code(std::errc::not_a_directory);
+    return withSingleSeparators(volume);
+}
+
+/// The path's components without "." and "..", which cannot lead above the first one.
+std::string withoutParentComponents(const std::string& path) {
+    std::vector<std::string> kept;
+    for (auto& component : split(path, '/')) {
+        if (component.empty() || component == ".") continue;
+        if (component != "..")
+            kept.push_back(std::move(component));
+        else if (!kept.empty())
+            kept.pop_back();
+    }
+    std::string joined;
+    for (const auto& component : kept) joined = joinPath(joined, component);
+    return joined;
+}
+
+}  // namespace
+
+LinuxSearchPaths::LinuxSearchPaths(Values values) : values_(std::move(values)) {}
+
+Result<LinuxSearchPaths> LinuxSearchPaths::fromEnvironment(const Environment& environment) {
+    auto volume = targetVolumeFrom(environment);
+    if (!volume) return volume.error();
+    const Account account = effectiveAccount();
+    Values values;
+    values.home = absolutePath(environment("HOME"));
+    if (!values.home) values.home = absolutePath(account.home);
+    values.dataHome = absolutePath(environment("XDG_DATA_HOME"));
+    values.loginName = account.name;
+    if (!volume.value().empty()) values.targetVolume = std::move(volume.value());
+    values.languages = installer::preferredLanguages(environment);
+    return LinuxSearchPaths(std::move(values));
+}
+
+std::string LinuxSearchPaths::localApplicationSupportFolder() const {
+    return onTargetVolume("/Library/Application Support");
+}
+
+std::string LinuxSearchPaths::localApplicationsFolder() const {
+    return onTargetVolume("/Applications");
+}
+
+std::optional<std::string> LinuxSearchPaths::userApplicationSupportFolder() const {
+    return belowHome("Library/Application Support");
+}
+
+std::optional<std::string> LinuxSearchPaths::userPreferencesFolder() const {
+    return belowHome("Library/Preferences");
+}
+
+std::string LinuxSearchPaths::loginName() const {
+    return values_.loginName;
+}
+
+std::vector<std::string> LinuxSearchPaths::preferredLanguages() const {
+    return values_.languages;
+}
+
+std::string LinuxSearchPaths::onTargetVolume(const std::string& path) const {
+    if (!values_.targetVolume || path.empty()) return path;
+    return joinPath(*values_.targetVolume, withoutParentComponents(path));
+}
+
+std::string LinuxSearchPaths::asSeenOnTargetVolume(const std::string& path) const {
+    if (!values_.targetVolume || *values_.targetVolume == "/") return path;
+    const std::string& volume = *values_.targetVolume;
+    if (path == volume) return "/";
+    if (!path.starts_with(volume + "/")) return path;
+    return path.substr(volume.size());
+}
+
+std::optional<std::string> LinuxSearchPaths::homeFolder() const {
+    if (values_.targetVolume) return onTargetVolume(joinPath("/Users", values_.loginName));
+    return values_.home;
+}
+
+std::optional<std::string> LinuxSearchPaths::userApplicationsFolder() const {
+    if (values_.targetVolume) return std::nullopt;
+    if (values_.dataHome) return joinPath(*values_.dataHome, "applications");
+    return belowHome(".local/share/applications");
+}
+
+std::optional<std::string> LinuxSearchPaths::belowHome(const std::string& path) const {
+    const auto home = homeFolder();
+    if (!home) return std::nullopt;
+    return joinPath(*home, path);
+}
+
+}  // namespace installer

@@ -1,0 +1,177 @@
+#include "linux/files/UserFiles.h"
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <limits.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
+#include "foundation/values/Result.h"
+#include "privileged/system/FileDescriptor.h"
+#include "privileged/system/SystemError.h"
+#include "privileged/system/WriteAll.h"
+#include "privileged/trees/Temporary.h"
+
+namespace installer {
+
+namespace {
+
+constexpr mode_t folderMode = 0755;
+constexpr mode_t fileMode = 0644;
+constexpr mode_t modeWhileFilled = 0600;
+
+struct Owner {
+    uid_t user = 0;
+    gid_t group = 0;
+};
+
+/// A folder that something is about to be made in.
+struct Folder {
+    FileDescriptor descriptor;
+    bool insideHome = false;  ///< below the home folder, with no link between
+};
+
+/// To whom new entries belong; none where that is whoever this process runs as anyway.
+std::optional<Owner> ownerOfNewEntries(const std::optional<std::string>& home) {
+    struct stat status{};
+    if (::geteuid() != 0 || !home || ::stat(home->c_str(), &status) != 0) return std::nullopt;
+    if (status.st_uid == 0) return std::nullopt;
+    return Owner{status.st_uid, status.st_gid};
+}
+
+std::error_code giveAway(int entry, const Folder& folder, const std::optional<Owner>& owner) {
+    if (!owner) return {};
+    struct stat status{};
+    if (::fstat(folder.descriptor.get(), &status) != 0) return systemError();
+    if (!folder.insideHome && status.st_uid != owner->user) return {};
+    return ::fchown(entry, owner->user, owner->group) == 0 ? std::error_code() : systemError();
+}
+
+std::error_code makeFolder(Folder& parent, const std::string& name,
+                           const std::optional<Owner>& owner) {
+    if (::mkdirat(parent.descriptor.get(), name.c_str(), folderMode) != 0) return systemError();
+    FileDescriptor made(::openat(parent.descriptor.get(), name.c_str(),
+                                 O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!made) return systemError();
+    if (const auto error = giveAway(made.get(), parent, owner)) return error;
+    parent.descriptor = std::move(made);
+    return {};
+}
+
+/// Root can write anywhere, so it goes only where root or the user that it writes for points.
+bool mayFollow(const struct stat& link, const std::optional<Owner>& owner) {
+    return ::geteuid() != 0 || link.st_uid == 0 || (owner && link.st_uid == owner->user);
+}
+
+/// Goes from a folder to the existing one that the path names, and link by link where it holds any.
+std::error_code follow(FileDescriptor& folder, const std::string& path,
+                       const std::optional<Owner>& owner, int& linksLeft) {
+    if (path.starts_with('/')) folder.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder) return systemError();
+    for (const auto& component : split(path, '/')) {
+        if (component.empty()) continue;
+        FileDescriptor entry(
+            ::openat(folder.get(), component.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+        struct stat status{};
+        if (!entry || ::fstat(entry.get(), &status) != 0) return systemError();
+        if (!S_ISLNK(status.st_mode)) {
+            if (!S_ISDIR(status.st_mode)) return systemError(ENOTDIR);
+            folder = std::move(entry);
+            continue;
+        }
+        if (!mayFollow(status, owner) || --linksLeft < 0) return systemError(ELOOP);
+        std::array<char, PATH_MAX> target{};
+        const ssize_t length = ::readlinkat(entry.get(), "", target.data(), target.size());
+        if (length < 0) return systemError();
+        const std::string text(target.data(), static_cast<std::size_t>(length));
+        if (const auto error = follow(folder, text, owner, linksLeft)) return error;
+    }
+    return {};
+}
+
+std::error_code enterFolder(Folder& folder, const std::string& name,
+                            const std::optional<Owner>& owner) {
+    constexpr int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+    FileDescriptor entered(::openat(folder.descriptor.get(), name.c_str(), flags | O_NOFOLLOW));
+    if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
+    if (!entered) {
+        constexpr int longestChain = 40;
+        int linksLeft = longestChain;
+        folder.insideHome = false;
+        return follow(folder.descriptor, name, owner, linksLeft);
+    }
+    folder.descriptor = std::move(entered);
+    return {};
+}
+
+Result<Folder> openFolder(const std::string& path, const std::optional<std::string>& home,
+                          const std::optional<Owner>& owner) {
+    Folder folder;
+    std::string below = path;
+    if (home && (path == *home || path.starts_with(*home + "/"))) {
+        folder.descriptor.reset(::open(home->c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        folder.insideHome = static_cast<bool>(folder.descriptor);
+        if (folder.insideHome) below = path.substr(home->size());
+    }
+    if (!folder.descriptor) folder.descriptor.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.descriptor) return systemError();
+    for (const auto& component : split(below, '/')) {
+        if (component.empty() || component == ".") continue;
+        if (component == "..") folder.insideHome = false;
+        if (const auto error = enterFolder(folder, component, owner)) return error;
+    }
+    return folder;
+}
+
+/// Gives the new file what the old one had.
+std::error_code inherit(int file, const struct stat& old) {
+    struct stat status{};
+    if (::fstat(file, &status) != 0) return systemError();
+    const bool differs = status.st_uid != old.st_uid || status.st_gid != old.st_gid;
+    // Only root can hand a file on; for others the file becomes their own, as a new one would be.
+    if (differs && ::fchown(file, old.st_uid, old.st_gid) != 0 && ::geteuid() == 0)
+        return systemError();
+    return ::fchmod(file, old.st_mode & 0777) == 0 ? std::error_code() : systemError();
+}
+
+std::error_code prepare(int file, const Folder& folder, const std::string& name,
+                        const std::optional<Owner>& owner) {
+    struct stat old{};
+    const int found = ::fstatat(folder.descriptor.get(), name.c_str(), &old, AT_SYMLINK_NOFOLLOW);
+    if (found == 0 && S_ISREG(old.st_mode)) return inherit(file, old);
+    if (::fchmod(file, fileMode) != 0) return systemError();
+    return giveAway(file, folder, owner);
+}
+
+}  // namespace
+
+UserFiles::UserFiles(std::optional<std::string> homeFolder) : home_(std::move(homeFolder)) {
+    if (home_ && !home_->starts_with('/')) home_.reset();
+    if (home_) home_ = withSingleSeparators(*home_);
+}
+
+std::error_code UserFiles::replace(const std::string& path, std::string_view contents,
+                                   Durability durability) const {
+    if (!path.starts_with('/') || path.find('\0') != std::string::npos) return systemError(ENOENT);
+    const auto owner = ownerOfNewEntries(home_);
+    const auto folder = openFolder(withSingleSeparators(parentPath(path)), home_, owner);
+    if (!folder) return folder.error();
+    const int parent = folder.value().descriptor.get();
+    clearDeadTemporaries(parent);
+    auto file = Temporary::makeFile(parent, modeWhileFilled);
+    if (!file) return file.error();
+
+    const int descriptor = file.value().descriptor();
+    const std::string name = lastPathComponent(path);
+    if (const auto error = prepare(descriptor, folder.value(), name, owner)) return error;
+    if (const auto error = writeAll(descriptor, contents)) return error;
+    if (durability == Durability::atOnce && ::fsync(descriptor) != 0) return systemError();
+    return file.value().publishReplacing(name);
+}
+
+}  // namespace installer

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ports/Clock.h"
+
+namespace installer {
+
+/// The machine's own clock.
+class SystemClock final : public Clock {
+  public:
+    void sleep(std::chrono::microseconds duration) override;
+};
+
+}  // namespace installer

@@ -1,0 +1,96 @@
+#include "linux/rights/LinuxAuthorization.h"
+
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
+
+#include "linux/rights/PrivilegedHelper.h"
+#include "linux/rights/TerminalAgent.h"
+#include "linux/rights/TerminalQuestion.h"
+
+namespace installer {
+namespace {
+
+class LinuxAuthorization : public Authorization {
+  public:
+    explicit LinuxAuthorization(AdministratorAccess access) : access_(std::move(access)) {}
+    ~LinuxAuthorization() override {
+        if (helper_) helper_->end();
+    }
+    LinuxAuthorization(const LinuxAuthorization&) = delete;
+    LinuxAuthorization& operator=(const LinuxAuthorization&) = delete;
+
+    [[nodiscard]] bool obtain(std::uint32_t flags) override;
+    [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
+                                           const std::vector<std::string>& arguments) override;
+    void setProgressSink(ProgressSink* progress) override;
+
+  private:
+    void startHelper();
+    void announce(std::string_view line) const {
+        if (access_.announce) access_.announce(line);
+    }
+
+    AdministratorAccess access_;
+    AdministratorMeans means_;
+    AdministratorWay way_ = AdministratorWay::none;
+    std::shared_ptr<PrivilegedHelper> helper_;
+    std::int32_t refusal_ = 0;
+    ProgressSink* progress_ = nullptr;
+};
+
+bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all rights or none*/) {
+    means_ = access_.means();
+    way_ = administratorWay(means_);
+    return way_ != AdministratorWay::none && ::access(access_.helperPath.c_str(), X_OK) == 0;
+}
+
+PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
+                                             const std::vector<std::string>& arguments) {
+    if (refusal_ == 0 && !helper_) startHelper();
+    if (refusal_ != 0) return {refusal_, nullptr};
+    PrivilegedLaunch launch = helper_->execute(tool, arguments);
+    // A lost helper is not started again: that could ask the same person a second time.
+    if (helper_->isLost()) {
+        refusal_ = authorization_status::denied;
+        announce("The privileged helper has ended before its work was done");
+    }
+    return launch;
+}
+
+void LinuxAuthorization::startHelper() {
+    if (way_ == AdministratorWay::none) {
+        refusal_ = authorization_status::denied;
+        return;
+    }
+    if (mayAsk(way_)) announce(access_.reason);
+    std::optional<TerminalQuestion> question;
+    if (mayAsk(way_) && means_.hasTerminal) question.emplace();
+    std::optional<TerminalAgent> agent;
+    if (auto command = terminalAgentCommand(way_, means_)) {
+        agent.emplace(std::move(*command), [this] {
+            if (progress_ != nullptr) progress_->bytesCopied(0);
+        });
+    }
+    PrivilegedHelper::Start start =
+        PrivilegedHelper::start(helperCommand(way_, means_, access_.helperPath, access_.reason),
+                                dismissedExitStatus(way_), progress_);
+    refusal_ = start.status;
+    helper_ = std::move(start.helper);
+}
+
+void LinuxAuthorization::setProgressSink(ProgressSink* progress) {
+    progress_ = progress;
+    if (helper_) helper_->setProgressSink(progress);
+}
+
+}  // namespace
+
+std::unique_ptr<Authorization> LinuxAuthorizations::create() {
+    return std::make_unique<LinuxAuthorization>(access_);
+}
+
+}  // namespace installer

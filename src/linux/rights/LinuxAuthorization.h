@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "linux/rights/HelperCommand.h"
+#include "ports/Authorization.h"
+
+namespace installer {
+
+/// How authorizations reach the administrator.
+struct AdministratorAccess {
+    std::string helperPath;  ///< the privileged helper's absolute path
+    /// One line: which product asks for the administrator's rights, and why.
+    std::string reason;
+    /// Shows that line, to whoever is about to be asked and to the log, before anybody is asked;
+    /// and one that tells of a helper that was lost.
+    std::function<void(std::string_view line)> announce;
+    /// What the machine offers; looked at when an authorization is obtained.
+    std::function<AdministratorMeans()> means = AdministratorMeans::current;
+};
+
+/// Authorizations that run their tools in the privileged helper: started directly when this
+/// process is root, through polkit where there is one, else through sudo. Each has a helper of
+/// its own, from its first command until it is destroyed.
+class LinuxAuthorizations : public Authorizations {
+  public:
+    explicit LinuxAuthorizations(AdministratorAccess access) : access_(std::move(access)) {}
+    [[nodiscard]] std::unique_ptr<Authorization> create() override;
+
+  private:
+    AdministratorAccess access_;
+};
+
+}  // namespace installer

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "ports/ProgressSink.h"
+
+namespace installer {
+
+/// Statuses of `Authorization::execute`; 0 is success.
+namespace authorization_status {
+inline constexpr std::int32_t denied = -60005;  ///< refused, nobody to ask, or the helper was lost
+inline constexpr std::int32_t canceled = -60006;           ///< the person asked pressed Cancel
+inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
+}  // namespace authorization_status
+
+/// A tool that was started as the administrator. Destroying it neither waits for nor ends it.
+class PrivilegedTool {
+  public:
+    virtual ~PrivilegedTool() = default;
+
+    /// Waits until the tool has ended. How it ended is nobody's concern.
+    virtual void waitUntilEnded() = 0;
+
+    /// Reads what the tool wrote to its standard output: some bytes, at least one, or 0 at the
+    /// end. Blocks until there is one or the other.
+    [[nodiscard]] virtual std::size_t readOutput(std::span<char> buffer) = 0;
+
+    /// 0, or `denied` once it is known that whoever ran the tool was lost before the tool's end.
+    /// The exit status of a tool that ended shows nowhere.
+    [[nodiscard]] virtual std::int32_t status() const { return 0; }
+};
+
+/// What a start as the administrator gave: `tool` is there when `status` is 0.
+struct PrivilegedLaunch {
+    std::int32_t status = 0;
+    std::unique_ptr<PrivilegedTool> tool;
+};
+
+/// The right to act as the administrator for one run. Made by `Authorizations`; destroying it
+/// gives the right back. Blocks its caller while it asks and while it runs tools.
+class Authorization {
+  public:
+    /// Ask for further rights when they are needed. The only flag that the installer uses.
+    static constexpr std::uint32_t extendRights = 2;
+
+    virtual ~Authorization() = default;
+
+    /// Prepares the right, without asking anybody: credentials are asked for at the first
+    /// `execute`. False when this machine has no way to become the administrator at all.
+    [[nodiscard]] virtual bool obtain(std::uint32_t flags) = 0;
+
+    /// Starts the tool at the absolute path with the arguments, as they are: no shell. The first
+    /// call asks for the credentials, which hold until this object is destroyed; a refusal is
+    /// remembered, so that nobody is asked twice.
+    [[nodiscard]] virtual PrivilegedLaunch execute(const std::string& tool,
+                                                   const std::vector<std::string>& arguments) = 0;
+
+    /// Tells `progress` of the bytes that administrator's copies move, and of 0 bytes many times
+    /// a second while a call of this object or of its tools waits: for the credentials, for a
+    /// tool, for the end of what ran the tools. Null ends that. Until then it outlives this object.
+    virtual void setProgressSink(ProgressSink* progress) = 0;
+};
+
+/// Where authorizations come from.
+class Authorizations {
+  public:
+    virtual ~Authorizations() = default;
+    [[nodiscard]] virtual std::unique_ptr<Authorization> create() = 0;
+};
+
+}  // namespace installer

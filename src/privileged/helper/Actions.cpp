@@ -1,0 +1,81 @@
+#include "privileged/helper/Actions.h"
+
+#include <sys/types.h>
+
+#include "privileged/files/FolderCreation.h"
+#include "privileged/system/AdminGroup.h"
+#include "privileged/system/Spawn.h"
+#include "privileged/trees/TreeAttributes.h"
+#include "privileged/trees/TreeRemoval.h"
+
+namespace installer {
+namespace {
+
+constexpr LinkPolicy links = LinkPolicy::trustedOnly;
+constexpr const char* quarantineAttribute = "user.com.apple.quarantine";
+constexpr const char* desktopDatabaseTool = "/usr/bin/update-desktop-database";
+constexpr const char* machineWideApplications = "/usr/share/applications";
+
+/// Only the last folder gets the mode of the command; those above it are nobody's product.
+std::error_code makeFoldersLikeTheTool(const Command& command) {
+    constexpr mode_t modeAbove = 0755;
+    const std::size_t separator = command.path.rfind('/');
+    if (separator > 0) {
+        const std::string parent = command.path.substr(0, separator);
+        if (const std::error_code error = makeFolders(parent, modeAbove, links)) return error;
+    }
+    return makeFolders(command.path, command.mode, links);
+}
+
+std::error_code setOwnerToUser(const Command& command, const InvokingUser& user) {
+    static const gid_t group = administratorsGroup();
+    return setOwnerOfTree(command.path, user.number(), group, links);
+}
+
+std::error_code removeIfThere(const Command& command) {
+    const std::error_code error = removeTree(command.path, links);
+    const bool nothingThere =
+        error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+    return nothingThere ? std::error_code() : error;
+}
+
+/// Started and left to itself: the installation does not depend on it. Where there is no such
+/// tool there is no such database.
+std::error_code startDesktopDatabaseRefresh() {
+    SpawnRequest request;
+    request.path = desktopDatabaseTool;
+    request.arguments = {machineWideApplications};
+    request.environment = SpawnRequest::Environment::empty;
+    request.session = SpawnRequest::Session::itsOwn;
+    const Result<pid_t> started = spawn(request);
+    if (started || started.error() == std::errc::no_such_file_or_directory) return {};
+    return started.error();
+}
+
+}  // namespace
+
+std::error_code perform(const Command& command, const InvokingUser& user,
+                        const CopyProgress& progress) {
+    switch (command.action) {
+        case Action::makeFolders:
+            return makeFoldersLikeTheTool(command);
+        case Action::setOwner:
+            return setOwnerToUser(command, user);
+        case Action::remove:
+            return removeIfThere(command);
+        case Action::copy:
+            // Root's until the owner and the mode that follow are set.
+            return copyTree(command.source, command.path, links, progress, Privileges::drop);
+        case Action::setMode:
+            return setModeOfTree(command.path, command.mode, links);
+        case Action::touch:
+            return touchFile(command.path, links);
+        case Action::removeQuarantine:
+            return removeAttributeOfTree(command.path, quarantineAttribute, links);
+        case Action::refreshDesktopDatabase:
+            return startDesktopDatabaseRefresh();
+    }
+    return std::make_error_code(std::errc::function_not_supported);
+}
+
+}  // namespace installer

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <system_error>
+
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/Policy.h"
+#include "privileged/trees/TreeCopy.h"
+
+namespace installer {
+
+/// Does what the command says, as the tool of that name would, but over descriptors and without a
+/// process. No link is followed that anybody but root could have put into a path. What a failure
+/// leaves is said at the file operations; a removal of nothing is a success.
+[[nodiscard]] std::error_code perform(const Command& command, const InvokingUser& user,
+                                      const CopyProgress& progress);
+
+}  // namespace installer

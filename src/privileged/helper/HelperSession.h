@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/protocol/MessageStream.h"
+
+namespace installer {
+
+/// Answers requests, one after the other, until the peer closes its end.
+class HelperSession {
+  public:
+    HelperSession(int input, int output, InvokingUser user)
+        : stream_(input, output), user_(std::move(user)) {}
+
+    /// Gives the exit status of the process: 0 when the peer closed its end between two messages.
+    /// A signal that ends the process does so between two requests, never within one.
+    [[nodiscard]] int run();
+
+  private:
+    /// The exit statuses of the tools.
+    enum ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
+
+    /// False when the peer is gone.
+    [[nodiscard]] bool serve(const ToolRequest& request);
+    [[nodiscard]] ExitStatus answer(const ToolRequest& request);
+    void copied(std::uint64_t bytes);
+    [[nodiscard]] bool sendEnded(ExitStatus status);
+
+    MessageStream stream_;
+    InvokingUser user_;
+    std::uint64_t unreported_ = 0;
+    std::chrono::steady_clock::time_point lastProgress_;
+};
+
+}  // namespace installer

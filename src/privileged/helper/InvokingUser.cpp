@@ -1,0 +1,49 @@
+#include "privileged/helper/InvokingUser.h"
+
+#include <charconv>
+#include <cstdlib>
+
+#include <pwd.h>
+#include <unistd.h>
+
+namespace installer {
+
+namespace {
+
+/// getenv would give the first of several.
+bool standsTwice(std::string_view variable) {
+    int count = 0;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text(*entry);
+        if (text.starts_with(variable) && text.substr(variable.size()).starts_with('=')) ++count;
+    }
+    return count > 1;
+}
+
+}  // namespace
+
+std::optional<InvokingUser> InvokingUser::fromEnvironment() {
+    if (standsTwice("PKEXEC_UID") || standsTwice("SUDO_UID")) return std::nullopt;
+    const char* text = std::getenv("PKEXEC_UID");
+    if (text == nullptr) text = std::getenv("SUDO_UID");
+    if (text == nullptr) return InvokingUser(::getuid());
+    const std::string_view digits(text);
+    uid_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const bool whole = error == std::errc() && end == digits.data() + digits.size();
+    if (!whole || number == static_cast<uid_t>(-1)) return std::nullopt;
+    return InvokingUser(number);
+}
+
+bool InvokingUser::isNamed(std::string_view name) {
+    if (name.empty() || name.find('\0') != std::string_view::npos) return false;
+    // One run names the same user for every file, and asking the system takes longer than the act.
+    if (name == knownName_) return true;
+    const std::string terminated(name);
+    const passwd* entry = ::getpwnam(terminated.c_str());
+    if (entry == nullptr || entry->pw_uid != number_) return false;
+    knownName_ = terminated;
+    return true;
+}
+
+}  // namespace installer

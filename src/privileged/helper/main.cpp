@@ -1,0 +1,24 @@
+#include <optional>
+
+#include <unistd.h>
+
+#include "privileged/helper/CleanStart.h"
+#include "privileged/helper/HelperSession.h"
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/Report.h"
+
+/// The privileged helper: root's side of the installation. Reads requests from its standard input,
+/// does those that its policy allows, and answers on its standard output.
+int main() {
+    const std::optional<installer::InvokingUser> user = installer::InvokingUser::fromEnvironment();
+    installer::cleanStart();
+    if (::getuid() != 0 || ::geteuid() != 0) {
+        installer::report("this program must be started by root; the installer does that");
+        return 1;
+    }
+    if (!user) {
+        installer::report("the environment does not say whom to act for");
+        return 1;
+    }
+    return installer::HelperSession(STDIN_FILENO, STDOUT_FILENO, *user).run();
+}

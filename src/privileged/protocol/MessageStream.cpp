@@ -1,0 +1,85 @@
+#include "privileged/protocol/MessageStream.h"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <span>
+
+#include <poll.h>
+#include <sched.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "privileged/system/AwaitReadable.h"
+
+namespace installer {
+namespace {
+
+/// A write that raises no signal where the descriptor is a socket; a helper that was given a pipe
+/// ignores the signal.
+ssize_t writeSome(int descriptor, std::string_view bytes) {
+    const ssize_t sent = ::send(descriptor, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent >= 0 || errno != ENOTSOCK) return sent;
+    return ::write(descriptor, bytes.data(), bytes.size());
+}
+
+/// How long an answer or the next request is looked for before the process goes to sleep. Waking
+/// a sleeping process on another processor costs more than most of what the helper is asked to
+/// do, and an installation of many small items asks thousands of times.
+constexpr std::chrono::microseconds patience(200);
+
+ssize_t readSome(int descriptor, std::span<char> buffer,
+                 const std::function<void()>& whileWaiting) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    do {
+        const ssize_t count = ::recv(descriptor, buffer.data(), buffer.size(), MSG_DONTWAIT);
+        if (count >= 0) return count;
+        if (errno == ENOTSOCK) break;
+        if (errno != EAGAIN && errno != EINTR) return count;
+        ::sched_yield();
+    } while (std::chrono::steady_clock::now() < end);
+    if (whileWaiting) awaitReadable(descriptor, whileWaiting);
+    return ::read(descriptor, buffer.data(), buffer.size());
+}
+
+}  // namespace
+
+bool MessageStream::send(std::string_view encodedMessage) {
+    while (!encodedMessage.empty()) {
+        const ssize_t written = writeSome(output_, encodedMessage);
+        if (written < 0 && errno == EINTR) continue;
+        if (written < 0) return false;
+        encodedMessage.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
+    Message message;
+    while (ending_ == Ending::none) {
+        const MessageDecoder::State state = decoder_.next(message);
+        if (state == MessageDecoder::State::message) return message;
+        if (state == MessageDecoder::State::malformed) {
+            ending_ = Ending::malformed;
+            break;
+        }
+        std::array<char, 16384> buffer;
+        const ssize_t count = readSome(input_, buffer, whileWaiting);
+        if (count > 0) {
+            decoder_.append({buffer.data(), static_cast<std::size_t>(count)});
+        } else if (count == 0) {
+            ending_ = decoder_.atBoundary() ? Ending::closed : Ending::malformed;
+        } else if (errno != EINTR) {
+            // A peer that dies with unread messages resets the connection.
+            ending_ = errno == ECONNRESET ? Ending::closed : Ending::failed;
+        }
+    }
+    return std::nullopt;
+}
+
+bool MessageStream::canSend() const {
+    pollfd polled{output_, POLLOUT, 0};
+    return ::poll(&polled, 1, 0) > 0 && (polled.revents & POLLOUT) != 0;
+}
+
+}  // namespace installer

@@ -1,0 +1,76 @@
+#include "privileged/trees/EntryCopy.h"
+
+#include <array>
+
+#include <fcntl.h>
+#include <limits.h>
+#include <unistd.h>
+
+#include "privileged/system/SystemError.h"
+#include "privileged/trees/ExtendedAttributes.h"
+#include "privileged/trees/FileContents.h"
+
+namespace installer {
+
+namespace {
+
+constexpr mode_t modeBits = 07777;
+constexpr mode_t privilegeBits = S_ISUID | S_ISGID;
+
+std::array<timespec, 2> timesOf(const struct stat& status) {
+    return {status.st_atim, status.st_mtim};
+}
+
+/// Attributes come first: those that hold an access list change the mode.
+std::error_code copyProperties(int source, const struct stat& status, int destination, mode_t mode,
+                               Privileges privileges) {
+    const auto attributeCount = copyExtendedAttributes(source, destination, privileges);
+    if (!attributeCount) return attributeCount.error();
+    const mode_t kept = privileges == Privileges::keep ? modeBits : modeBits & ~privilegeBits;
+    const mode_t wanted = status.st_mode & kept;
+    const bool modeIsRight = mode == wanted && attributeCount.value() == 0;
+    if (!modeIsRight && fchmod(destination, wanted) != 0) return systemError();
+    if (futimens(destination, timesOf(status).data()) != 0) return systemError();
+    return {};
+}
+
+}  // namespace
+
+Result<FileDescriptor> openRegularFile(int parent, const std::string& name, struct stat& status) {
+    FileDescriptor file(
+        openat(parent, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    // What a socket, or a device without a driver, says to being opened.
+    if (!file && errno == ENXIO) return systemError(EINVAL);
+    if (!file || fstat(file.get(), &status) != 0) return systemError();
+    if (!S_ISREG(status.st_mode)) return systemError(EINVAL);
+    return file;
+}
+
+std::error_code fillFile(int source, const struct stat& status, int destination, mode_t mode,
+                         Privileges privileges, const CopyProgress& progress) {
+    if (const auto error =
+            copyContents(source, status.st_size, status.st_blocks, destination, progress)) {
+        return error;
+    }
+    return copyProperties(source, status, destination, mode, privileges);
+}
+
+std::error_code finishFolder(int source, const struct stat& status, int destination,
+                             Privileges privileges) {
+    return copyProperties(source, status, destination, unknownMode, privileges);
+}
+
+std::error_code makeLinkLike(int parent, const std::string& name, const struct stat& status,
+                             int toParent, const std::string& toName) {
+    std::array<char, PATH_MAX> target;
+    const auto length = readlinkat(parent, name.c_str(), target.data(), target.size() - 1);
+    if (length < 0) return systemError();
+    target.at(static_cast<std::size_t>(length)) = '\0';
+    if (symlinkat(target.data(), toParent, toName.c_str()) != 0 ||
+        utimensat(toParent, toName.c_str(), timesOf(status).data(), AT_SYMLINK_NOFOLLOW) != 0) {
+        return systemError();
+    }
+    return {};
+}
+
+}  // namespace installer

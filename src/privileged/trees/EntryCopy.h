@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <system_error>
+
+#include <sys/stat.h>
+
+#include "foundation/values/Result.h"
+#include "privileged/system/FileDescriptor.h"
+#include "privileged/trees/TreeCopy.h"
+
+namespace installer {
+
+/// Opens a regular file for reading and tells its status. EINVAL for a FIFO, device or socket,
+/// without waiting for its other end; ELOOP for a link.
+[[nodiscard]] Result<FileDescriptor> openRegularFile(int parent, const std::string& name,
+                                                     struct stat& status);
+
+/// In place of a mode that nobody has looked at.
+inline constexpr mode_t unknownMode = ~mode_t{0};
+
+/// Gives an empty file the source's contents, extended attributes, mode and times. `mode` is the
+/// one the empty file has, when that is known.
+[[nodiscard]] std::error_code fillFile(int source, const struct stat& status, int destination,
+                                       mode_t mode, Privileges privileges,
+                                       const CopyProgress& progress);
+
+/// Gives a folder, whose contents are complete, the source's extended attributes, mode and times.
+[[nodiscard]] std::error_code finishFolder(int source, const struct stat& status, int destination,
+                                           Privileges privileges);
+
+/// Makes a link with the same target and times. A link's attributes are the system's own: users
+/// cannot set any.
+[[nodiscard]] std::error_code makeLinkLike(int parent, const std::string& name,
+                                           const struct stat& status, int toParent,
+                                           const std::string& toName);
+
+}  // namespace installer

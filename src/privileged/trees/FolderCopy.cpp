@@ -1,0 +1,149 @@
+#include "privileged/trees/FolderCopy.h"
+
+#include <map>
+#include <utility>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "privileged/files/FolderChain.h"
+#include "privileged/system/SystemError.h"
+#include "privileged/trees/EntryCopy.h"
+#include "privileged/trees/TreeWalk.h"
+
+namespace installer {
+
+namespace {
+
+class FolderCopier : public TreeVisitor {
+  public:
+    FolderCopier(int destination, Privileges privileges, const CopyProgress& progress)
+        : top_(destination), privileges_(privileges), progress_(progress) {}
+
+    std::error_code start() {
+        if (fstat(top_, &topStatus_) != 0) return systemError();
+        return {};
+    }
+
+    Result<FileDescriptor> enterFolder(int parent, const std::string& name) override {
+        auto source = TreeVisitor::enterFolder(parent, name);
+        if (!source) return source;
+        struct stat status = {};
+        if (fstat(source.value().get(), &status) != 0) return systemError();
+        // The copy meets itself: its destination lies in its source.
+        if (status.st_dev == topStatus_.st_dev && status.st_ino == topStatus_.st_ino) {
+            return systemError(EINVAL);
+        }
+        if (const auto error = folders_.empty() ? pushTop() : pushNew(name)) return error;
+        folders_.push_back({name, status});
+        return source;
+    }
+
+    std::error_code visitEntry(int parent, const std::string& name, unsigned char type) override {
+        if (progress_) progress_(0);
+        if (type == DT_LNK) return copyLink(parent, name);
+        return type == DT_REG ? copyFile(parent, name) : systemError(EINVAL);
+    }
+
+    std::error_code leaveFolder(int, const std::string&, int source) override {
+        // Before the mode is set: the way up leads through the folder.
+        if (chain_.depth() > 1) {
+            if (const auto error = chain_.openParent()) return error;
+        }
+        const auto error =
+            finishFolder(source, folders_.back().status, chain_.current(), privileges_);
+        folders_.pop_back();
+        chain_.pop();
+        return error;
+    }
+
+  private:
+    struct Folder {
+        std::string name;
+        struct stat status;
+    };
+    using FileIdentity = std::pair<dev_t, ino_t>;
+
+    std::error_code pushTop() {
+        FileDescriptor copy(fcntl(top_, F_DUPFD_CLOEXEC, 0));
+        if (!copy) return systemError();
+        chain_.push(std::move(copy));
+        return {};
+    }
+
+    std::error_code pushNew(const std::string& name) {
+        if (mkdirat(chain_.current(), name.c_str(), S_IRWXU) != 0) return systemError();
+        auto folder = TreeVisitor::enterFolder(chain_.current(), name);
+        if (!folder) return folder.error();
+        chain_.push(std::move(folder).value());
+        return {};
+    }
+
+    std::error_code copyLink(int parent, const std::string& name) {
+        struct stat status = {};
+        if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return systemError();
+        if (const auto* first = firstCopy(status)) return linkTo(*first, name);
+        const auto error = makeLinkLike(parent, name, status, chain_.current(), name);
+        if (!error) remember(status, name);
+        return error;
+    }
+
+    std::error_code copyFile(int parent, const std::string& name) {
+        struct stat status = {};
+        const auto source = openRegularFile(parent, name, status);
+        if (!source) return source.error();
+        if (const auto* first = firstCopy(status)) return linkTo(*first, name);
+        const FileDescriptor file(openat(chain_.current(), name.c_str(),
+                                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                                         S_IRUSR | S_IWUSR));
+        if (!file) return systemError();
+        const auto error =
+            fillFile(source.value().get(), status, file.get(), unknownMode, privileges_, progress_);
+        if (!error) remember(status, name);
+        return error;
+    }
+
+    const std::string* firstCopy(const struct stat& status) const {
+        if (status.st_nlink < 2) return nullptr;
+        const auto found = copies_.find({status.st_dev, status.st_ino});
+        return found == copies_.end() ? nullptr : &found->second;
+    }
+
+    void remember(const struct stat& status, const std::string& name) {
+        if (status.st_nlink < 2) return;
+        std::string path;
+        for (std::size_t index = 1; index < folders_.size(); ++index) {
+            path += folders_[index].name + '/';
+        }
+        copies_.emplace(FileIdentity{status.st_dev, status.st_ino}, path + name);
+    }
+
+    std::error_code linkTo(const std::string& first, const std::string& name) const {
+        if (linkat(top_, first.c_str(), chain_.current(), name.c_str(), 0) != 0) {
+            return systemError();
+        }
+        return {};
+    }
+
+    int top_;
+    struct stat topStatus_ = {};
+    Privileges privileges_;
+    const CopyProgress& progress_;
+    FolderChain chain_;            ///< the destination's folders
+    std::vector<Folder> folders_;  ///< the source's folders, as they were before they were read
+    std::map<FileIdentity, std::string> copies_;  ///< of entries with several names, from the top
+};
+
+}  // namespace
+
+std::error_code copyFolderInto(int sourceParent, const std::string& name, int destination,
+                               Privileges privileges, const CopyProgress& progress) {
+    FolderCopier copier(destination, privileges, progress);
+    if (const auto error = copier.start()) return error;
+    return walkTree(sourceParent, name, copier, OnFailure::stop);
+}
+
+}  // namespace installer

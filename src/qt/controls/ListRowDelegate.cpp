@@ -1,0 +1,88 @@
+#include "qt/controls/ListRowDelegate.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <algorithm>
+
+#include "qt/theme/ReadableColor.h"
+
+namespace installer {
+
+namespace {
+
+constexpr int space = 8;  // above and below a row's contents
+constexpr int gap = 4;    // before and after its texts
+constexpr double detailScale = 0.92;
+
+QFont detailFont(const QFont& font) {
+    QFont smaller = font;
+    if (font.pointSizeF() > 0) smaller.setPointSizeF(font.pointSizeF() * detailScale);
+    return smaller;
+}
+
+QPalette::ColorGroup colorGroup(QStyle::State state) {
+    if (!state.testFlag(QStyle::State_Enabled)) return QPalette::Disabled;
+    return state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+}
+
+/// Texts of a list may be paths, which read from left to right in every language.
+void drawLine(QPainter& painter, const QRect& area, const QFont& font, const QColor& color,
+              Qt::LayoutDirection direction, const QString& text) {
+    painter.setFont(font);
+    painter.setPen(color);
+    const auto side = QStyle::visualAlignment(direction, Qt::AlignLeft | Qt::AlignVCenter);
+    painter.drawText(area, static_cast<int>(side) | Qt::TextSingleLine,
+                     QFontMetrics(font).elidedText(text, Qt::ElideMiddle, area.width()));
+}
+
+}  // namespace
+
+void ListRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
+    QStyleOptionViewItem item(option);
+    initStyleOption(&item, index);
+    const QStyle& style = item.widget ? *item.widget->style() : *QApplication::style();
+    const QRect area = style.subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
+                           .adjusted(gap, 0, -gap, 0);
+    const QString title = item.text;
+    const QString detail = index.data(detailRole).toString();
+    item.text.clear();
+    style.drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+
+    const bool isSelected = item.state.testFlag(QStyle::State_Selected);
+    const auto group = colorGroup(item.state);
+    const QColor text =
+        item.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor ground =
+        item.palette.color(group, isSelected ? QPalette::Highlight : QPalette::Base);
+    const QFont small = detailFont(item.font);
+    const int titleHeight = QFontMetrics(item.font).height();
+    const int detailHeight = detail.isEmpty() ? 0 : QFontMetrics(small).height();
+
+    painter->save();
+    painter->setLayoutDirection(Qt::LeftToRight);
+    QRect line = area;
+    line.setTop(area.center().y() - (titleHeight + detailHeight) / 2);
+    line.setHeight(titleHeight);
+    drawLine(*painter, line, item.font, text, item.direction, title);
+    line.translate(0, titleHeight);
+    line.setHeight(detailHeight);
+    drawLine(*painter, line, small, isSelected ? text : quietColor(text, ground), item.direction,
+             detail);
+    painter->restore();
+}
+
+QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                const QModelIndex& index) const {
+    QStyleOptionViewItem item(option);
+    initStyleOption(&item, index);
+    const bool hasDetail = !index.data(detailRole).toString().isEmpty();
+    const int texts = QFontMetrics(item.font).height() +
+                      (hasDetail ? QFontMetrics(detailFont(item.font)).height() : 0);
+    const bool hasIcon = !item.icon.isNull();
+    const int icon = hasIcon ? item.decorationSize.height() : 0;
+    return {QStyledItemDelegate::sizeHint(option, index).width(),
+            std::max(texts, icon) + 2 * space};
+}
+
+}  // namespace installer

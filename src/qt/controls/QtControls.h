@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+
+#include "ports/window/View.h"
+
+namespace installer {
+
+class QtTextField final : public TextField {
+  public:
+    explicit QtTextField(QLabel* label);
+    void setText(const std::string& text) override;
+    void setSystemFont(Weight weight) override;
+    /// Darker or lighter than asked where the text could not be read on its ground.
+    void setColor(Color color) override;
+
+  private:
+    void keepRoomForBold();
+
+    QPointer<QLabel> label_;
+};
+
+class QtImageView final : public ImageView {
+  public:
+    explicit QtImageView(QLabel* label) : label_(label) {}
+    void setImage(const Image& image) override;
+
+  private:
+    QPointer<QLabel> label_;
+};
+
+class QtListSelection final : public ListSelection {
+  public:
+    explicit QtListSelection(QListWidget* list) : list_(list) {}
+    void setSelectedRow(std::size_t row) override;
+    [[nodiscard]] std::optional<std::size_t> selectedRow() const override;
+
+  private:
+    QPointer<QListWidget> list_;
+};
+
+}  // namespace installer

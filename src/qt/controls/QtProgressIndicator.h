@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QProgressBar>
+
+#include "ports/window/View.h"
+
+namespace installer {
+
+class QtProgressIndicator final : public ProgressIndicator {
+  public:
+    explicit QtProgressIndicator(QProgressBar* bar);
+    /// Repaints what has to be repainted in the whole application, at most once per frame.
+    void setFraction(double fraction) override;
+
+  private:
+    QPointer<QProgressBar> bar_;
+    QElapsedTimer sinceRepaint_;
+};
+
+}  // namespace installer

@@ -1,0 +1,53 @@
+#include "qt/theme/WindowStyle.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleOption>
+
+namespace installer {
+
+namespace {
+
+constexpr QLatin1String toolkitsOwn("fusion");
+constexpr int besideButtonText = 8;
+
+void drawFrame(QPainter& painter, const QStyleOption& option) {
+    QColor color = option.palette.color(QPalette::Text);
+    color.setAlphaF(0.55F);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+    painter.restore();
+}
+
+}  // namespace
+
+WindowStyle::WindowStyle() : QProxyStyle(toolkitsOwn) {}
+
+void WindowStyle::setApplicationStyle() {
+    QStyle* style = new WindowStyle;
+    style->setParent(qApp);
+    QApplication::setStyle(style);
+}
+
+void WindowStyle::replaceToolkitsOwn() {
+    if (QApplication::style()->name() == toolkitsOwn) setApplicationStyle();
+}
+
+void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
+        drawFrame(*painter, *option);
+    }
+}
+
+QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                    const QSize& contents, const QWidget* widget) const {
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_PushButton ? size + QSize(2 * besideButtonText, 0) : size;
+}
+
+}  // namespace installer

@@ -1,0 +1,72 @@
+#include "qt/window/QtInterfaceLoader.h"
+
+#include <QFile>
+#include <QMainWindow>
+#include <QUiLoader>
+#include <utility>
+
+#include "qt/binding/Binder.h"
+#include "qt/controls/WindowManners.h"
+#include "qt/values/QtText.h"
+#include "qt/window/QtInterface.h"
+
+namespace installer {
+
+namespace {
+
+/// Takes note of the classes that it does not know, which it would leave out of the window.
+class DescriptionReader final : public QUiLoader {
+  public:
+    DescriptionReader() {
+        // A description is made of the toolkit's own controls; plug-ins would only be looked for.
+        clearPluginPaths();
+        setLanguageChangeEnabled(false);
+        setTranslationEnabled(false);
+    }
+
+    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
+        QWidget* widget = QUiLoader::createWidget(className, parent, name);
+        if (!widget && unknownClass_.isEmpty()) unknownClass_ = className;
+        return widget;
+    }
+
+    [[nodiscard]] QString unknownClass() const { return unknownClass_; }
+
+  private:
+    QString unknownClass_;
+};
+
+}  // namespace
+
+QtInterfaceLoader::QtInterfaceLoader(const Bundle& bundle, SystemLog& log, OpenLink openLink)
+    : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {}
+
+std::unique_ptr<Interface> QtInterfaceLoader::refuse(const std::string& name,
+                                                     const std::string& reason) {
+    log_.log("The window's description \"" + name + "\" cannot be used: " + reason);
+    return nullptr;
+}
+
+std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, InterfaceOwner& owner) {
+    const auto path = bundle_.resourcePath(name, "ui");
+    if (!path) return refuse(name, "the bundle has none.");
+    QFile file(toQt(*path));
+    if (!file.open(QIODevice::ReadOnly)) return refuse(name, fromQt(file.errorString()));
+
+    DescriptionReader reader;
+    std::unique_ptr<QWidget> root(reader.load(&file));
+    if (!reader.unknownClass().isEmpty()) {
+        return refuse(name, "unknown class " + fromQt(reader.unknownClass()) + ".");
+    }
+    if (!root) return refuse(name, fromQt(reader.errorString()));
+
+    if (auto* window = qobject_cast<QMainWindow*>(root.get())) {
+        new WindowManners(*window);
+    } else {
+        root->adjustSize();
+    }
+    auto binder = std::make_unique<Binder>(*root, owner, bundle_, log_, openLink_);
+    return std::make_unique<QtInterface>(std::move(root), std::move(binder));
+}
+
+}  // namespace installer

@@ -1,0 +1,312 @@
+#include "steps/hosts/HostsController.h"
+
+#include <string_view>
+#include <utility>
+
+#include "foundation/values/Paths.h"
+#include "ports/FileManager.h"
+#include "ports/SearchPaths.h"
+#include "ports/window/FolderPanel.h"
+#include "ports/window/InterfaceLoader.h"
+#include "ports/window/View.h"
+#include "ports/window/WindowPlatform.h"
+#include "product/LocalizedText.h"
+#include "steps/hosts/HostsModel.h"
+#include "wizard/MainController.h"
+
+namespace installer {
+
+namespace {
+
+constexpr const char* customPathKey = "customPath";
+
+void setHidden(const std::shared_ptr<View>& view, bool hidden) {
+    if (view) view->setHidden(hidden);
+}
+
+}  // namespace
+
+HostsController::HostsController(WindowPlatform& platform)
+    : platform_(platform), defaults_(platform, "com.quarrytone.installer") {
+    bindControls();
+    ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
+        if (moment == Moment::didChange) propertyDidChange(property);
+    });
+}
+
+HostsController::~HostsController() = default;
+
+void HostsController::bindControls() {
+    const auto bindText = [this](std::string name, std::string (HostsController::*text)() const) {
+        bindProperty(std::move(name), [this, text] { return PropertyValue((this->*text)()); });
+    };
+    bindText("customPath", &HostsController::customPath);
+    bindText("customInstallPathLabelText", &HostsController::customInstallPathLabelText);
+    bindText("customInstallBrowseButtonText", &HostsController::customInstallBrowseButtonText);
+    bindText("customInstallCheckBoxText", &HostsController::customInstallCheckBoxText);
+    bindText("customInstallHostsExplanationText",
+             &HostsController::customInstallHostsExplanationText);
+    bindSwitch(
+        "installScriptsAndPanelsChosen", [this] { return installScriptsAndPanelsChosen_; },
+        [this](bool chosen) { setInstallScriptsAndPanelsChosen(chosen); });
+    bindSwitch(
+        "installPluginForCustomInstall", [this] { return installPluginForCustomInstall_; },
+        [this](bool install) { setInstallPluginForCustomInstall(install); });
+    bindProperty("scriptsOrPanelsHosts", [this] {
+        std::vector<ListRow> rows;
+        for (const HostModel& host : scriptsOrPanelsHosts()) {
+            rows.push_back({.title = host.hostName()});
+        }
+        return PropertyValue(std::move(rows));
+    });
+    bindProperty("scriptsOrPanelsHostsExsist",
+                 [this] { return PropertyValue(scriptsOrPanelsHostsExsist()); });
+    bindAction("browseButtonPressed", [this](const void* sender) { browseButtonPressed(sender); });
+}
+
+bool HostsController::enableForward() const {
+    if (isHostListCurrent()) return true;
+    const UnknownHostModel* host = customFolderHost();
+    const bool hasFolder = host != nullptr && !host->plugInPath().empty();
+    if (installPluginForCustomInstall_ && !hasFolder) return false;
+    const bool installsAnything = installScriptsAndPanelsChosen_ ||
+                                  installPluginForCustomInstall_ ||
+                                  installPlugin64ForCustomInstall_;
+    return installsAnything && enableForward_;
+}
+
+void HostsController::didEnterWithModel(std::shared_ptr<StepModel> model,
+                                        std::shared_ptr<View> view, MainController* mainController,
+                                        std::int32_t /*direction*/) {
+    model_ = std::dynamic_pointer_cast<HostsModel>(model);
+    view_ = view;
+    mainController_ = mainController;
+
+    const std::vector<HostModel> found = mainController->foundHosts();
+    if (found.empty() && !mainController->isCustomInstallAllowed() &&
+        !mainController->customInstallRecommended()) {
+        // This step is left inside the call, and has then let go of its view.
+        mainController->nextView(this);
+        setHidden(view, true);
+        return;
+    }
+    const bool customHostOnly =
+        found.size() == 1 && found.front().as<UnknownHostModel>() != nullptr;
+    if (found.empty() || customHostOnly) {
+        startWithCustomScreen();
+    } else {
+        showHostList();
+    }
+}
+
+void HostsController::didProceed(std::int32_t /*direction*/) {
+    setHidden(currentView_, true);
+    if (mainController_ != nullptr) {
+        for (const HostModel& host : mainController_->selectedHosts()) {
+            if (auto* customHost = host.as<UnknownHostModel>()) finishCustomHost(*customHost);
+        }
+    }
+    model_.reset();
+    view_.reset();
+}
+
+void HostsController::finishCustomHost(UnknownHostModel& host) {
+    // No host ever offers its scripts and panels, so a custom folder gets none, chosen or not.
+    host.setShouldInstallPanels(false);
+    host.setShouldInstallScripts(false);
+    if (!installPluginForCustomInstall_) host.setShouldInstallPlugIns(false);
+    defaults_.setObject(host.plugInPath(), customPathKey);
+}
+
+void HostsController::showHostList() {
+    setHidden(view_, false);
+    currentView_ = view_;
+    setHidden(customInstallView_, true);
+}
+
+void HostsController::startWithCustomScreen() {
+    if (customInstallView_ && customHost_) {
+        showCustomScreen();
+        return;
+    }
+    // As if the user came from the host list, which is what stays when there is no custom screen.
+    showHostList();
+    goToCustomScreen();
+}
+
+void HostsController::showCustomScreen() {
+    currentView_ = customInstallView_;
+    setHidden(view_, true);
+    setHidden(customInstallView_, false);
+}
+
+void HostsController::buttonPressed(const void* /*sender*/) {
+    goToCustomScreen();
+}
+
+void HostsController::goToCustomScreen() {
+    willChangeEnableForward();
+    if (!customHost_) addCustomHost();
+    didChangeEnableForward();
+    if (mainController_ != nullptr) mainController_->setIsCustomInstallChosen(true);
+    proceedInBranch(1);
+}
+
+void HostsController::addCustomHost() {
+    if (mainController_ == nullptr) return;
+    UnknownHostModel host(platform_, defaults_.stringForKey(customPathKey).value_or(""));
+    host.setHostIsSelected(true);
+    for (const HostModel& found : mainController_->foundHosts()) found.setHostIsSelected(false);
+    customHost_ = HostModel(std::move(host));
+    mainController_->customHostAdded(*customHost_);
+}
+
+void HostsController::undoCustomScreen() {
+    if (mainController_ == nullptr) return;
+    const std::vector<HostModel> found = mainController_->foundHosts();
+    if (const auto customHost = customHost_) mainController_->customHostRemoved(*customHost);
+    customHost_.reset();
+    for (const HostModel& host : found) host.setHostIsSelected(true);
+    proceedInBranch(1);
+}
+
+UnknownHostModel* HostsController::customFolderHost() const {
+    return customHost_ ? customHost_->as<UnknownHostModel>() : nullptr;
+}
+
+void HostsController::overrideBackButton(const void* /*sender*/, bool& overridden) {
+    overridden = !isHostListCurrent();
+    if (overridden) undoCustomScreen();
+}
+
+bool HostsController::willBranch(std::int32_t direction) const {
+    if (!customHost_) return false;
+    return isHostListCurrent() ? direction > 0 : direction < 0;
+}
+
+void HostsController::proceedInBranch(std::int32_t /*direction*/) {
+    willChange("customPath");
+    willChange("customPath64");
+    willChangeEnableForward();
+    if (!isHostListCurrent()) {
+        showHostList();
+        if (mainController_ != nullptr) mainController_->setIsCustomInstallChosen(false);
+    } else {
+        // Without the other screen nothing has changed: the announcements stay open on purpose,
+        // so that no control is told to read anything anew.
+        if (!customInstallView_ && !loadCustomScreen()) return;
+        showCustomScreen();
+    }
+    didChange("customPath");
+    didChange("customPath64");
+    didChangeEnableForward();
+}
+
+bool HostsController::loadCustomScreen() {
+    if (scriptsOrPanelsHosts().empty()) installScriptsAndPanelsChosen_ = false;
+    auto interface = platform_.interfaces.load("CustomInstall", *this);
+    if (!interface) return false;
+    customInstallView_ = interface->view("customInstallView");
+    if (!customInstallView_) return false;
+    scriptsOrPanelsArrayController_ = interface->list("scriptsOrPanelsArrayController");
+    customInstall_ = std::move(interface);
+    if (const auto parent = view_ ? view_->superview() : nullptr) {
+        parent->addSubview(customInstallView_);
+    }
+    return true;
+}
+
+void HostsController::browseButtonPressed(const void* /*sender*/) {
+    const std::optional<std::string> folder = platform_.folderPanel.runModal(folderRequest());
+    if (!folder) return;
+    willChange("customPath");
+    willChangeEnableForward();
+    if (UnknownHostModel* host = customFolderHost()) host->setPlugInPath(*folder);
+    didChange("customPath");
+    didChangeEnableForward();
+}
+
+FolderRequest HostsController::folderRequest() const {
+    const UnknownHostModel* host = customFolderHost();
+    const bool hasFolder = host != nullptr && !host->plugInPath().empty();
+    return {
+        .title = localizedText(platform_.bundle, "browse_path_title"),
+        .message = localizedText(platform_.bundle, "browse_path_msg"),
+        .prompt = localizedText(platform_.bundle, "browse_path_prompt"),
+        .startFolder =
+            hasFolder ? host->plugInPath() : platform_.searchPaths.homeFolder().value_or(""),
+        .shouldShow = [this](const std::string& path) { return panelShouldShowFilename(path); }};
+}
+
+bool HostsController::panelShouldShowFilename(const std::string& path) const {
+    const Result<FileAttributes> item = platform_.files.attributes(path);
+    if (!item) return false;
+    const FileType type = item.value().type;
+    // Only reading it tells what a link leads to.
+    const bool isFolder =
+        type == FileType::folder ||
+        (type == FileType::symbolicLink && static_cast<bool>(platform_.files.list(path)));
+    return isFolder && !platform_.files.exists(joinPath(path, "Contents"));
+}
+
+void HostsController::checkboxClicked(const void* /*sender*/) {
+    willChangeEnableForward();
+    didChangeEnableForward();
+    if (mainController_ == nullptr || !mainController_->isCustomInstallChosen()) return;
+    mainController_->setIsCustomInstallChosen(false);
+    mainController_->setIsCustomInstallAllowed(false);
+}
+
+std::vector<HostModel> HostsController::scriptsOrPanelsHosts() const {
+    if (!installScriptsAndPanelsChosen_ || !model_) return {};
+    return model_->scriptsOrPanelsHosts();
+}
+
+std::string HostsController::customPath() const {
+    const UnknownHostModel* host = customFolderHost();
+    return host != nullptr && installPluginForCustomInstall_ ? host->plugInPath() : "";
+}
+
+void HostsController::setInstallScriptsAndPanelsChosen(bool chosen) {
+    willChangeEnableForward();
+    installScriptsAndPanelsChosen_ = chosen;
+    didChangeEnableForward();
+}
+
+void HostsController::setInstallPluginForCustomInstall(bool install) {
+    willChangeEnableForward();
+    installPluginForCustomInstall_ = install;
+    didChangeEnableForward();
+    willChange("customPath");
+    didChange("customPath");
+}
+
+std::string HostsController::customInstallPathLabelText() const {
+    return model_ ? model_->customInstallPathLabelText() : "";
+}
+
+std::string HostsController::customInstallBrowseButtonText() const {
+    return model_ ? model_->customInstallBrowseButtonText() : "";
+}
+
+std::string HostsController::customInstallButtonText() const {
+    return model_ ? model_->customInstallButtonText() : "";
+}
+
+std::string HostsController::customInstallCheckBoxText() const {
+    return model_ ? model_->customInstallCheckBoxText() : "";
+}
+
+std::string HostsController::customInstallHostsExplanationText() const {
+    return model_ ? model_->customInstallHostsExplanationText() : "";
+}
+
+void HostsController::willChangeEnableForward() {
+    if (mainController_ != nullptr) mainController_->willChange("enableForward");
+}
+
+void HostsController::didChangeEnableForward() {
+    if (mainController_ != nullptr) mainController_->didChange("enableForward");
+}
+
+}  // namespace installer

@@ -1,0 +1,45 @@
+#include "steps/licence/LicenseModel.h"
+
+#include <cstddef>
+#include <utility>
+
+#include "foundation/text/Utf8.h"
+#include "ports/Bundle.h"
+#include "ports/FileManager.h"
+#include "ports/Platform.h"
+#include "product/LocalizedText.h"
+
+namespace installer {
+
+namespace {
+
+constexpr std::size_t largestLicense = std::size_t{16} << 20;
+
+std::optional<std::string> readLicense(Platform& platform) {
+    const auto path = platform.bundle.resourcePath("license", "txt");
+    if (!path) return std::nullopt;
+    Result<std::string> text = platform.files.read(*path, largestLicense);
+    if (!text || !isValidUtf8(text.value())) return std::nullopt;
+    return std::move(text).value();
+}
+
+}  // namespace
+
+LicenseModel::LicenseModel(Platform& platform)
+    : licenseText_(readLicense(platform)),
+      mainLabelText_(localizedText(platform.bundle, "license_instructions")),
+      stepIndicatorLabelText_(localizedText(platform.bundle, "license_blue_dot")) {}
+
+std::optional<std::string> LicenseModel::mainLabelText() const {
+    return mainLabelText_;
+}
+
+std::string LicenseModel::stepIndicatorLabelText() const {
+    return stepIndicatorLabelText_;
+}
+
+PlainOrStyledText LicenseModel::informativeText() const {
+    return std::string();
+}
+
+}  // namespace installer

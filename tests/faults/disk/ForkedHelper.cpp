@@ -1,0 +1,63 @@
+#include "tests/faults/disk/ForkedHelper.h"
+
+#include <cstdlib>
+
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "privileged/helper/HelperSession.h"
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/protocol/MessageStream.h"
+#include "tests/faults/disk/DoneTool.h"
+
+namespace installer::test {
+
+class ForkedHelper::Forked : public Authorization {
+  public:
+    explicit Forked(int connection) : stream_(connection, connection) {}
+
+    bool obtain(std::uint32_t /*flags*/) override {
+        const auto hello = stream_.receive();
+        return hello && helloVersion(*hello) == protocolVersion;
+    }
+
+    PrivilegedLaunch execute(const std::string& tool,
+                             const std::vector<std::string>& arguments) override {
+        const auto request = encodedRequest({tool, arguments});
+        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>()};
+        if (!request || !stream_.send(*request)) return {authorization_status::denied, nullptr};
+        while (const auto message = stream_.receive()) {
+            if (exitStatus(*message)) return {0, std::make_unique<DoneTool>()};
+        }
+        return {authorization_status::denied, nullptr};
+    }
+
+    void setProgressSink(ProgressSink* /*progress*/) override {}
+
+  private:
+    MessageStream stream_;
+};
+
+ForkedHelper::ForkedHelper(uid_t user) {
+    int ends[2] = {};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
+    process_ = ::fork();
+    if (process_ == 0) {
+        ::close(ends[0]);
+        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user)).run());
+    }
+    ::close(ends[1]);
+    connection_ = ends[0];
+}
+
+ForkedHelper::~ForkedHelper() {
+    ::close(connection_);
+    ::waitpid(process_, nullptr, 0);
+}
+
+std::unique_ptr<Authorization> ForkedHelper::create() {
+    return std::make_unique<Forked>(connection_);
+}
+
+}  // namespace installer::test

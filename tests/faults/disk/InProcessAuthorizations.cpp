@@ -1,0 +1,48 @@
+#include "tests/faults/disk/InProcessAuthorizations.h"
+
+#include <cstdlib>
+
+#include <unistd.h>
+
+#include "privileged/helper/Actions.h"
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/Policy.h"
+#include "tests/faults/disk/DoneTool.h"
+
+namespace installer::test {
+
+class InProcessAuthorizations::InProcess : public Authorization {
+  public:
+    explicit InProcess(uid_t user) : number_(user), user_(user) {}
+
+    bool obtain(std::uint32_t /*flags*/) override { return true; }
+
+    PrivilegedLaunch execute(const std::string& tool,
+                             const std::vector<std::string>& arguments) override {
+        const std::optional<Command> command = allowedCommand({tool, arguments}, user_);
+        if (command && !isOfTheSystem(tool)) {
+            actAs(0);
+            static_cast<void>(perform(*command, user_, {}));
+            actAs(number_);
+        }
+        return {0, std::make_unique<DoneTool>()};
+    }
+
+    void setProgressSink(ProgressSink* /*progress*/) override {}
+
+  private:
+    uid_t number_;
+    InvokingUser user_;
+};
+
+std::unique_ptr<Authorization> InProcessAuthorizations::create() {
+    return std::make_unique<InProcess>(user_);
+}
+
+void actAs(uid_t user) {
+    if (::geteuid() == user) return;
+    if (::geteuid() != 0 && ::seteuid(0) != 0) std::abort();
+    if (user != 0 && ::seteuid(user) != 0) std::abort();
+}
+
+}  // namespace installer::test

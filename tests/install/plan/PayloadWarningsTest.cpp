@@ -1,0 +1,109 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "install/plan/PayloadWarnings.h"
+#include "tests/install/engine/EngineParts.h"
+
+namespace installer::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+const std::string support = mirror + "/Library/Application Support";
+
+std::string warning(const std::string& path) {
+    return "This payload item is never installed: " + path;
+}
+
+class PayloadWarningsTest : public testing::Test {
+  protected:
+    void log() { PayloadWarnings(fake.platform).log(); }
+
+    FakePlatform fake;
+    MemoryFileManager& memory = fake.memory;
+};
+
+TEST_F(PayloadWarningsTest, APayloadThatIsInstalledWholeGivesNone) {
+    memory.addFile(mirror + "/Applications/Tool.app/.hidden");
+    memory.addFolder(mirror + "/empty");
+    memory.addFile(support + "/Acme/Filters 2/guide.txt");
+    memory.addFile(support + "/Acme/Filters 2/Presets/.hidden");
+    memory.addLink(support + "/Acme/Filters 2/link", "guide.txt");
+    memory.addFile(support + "/Acme/Only.plugin/x");
+    memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx");
+    memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/.hidden");
+    memory.addFile(payload + "/LIGHTROOM/a");
+    log();
+    EXPECT_THAT(fake.log.lines, IsEmpty());
+}
+
+TEST_F(PayloadWarningsTest, PlainFilesOutsideTheProductFoldersOfTheMirror) {
+    memory.addFile(mirror + "/usr/local/lib/x");
+    memory.addFile(support + "/Acme/loose.txt");
+    memory.addFile(support + "/Other/Product/file");
+    log();
+    EXPECT_THAT(fake.log.lines, UnorderedElementsAre(warning(mirror + "/usr/local/lib/x"),
+                                                     warning(support + "/Acme/loose.txt"),
+                                                     warning(support + "/Other/Product/file")));
+}
+
+TEST_F(PayloadWarningsTest, HiddenEntriesOneLineForAFolder) {
+    memory.addFile(payload + "/.DS_Store");
+    memory.addFile(mirror + "/.hidden/Tool.app/x");
+    memory.addFile(support + "/Acme/Filters 2/.hidden");
+    memory.addFile(payload + "/PHOTOSHOP/deep/.hidden");
+    log();
+    EXPECT_THAT(fake.log.lines,
+                UnorderedElementsAre(warning(payload + "/.DS_Store"), warning(mirror + "/.hidden"),
+                                     warning(support + "/Acme/Filters 2/.hidden"),
+                                     warning(payload + "/PHOTOSHOP/deep/.hidden")));
+}
+
+TEST_F(PayloadWarningsTest, LinksAndSpecialFilesThatAreNoPartOfAnItem) {
+    memory.addLink(mirror + "/Applications/link", "/etc");
+    memory.addLink(support + "/Acme/link", "Filters 2");
+    memory.addLink(payload + "/PHOTOSHOP/link", "a");
+    memory.addOther(payload + "/LIGHTROOM/fifo");
+    log();
+    EXPECT_THAT(fake.log.lines, UnorderedElementsAre(warning(mirror + "/Applications/link"),
+                                                     warning(support + "/Acme/link"),
+                                                     warning(payload + "/PHOTOSHOP/link"),
+                                                     warning(payload + "/LIGHTROOM/fifo")));
+}
+
+TEST_F(PayloadWarningsTest, EntriesOfThePayloadThatTheInstallerDoesNotKnow) {
+    memory.addFile(payload + "/APERTURE/x");
+    memory.addFile(payload + "/read me.txt");
+    log();
+    EXPECT_THAT(fake.log.lines,
+                ElementsAre(warning(payload + "/APERTURE"), warning(payload + "/read me.txt")));
+}
+
+TEST_F(PayloadWarningsTest, ABundleWithoutPayloadIsSaid) {
+    log();
+    EXPECT_THAT(fake.log.lines, ElementsAre("There is no payload to install: " + payload));
+}
+
+TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaid) {
+    memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx");
+    fake.files.setFault([](const RecordingFileManager::Operation& operation) {
+        const bool fails = operation.back().ends_with("/Presets");
+        return fails ? std::make_error_code(std::errc::io_error) : std::error_code();
+    });
+    log();
+    EXPECT_THAT(fake.log.lines, ElementsAre("This payload folder cannot be read: " + payload +
+                                            "/PHOTOSHOP/Presets"));
+}
+
+TEST_F(PayloadWarningsTest, NothingIsChanged) {
+    memory.addFile(mirror + "/x");
+    log();
+    EXPECT_THAT(fake.journal, IsEmpty());
+}
+
+}  // namespace
+}  // namespace installer::test

@@ -1,0 +1,298 @@
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include "linux/bundle/LinuxBundle.h"
+#include "linux/desktop/LinuxWorkspace.h"
+#include "linux/process/PollEventLoop.h"
+#include "ports/DescriptorWatcher.h"
+#include "tests/linux/ScratchFolder.h"
+#include "tests/linux/desktop/RunningProgram.h"
+#include "tests/privileged/trees/Disk.h"
+#include "tests/support/FakePlatform.h"
+
+namespace installer {
+namespace {
+
+using test::addScript;
+using test::addSleeper;
+using test::forever;
+using test::RunningProgram;
+using test::ScratchFolder;
+using testing::Contains;
+using testing::IsSupersetOf;
+using testing::Not;
+
+// Names that no other program of this machine has, nor another run of these tests.
+std::string unique(const std::string& name) {
+    return name + " " + std::to_string(::getpid());
+}
+
+class CountingWatcher : public DescriptorWatcher {
+  public:
+    int watched = 0;
+    Subscription watch(int /*descriptor*/, std::function<void()> /*whenReadable*/) override {
+        ++watched;
+        return Subscription([this] { --watched; });
+    }
+};
+
+std::set<int> inheritableDescriptors() {
+    std::set<int> found;
+    for (int descriptor = 0; descriptor < 4096; ++descriptor) {
+        const int flags = ::fcntl(descriptor, F_GETFD);
+        if (flags >= 0 && (flags & FD_CLOEXEC) == 0) found.insert(descriptor);
+    }
+    return found;
+}
+
+class RunningApplicationsTest : public testing::Test {
+  protected:
+    std::vector<std::string> running() { return workspace_->runningApplications(); }
+
+    RunningProgram start(const std::string& name) {
+        return RunningProgram(addSleeper(disk_, name));
+    }
+
+    /// Turns the loop until an application of that name has ended.
+    void awaitEndOf(const std::string& name) {
+        const auto count = [&] { return std::count(ended_.begin(), ended_.end(), name); };
+        const auto before = count();
+        while (count() == before) ASSERT_TRUE(loop_.runOnce());
+    }
+
+    void awaitThat(const std::function<bool()>& condition) {
+        while (!condition()) ASSERT_TRUE(loop_.runOnce());
+    }
+
+    Subscription recordEnds() {
+        return workspace_->onApplicationTerminated(
+            [this](const std::string& name) { ended_.push_back(name); });
+    }
+
+    const std::string photoshop = unique("Photoshop CC 2019");
+    const std::string elements = unique("Photoshop Elements 2018");
+
+    ScratchFolder disk_;
+    test::RecordingLog log_;
+    PollEventLoop loop_;
+    LinuxBundles bundles_{{}, log_};
+    std::unique_ptr<LinuxWorkspace> workspace_ =
+        std::make_unique<LinuxWorkspace>(loop_, bundles_, log_);
+    std::vector<std::string> ended_;
+};
+
+TEST_F(RunningApplicationsTest, AProgramIsListedByItsWholeNameWhileItRuns) {
+    EXPECT_THAT(running(), Not(Contains(photoshop)));
+    RunningProgram program = start(photoshop);
+    EXPECT_THAT(running(), Contains(photoshop).Times(1));
+    program.end();
+    EXPECT_THAT(running(), Not(Contains(photoshop)));
+}
+
+TEST_F(RunningApplicationsTest, BracketsAndBadBytesInANameDoNotDisturb) {
+    const std::string odd = unique("a) Z 1 (\xFF");
+    const RunningProgram program = start(odd);
+    EXPECT_THAT(running(), Contains(unique("a) Z 1 (\xEF\xBF\xBD")));
+}
+
+TEST_F(RunningApplicationsTest, AnApplicationPackageIsListedByItsBundleName) {
+    const std::string bundleName = unique("Photoshop of the package");
+    disk_.add("PS.app/Contents/Info.plist",
+              "<plist version=\"1.0\"><dict><key>CFBundleName</key><string>" + bundleName +
+                  "</string></dict></plist>");
+    const RunningProgram program = start("PS.app/Contents/MacOS/run");
+    EXPECT_THAT(running(), Contains(bundleName));
+}
+
+TEST_F(RunningApplicationsTest, APackageWithoutAPropertyListIsListedByItsFolder) {
+    const RunningProgram program = start(photoshop + ".app/Contents/MacOS/run");
+    EXPECT_THAT(running(), Contains(photoshop));
+}
+
+TEST_F(RunningApplicationsTest, AScriptIsListedByItsOwnName) {
+    // They wait for somebody who writes, until they are ended.
+    const std::string wait = "read line < '" + disk_.addFifo("nobody writes") + "'\n";
+    addScript(disk_, photoshop, "#!/bin/sh\n" + wait);
+    addScript(disk_, elements, wait);
+    const RunningProgram asProgram(disk_.at(photoshop), {});
+    const RunningProgram byInterpreter("/bin/sh", {disk_.at(elements)}, "sh");
+    const auto names = running();
+    EXPECT_THAT(names, Contains(photoshop));
+    EXPECT_THAT(names, Contains(elements));
+}
+
+TEST_F(RunningApplicationsTest, AWindowsProgramIsListedWithoutItsSuffix) {
+    const std::string path = addSleeper(disk_, "loader");
+    const RunningProgram program(path, forever, "C:\\Adobe\\" + photoshop + ".exe");
+    EXPECT_THAT(running(), Contains(photoshop));
+}
+
+TEST_F(RunningApplicationsTest, OneThatHasEndedIsNotListedEvenIfNobodyWaitedForIt) {
+    const RunningProgram program = start(photoshop);
+    program.endWithoutWaiting();
+    EXPECT_THAT(running(), Not(Contains(photoshop)));
+}
+
+TEST_F(RunningApplicationsTest, OtherUsersProgramsAreListedByTheirWholeNames) {
+    const RunningProgram program = start(photoshop);
+    EXPECT_EQ(tests::asOrdinaryUser([&] {
+                  const auto names = running();
+                  return std::count(names.begin(), names.end(), photoshop) == 1 ? "" : "not listed";
+              }),
+              "");
+}
+
+TEST_F(RunningApplicationsTest, TheEndOfAWatchedApplicationIsToldByItsName) {
+    RunningProgram first = start(photoshop);
+    RunningProgram second = start(elements);
+    const Subscription watch = recordEnds();
+    static_cast<void>(running());
+    second.end();
+    awaitEndOf(elements);
+    EXPECT_THAT(ended_, Not(Contains(photoshop)));
+    first.end();
+    awaitEndOf(photoshop);
+    EXPECT_THAT(ended_, Contains(photoshop).Times(1));
+}
+
+TEST_F(RunningApplicationsTest, AnEndThatNobodyWaitedForIsToldToo) {
+    const RunningProgram program = start(photoshop);
+    const Subscription watch = recordEnds();
+    static_cast<void>(running());
+    program.kill();
+    awaitEndOf(photoshop);
+}
+
+TEST_F(RunningApplicationsTest, NothingIsWatchedBeforeTheFirstListing) {
+    const Subscription watch = recordEnds();
+    EXPECT_FALSE(loop_.runOnce());
+}
+
+TEST_F(RunningApplicationsTest, WhatStartedAfterTheLastListingIsNotWatched) {
+    const RunningProgram listed = start(photoshop);
+    const Subscription watch = recordEnds();
+    static_cast<void>(running());
+    RunningProgram later = start(elements);
+    later.end();
+    listed.kill();
+    awaitEndOf(photoshop);
+    EXPECT_THAT(ended_, Not(Contains(elements)));
+}
+
+TEST_F(RunningApplicationsTest, EachEndIsToldOnceHoweverOftenTheyWereListed) {
+    RunningProgram program = start(photoshop);
+    const RunningProgram other = start(elements);
+    const Subscription watch = recordEnds();
+    for (int count = 0; count < 3; ++count) static_cast<void>(running());
+    program.end();
+    awaitEndOf(photoshop);
+    other.kill();
+    awaitEndOf(elements);
+    EXPECT_THAT(ended_, Contains(photoshop).Times(1));
+}
+
+TEST_F(RunningApplicationsTest, TheHandlerMayListAnewAndDoesNotSeeWhatHasEnded) {
+    const RunningProgram first = start(photoshop);
+    const RunningProgram second = start(elements);
+    std::vector<std::string> seen;
+    const Subscription watch = workspace_->onApplicationTerminated([&](const std::string& name) {
+        ended_.push_back(name);
+        seen = running();
+    });
+    seen = running();
+    EXPECT_THAT(seen, IsSupersetOf({photoshop, elements}));
+    // Not the notice of the end is awaited: when another program of the machine ends first, the
+    // list is made anew then, and what has ended meanwhile is missing from it without a notice.
+    first.kill();
+    awaitThat([&] { return std::ranges::find(seen, photoshop) == seen.end(); });
+    EXPECT_THAT(seen, Contains(elements));
+    second.kill();
+    awaitThat([&] { return std::ranges::find(seen, elements) == seen.end(); });
+}
+
+TEST_F(RunningApplicationsTest, TheHandlerMayUnsubscribe) {
+    const RunningProgram first = start(photoshop);
+    const RunningProgram second = start(elements);
+    Subscription watch;
+    int calls = 0;
+    watch = workspace_->onApplicationTerminated([&](const std::string& name) {
+        if (name != photoshop) return;
+        ++calls;
+        watch.cancel();
+    });
+    const Subscription other = recordEnds();
+    static_cast<void>(running());
+    first.kill();
+    awaitEndOf(photoshop);
+    second.kill();
+    awaitEndOf(elements);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(RunningApplicationsTest, TheHandlerMayEndTheWorkspace) {
+    const RunningProgram program = start(photoshop);
+    const Subscription watch = workspace_->onApplicationTerminated([&](const std::string& name) {
+        ended_.push_back(name);
+        if (name == photoshop) workspace_.reset();
+    });
+    static_cast<void>(running());
+    program.kill();
+    awaitEndOf(photoshop);
+    EXPECT_FALSE(workspace_);
+    EXPECT_FALSE(loop_.runOnce());
+}
+
+TEST_F(RunningApplicationsTest, NobodyIsToldAfterTheHandleIsGone) {
+    const RunningProgram first = start(photoshop);
+    const RunningProgram second = start(elements);
+    int calls = 0;
+    {
+        const Subscription watch =
+            workspace_->onApplicationTerminated([&](const std::string&) { ++calls; });
+    }
+    const Subscription watch = recordEnds();
+    static_cast<void>(running());
+    first.kill();
+    awaitEndOf(photoshop);
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_F(RunningApplicationsTest, FewDescriptorsAreNotUsedUpAndEveryProgramIsListed) {
+    std::vector<RunningProgram> programs;
+    programs.reserve(40);
+    const std::string path = addSleeper(disk_, photoshop);
+    for (int count = 0; count < 40; ++count) programs.emplace_back(path);
+    EXPECT_EQ(tests::inChild([&] {
+                  const rlimit few{32, 32};
+                  if (::setrlimit(RLIMIT_NOFILE, &few) != 0) return "cannot limit descriptors";
+                  CountingWatcher watcher;
+                  LinuxWorkspace workspace(watcher, bundles_, log_);
+                  const auto names = workspace.runningApplications();
+                  if (std::count(names.begin(), names.end(), photoshop) != 40) return "not listed";
+                  if (watcher.watched == 0) return "nothing is watched";
+                  for (int count = 0; count < 4; ++count) {
+                      if (::open("/dev/null", O_RDONLY | O_CLOEXEC) < 0) return "none is left";
+                  }
+                  return "";
+              }),
+              "");
+}
+
+TEST_F(RunningApplicationsTest, NoDescriptorOfAWatchedOneIsInherited) {
+    const auto before = inheritableDescriptors();
+    static_cast<void>(running());
+    EXPECT_EQ(inheritableDescriptors(), before);
+}
+
+}  // namespace
+}  // namespace installer

@@ -1,0 +1,141 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "linux/rights/HelperCommand.h"
+
+namespace installer {
+namespace {
+
+using Environment = SpawnRequest::Environment;
+
+AdministratorMeans desktop() {
+    AdministratorMeans means;
+    means.pkexec = "/usr/bin/pkexec";
+    means.hasSystemBus = true;
+    means.sudo = "/usr/bin/sudo";
+    return means;
+}
+
+AdministratorMeans withoutPolkit() {
+    AdministratorMeans means = desktop();
+    means.pkexec.clear();
+    return means;
+}
+
+TEST(AdministratorWay, OfRootIsDirect) {
+    AdministratorMeans means = desktop();
+    means.isRoot = true;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::alreadyRoot);
+}
+
+TEST(AdministratorWay, IsPolkitEvenWhereSudoIsToo) {
+    AdministratorMeans means = desktop();
+    means.hasTerminal = true;
+    means.hasAskpass = true;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::polkit);
+}
+
+TEST(AdministratorWay, IsSudoWherePkexecHasNobodyToAsk) {
+    AdministratorMeans means = desktop();
+    means.hasSystemBus = false;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::sudoWithoutAsking);
+}
+
+TEST(AdministratorWay, OfSudoAsksWhereSomebodyCanAnswer) {
+    AdministratorMeans means = withoutPolkit();
+    EXPECT_EQ(administratorWay(means), AdministratorWay::sudoWithoutAsking);
+    means.hasAskpass = true;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::sudoWithAskpass);
+    means.hasTerminal = true;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::sudoOnTerminal);
+}
+
+TEST(AdministratorWay, IsNoneWithoutEither) {
+    AdministratorMeans means;
+    means.hasTerminal = true;
+    means.hasAskpass = true;
+    means.hasSystemBus = true;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::none);
+    means.pkexec = "/usr/bin/pkexec";
+    means.hasSystemBus = false;
+    EXPECT_EQ(administratorWay(means), AdministratorWay::none);
+}
+
+TEST(AdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
+    EXPECT_TRUE(mayAsk(AdministratorWay::polkit));
+    EXPECT_TRUE(mayAsk(AdministratorWay::sudoOnTerminal));
+    EXPECT_TRUE(mayAsk(AdministratorWay::sudoWithAskpass));
+    EXPECT_FALSE(mayAsk(AdministratorWay::sudoWithoutAsking));
+    EXPECT_FALSE(mayAsk(AdministratorWay::alreadyRoot));
+    EXPECT_FALSE(mayAsk(AdministratorWay::none));
+}
+
+TEST(HelperCommand, OfRootIsTheHelperWithAnEmptyEnvironment) {
+    const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, "/a b/helper", "why");
+    EXPECT_EQ(command.path, "/a b/helper");
+    EXPECT_THAT(command.arguments, testing::IsEmpty());
+    EXPECT_EQ(command.environment, Environment::empty);
+}
+
+TEST(HelperCommand, OfPolkitNeverAsksByItself) {
+    AdministratorMeans means = desktop();
+    for (const bool hasTerminal : {false, true}) {
+        means.hasTerminal = hasTerminal;
+        const auto command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
+        EXPECT_EQ(command.path, "/usr/bin/pkexec");
+        EXPECT_EQ(command.arguments,
+                  (std::vector<std::string>{"--disable-internal-agent", "/helper"}));
+        EXPECT_EQ(command.environment, Environment::empty);
+    }
+}
+
+TEST(TerminalAgentCommand, IsForPolkitOnATerminalOnly) {
+    AdministratorMeans means = desktop();
+    means.textAgent = "/usr/bin/pkttyagent";
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
+    means.hasTerminal = true;
+    EXPECT_TRUE(terminalAgentCommand(AdministratorWay::polkit, means));
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::sudoOnTerminal, means));
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::alreadyRoot, means));
+    means.textAgent.clear();
+    EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
+}
+
+TEST(TerminalAgentCommand, StandsBehindTheDialoguesOfADesktop) {
+    AdministratorMeans means = desktop();
+    means.hasTerminal = true;
+    means.textAgent = "/usr/bin/pkttyagent";
+    std::vector<std::string> arguments = {"--process", std::to_string(::getpid()), "--notify-fd",
+                                          "1"};
+    EXPECT_EQ(terminalAgentCommand(AdministratorWay::polkit, means)->arguments, arguments);
+    means.hasSessions = true;
+    arguments.emplace_back("--fallback");
+    EXPECT_EQ(terminalAgentCommand(AdministratorWay::polkit, means)->arguments, arguments);
+}
+
+TEST(HelperCommand, OfSudoNeverWaitsWhereNobodyCanAnswer) {
+    const auto command =
+        helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), "/helper", "why");
+    EXPECT_EQ(command.path, "/usr/bin/sudo");
+    EXPECT_EQ(command.arguments, (std::vector<std::string>{"-n", "--", "/helper"}));
+}
+
+TEST(HelperCommand, OfSudoSaysInItsPromptWhoAsks) {
+    auto command =
+        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "-helper", "100% why");
+    EXPECT_EQ(command.arguments,
+              (std::vector<std::string>{"-k", "-p", "100%% why\n[sudo] password for %p: ", "--",
+                                        "-helper"}));
+    EXPECT_EQ(command.environment, Environment::inherited);
+    command = helperCommand(AdministratorWay::sudoWithAskpass, desktop(), "/helper", "why");
+    EXPECT_EQ(command.arguments,
+              (std::vector<std::string>{"-k", "-A", "-p", "why\n[sudo] password for %p: ", "--",
+                                        "/helper"}));
+}
+
+}  // namespace
+}  // namespace installer

@@ -1,0 +1,482 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "install/rights/OneLineTasksWithOutput.h"
+#include "linux/process/LinuxChildProcess.h"
+#include "linux/process/PollEventLoop.h"
+#include "linux/rights/LinuxAuthorization.h"
+#include "privileged/system/FileDescriptor.h"
+#include "tests/privileged/helper/TemporaryFolder.h"
+
+namespace installer {
+namespace {
+
+using test::TemporaryFolder;
+
+std::string readAll(PrivilegedTool& tool) {
+    std::string text;
+    std::array<char, 10> buffer{};
+    while (const std::size_t count = tool.readOutput(buffer)) text.append(buffer.data(), count);
+    return text;
+}
+
+class CountingSink : public ProgressSink {
+  public:
+    std::uint64_t bytes = 0;
+    int calls = 0;
+    void bytesCopied(std::uint64_t more) override {
+        bytes += more;
+        ++calls;
+    }
+};
+
+class LinuxAuthorizationTest : public testing::Test {
+  protected:
+    LinuxAuthorizationTest() {
+        access.helperPath = FAKE_HELPER;
+        access.reason = "Sample needs the administrator's rights.";
+        access.announce = [this](std::string_view line) { announced.emplace_back(line); };
+        access.means = [this] { return means; };
+        means.isRoot = true;
+    }
+
+    std::unique_ptr<Authorization> obtained() {
+        auto authorization = LinuxAuthorizations(access).create();
+        EXPECT_TRUE(authorization->obtain(Authorization::extendRights));
+        return authorization;
+    }
+
+    /// An executable script of the test's own. It can count its runs with "$LOG".
+    std::string script(const std::string& name, const std::string& body) const {
+        folder.write(name, "#!/bin/sh\nLOG='" + (folder / "log") + "'\n" + body + "\n");
+        ::chmod((folder / name).c_str(), 0755);
+        return folder / name;
+    }
+    [[nodiscard]] std::vector<std::string> log() const {
+        std::ifstream file(folder / "log");
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(file, line);) lines.push_back(line);
+        return lines;
+    }
+    void usePkexec(const std::string& body) {
+        means = AdministratorMeans();
+        means.pkexec = script("pkexec", body);
+        means.hasSystemBus = true;
+    }
+
+    TemporaryFolder folder;
+    AdministratorMeans means;
+    AdministratorAccess access;
+    std::vector<std::string> announced;
+    PollEventLoop loop;
+    LinuxChildProcesses processes{loop};
+    OneLineTasksWithOutput tasks{processes, loop};
+    std::optional<TaskError> error{std::in_place};
+};
+
+// Obtaining.
+
+TEST_F(LinuxAuthorizationTest, ObtainsWithoutAskingOrStartingAnything) {
+    usePkexec("echo started >> \"$LOG\"; exit 126");
+    const auto authorization = obtained();
+    EXPECT_TRUE(log().empty());
+    EXPECT_TRUE(announced.empty());
+}
+
+TEST_F(LinuxAuthorizationTest, CannotBeObtainedWithoutAWayOrWithoutTheHelper) {
+    access.helperPath = "/nonexistent/helper";
+    EXPECT_FALSE(LinuxAuthorizations(access).create()->obtain(0));
+    access.helperPath = FAKE_HELPER;
+    means = AdministratorMeans();
+    const auto authorization = LinuxAuthorizations(access).create();
+    EXPECT_FALSE(authorization->obtain(0));
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+}
+
+// Asking.
+
+TEST_F(LinuxAuthorizationTest, RemembersThatItWasCancelled) {
+    usePkexec("echo started >> \"$LOG\"; exit 126");
+    const auto authorization = obtained();
+    for (int index = 0; index < 3; ++index) {
+        const PrivilegedLaunch launch = authorization->execute("/print", {});
+        EXPECT_EQ(launch.status, authorization_status::canceled);
+        EXPECT_EQ(launch.tool, nullptr);
+    }
+    tasks.authorizedLaunchPath("/print", {}, *authorization, &error, true);
+    EXPECT_EQ(error.value().code, 5530);
+    EXPECT_EQ(log().size(), 1U);
+    EXPECT_EQ(announced.size(), 1U);
+}
+
+class RefusedStart : public LinuxAuthorizationTest,
+                     public testing::WithParamInterface<std::string> {};
+
+TEST_P(RefusedStart, IsADenialAndRemembered) {
+    usePkexec("echo started >> \"$LOG\"\n" + GetParam());
+    const auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+    tasks.authorizedLaunchPath("/print", {}, *authorization, &error, true);
+    EXPECT_EQ(error.value().code, 5531);
+    EXPECT_EQ(log().size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Endings, RefusedStart,
+                         testing::Values("exit 127", "exit 1", "exit 0", "kill -9 $$",
+                                         "kill -15 $$", "echo 'password: --------'; exit 1"));
+
+TEST_F(LinuxAuthorizationTest, SaysWhoAsksAndWhyBeforeItAsks) {
+    usePkexec("echo asked >> \"$LOG\"; exit 127");
+    std::size_t asked = 99;
+    access.announce = [&](std::string_view line) {
+        EXPECT_EQ(line, "Sample needs the administrator's rights.");
+        asked = log().size();
+    };
+    EXPECT_NE(obtained()->execute("/print", {}).status, 0);
+    EXPECT_EQ(asked, 0U);
+    EXPECT_EQ(log().size(), 1U);
+}
+
+TEST_F(LinuxAuthorizationTest, AsksNobodyWhenItIsRootAlready) {
+    const auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_TRUE(announced.empty());
+}
+
+TEST_F(LinuxAuthorizationTest, StartsOneHelperThroughPkexecForAllCommands) {
+    usePkexec("echo \"$*\" >> \"$LOG\"; shift; exec \"$@\"");
+    const auto authorization = obtained();
+    for (int index = 0; index < 5; ++index) {
+        EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    }
+    EXPECT_EQ(log(),
+              (std::vector<std::string>{std::string("--disable-internal-agent ") + FAKE_HELPER}));
+}
+
+TEST_F(LinuxAuthorizationTest, AsksThroughSudoWithTheReasonInItsPrompt) {
+    means = AdministratorMeans();
+    means.sudo = script("sudo", "echo \"$1 $2 $3\" >> \"$LOG\"; shift 5; exec \"$@\"");
+    means.hasAskpass = true;
+    const auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_EQ(announced.size(), 1U);
+    EXPECT_EQ(log().front(), "-k -A -p");
+}
+
+TEST_F(LinuxAuthorizationTest, IsDeniedByTheRealSudoWithoutAQuestion) {
+    if (::access("/usr/bin/sudo", X_OK) != 0 || ::geteuid() != 0) {
+        GTEST_SKIP() << "NOT TESTED: needs root to become an ordinary user, and sudo";
+    }
+    means = AdministratorMeans();
+    means.sudo = "/usr/bin/sudo";
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::setresgid(65534, 65534, 65534) != 0 || ::setresuid(65534, 65534, 65534) != 0) {
+            ::_exit(98);
+        }
+        access.helperPath = "/bin/true";
+        auto authorization = LinuxAuthorizations(access).create();
+        const bool denied = authorization->obtain(0) &&
+                            authorization->execute("/x", {}).status == authorization_status::denied;
+        ::_exit(denied ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(LinuxAuthorizationTest, TakesNoHelperThatSpeaksOtherwise) {
+    for (const std::string name : {"old", "mute", "babbling"}) {
+        std::filesystem::create_symlink(FAKE_HELPER, folder / name);
+        access.helperPath = folder / name;
+        EXPECT_EQ(obtained()->execute("/print", {}).status, authorization_status::denied) << name;
+    }
+}
+
+// Running.
+
+TEST_F(LinuxAuthorizationTest, GivesTheOutputOfATool) {
+    const auto authorization = obtained();
+    const PrivilegedLaunch launch = authorization->execute("/print", {"one ", "", "two"});
+    ASSERT_EQ(launch.status, 0);
+    EXPECT_EQ(readAll(*launch.tool), "one two");
+    EXPECT_EQ(launch.tool->readOutput({}), 0U);
+    EXPECT_EQ(launch.tool->status(), 0);
+}
+
+TEST_F(LinuxAuthorizationTest, KeepsTheOutputUntilItIsReadAfterTheEnd) {
+    const auto authorization = obtained();
+    const PrivilegedLaunch launch =
+        authorization->execute("/print", std::vector<std::string>(10, std::string(5000, 'x')));
+    launch.tool->waitUntilEnded();
+    EXPECT_EQ(readAll(*launch.tool), std::string(50000, 'x'));
+}
+
+TEST_F(LinuxAuthorizationTest, OutputThatNobodyReadDoesNotDisturbTheNextTool) {
+    const auto authorization = obtained();
+    static_cast<void>(authorization->execute("/print", {"never read"}));
+    const PrivilegedLaunch kept = authorization->execute("/print", {"read later"});
+    const PrivilegedLaunch launch = authorization->execute("/print", {"mine"});
+    EXPECT_EQ(readAll(*launch.tool), "mine");
+    EXPECT_EQ(readAll(*kept.tool), "read later");
+}
+
+TEST_F(LinuxAuthorizationTest, TellsTheSinkOfProgressAndStopsWhenToldTo) {
+    CountingSink sink;
+    const auto authorization = obtained();
+    authorization->setProgressSink(&sink);
+    authorization->execute("/progress", {"5", "7"}).tool->waitUntilEnded();
+    EXPECT_EQ(sink.bytes, 12U);
+    EXPECT_EQ(sink.calls, 2);
+    authorization->setProgressSink(nullptr);
+    authorization->execute("/progress", {"100"}).tool->waitUntilEnded();
+    EXPECT_EQ(sink.bytes, 12U);
+}
+
+// Waits that only the sink can end: whoever did not call it would wait for ever.
+
+/// Writes a line into the FIFO when it was told of nothing for the third time.
+class FreeingSink : public ProgressSink {
+  public:
+    explicit FreeingSink(std::string fifo) : fifo_(std::move(fifo)) {
+        if (::mkfifo(fifo_.c_str(), 0666) != 0) ADD_FAILURE() << "cannot make " << fifo_;
+    }
+    void bytesCopied(std::uint64_t bytes) override {
+        EXPECT_EQ(bytes, 0U);
+        if (++calls < 3 || freed) return;
+        // There is a reader when the one who waits has come that far.
+        const FileDescriptor writer(::open(fifo_.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+        freed = writer && ::write(writer.get(), "go\n", 3) == 3;
+    }
+
+    int calls = 0;
+    bool freed = false;
+
+  private:
+    std::string fifo_;
+};
+
+class WaitsOfAnAuthorization : public LinuxAuthorizationTest {
+  protected:
+    std::unique_ptr<Authorization> obtainedWithSink() {
+        auto authorization = obtained();
+        authorization->setProgressSink(&sink);
+        return authorization;
+    }
+
+    std::string fifo = folder / "fifo";
+    FreeingSink sink{fifo};
+};
+
+TEST_F(WaitsOfAnAuthorization, TheSinkIsToldOfNothingWhileSomebodyIsAsked) {
+    usePkexec("read line < '" + fifo + "'; shift; exec \"$@\"");
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileTheOneWhoAskedEnds) {
+    usePkexec("exec <&- >&-; read line < '" + fifo + "'; exit 126");
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::canceled);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolRuns) {
+    const auto authorization = obtainedWithSink();
+    const PrivilegedLaunch launch = authorization->execute("/await", {fifo});
+    launch.tool->waitUntilEnded();
+    EXPECT_TRUE(sink.freed);
+    EXPECT_EQ(readAll(*launch.tool), "go");
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolsOutputIsAwaited) {
+    const auto authorization = obtainedWithSink();
+    EXPECT_EQ(readAll(*authorization->execute("/await", {fifo}).tool), "go");
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAnEarlierToolHoldsUpTheNext) {
+    const auto authorization = obtainedWithSink();
+    static_cast<void>(authorization->execute("/await", {fifo}));
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(WaitsOfAnAuthorization, AndWhileAToolThatNobodyWaitsForIsLeftToFinish) {
+    auto authorization = obtainedWithSink();
+    static_cast<void>(authorization->execute("/await", {fifo}));
+    authorization.reset();
+    EXPECT_TRUE(sink.freed);
+}
+
+TEST_F(LinuxAuthorizationTest, RefusesArgumentsThatFitInNoMessageAndGoesOn) {
+    const auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", std::vector<std::string>(100, "x")).status,
+              authorization_status::toolNotExecutable);
+    EXPECT_EQ(authorization->execute("/print", {std::string(100000, 'x')}).status,
+              authorization_status::toolNotExecutable);
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+}
+
+// Losing the helper.
+
+TEST_F(LinuxAuthorizationTest, ReportsAndRemembersAHelperThatDiesInTheMiddleOfATool) {
+    const auto authorization = obtained();
+    EXPECT_EQ(tasks.stringByLaunchingPathWithArguments("/die", {}, *authorization, &error, true),
+              std::nullopt);
+    EXPECT_EQ(error.value().code, 5531);
+    tasks.authorizedLaunchPath("/print", {}, *authorization, &error, true);
+    EXPECT_EQ(error.value().code, 5531);
+}
+
+TEST_F(LinuxAuthorizationTest, EndsTheOutputOfAToolWhoseHelperDies) {
+    const auto authorization = obtained();
+    const PrivilegedLaunch launch = authorization->execute("/die", {"last words"});
+    ASSERT_EQ(launch.status, 0);
+    EXPECT_EQ(readAll(*launch.tool), "last words");
+    EXPECT_EQ(launch.tool->status(), authorization_status::denied);
+}
+
+TEST_F(LinuxAuthorizationTest, GivesUpAHelperThatSaysWhatIsNoMessage) {
+    const auto authorization = obtained();
+    authorization->execute("/babble", {}).tool->waitUntilEnded();
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+}
+
+TEST_F(LinuxAuthorizationTest, SurvivesTheHelpersDeathBetweenTwoToolsAndStartsNoOther) {
+    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    const auto authorization = obtained();
+    authorization->execute("/print", {}).tool->waitUntilEnded();
+    const pid_t helper = std::stoi(log().at(0));
+    ASSERT_EQ(::kill(helper, SIGKILL), 0);
+    siginfo_t information{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(helper), &information, WEXITED | WNOWAIT), 0);
+    for (int index = 0; index < 2; ++index) {
+        EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+    }
+    EXPECT_EQ(log().size(), 1U);
+}
+
+TEST_F(LinuxAuthorizationTest, NobodyCanOpenTheConnectionAgain) {
+    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    const auto authorization = obtained();
+    ASSERT_EQ(authorization->execute("/print", {}).status, 0);
+    for (const std::string stream : {"0", "1"}) {
+        const std::string path = "/proc/" + log().at(0) + "/fd/" + stream;
+        EXPECT_EQ(::open(path.c_str(), O_RDWR | O_CLOEXEC), -1);
+        EXPECT_EQ(errno, ENXIO);
+    }
+}
+
+// Its end.
+
+TEST_F(LinuxAuthorizationTest, ReapsItsHelperAndNobodyElse) {
+    pid_t other = -1;
+    char name[] = "true";
+    char* arguments[] = {name, nullptr};
+    ASSERT_EQ(::posix_spawn(&other, "/bin/true", nullptr, nullptr, arguments, environ), 0);
+    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", {"unread"}).status, 0);
+    const PrivilegedLaunch launch = authorization->execute("/print", {"x"});
+    authorization.reset();
+    EXPECT_EQ(::kill(std::stoi(log().at(0)), 0), -1) << "the helper is gone and was waited for";
+    int status = 0;
+    EXPECT_EQ(::waitpid(other, &status, 0), other);
+    // A tool that outlives its authorization says that it was lost, and nothing else happens.
+    launch.tool->waitUntilEnded();
+    EXPECT_EQ(launch.tool->status(), authorization_status::denied);
+    EXPECT_EQ(readAll(*launch.tool), "");
+}
+
+// With the real helper.
+
+class WithTheRealHelper : public LinuxAuthorizationTest {
+  protected:
+    void SetUp() override {
+        if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper must run as root";
+        access.helperPath = PRIVILEGED_HELPER;
+    }
+};
+
+TEST_F(WithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
+    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " PRIVILEGED_HELPER);
+    const auto authorization = obtained();
+    folder.write("file", "");
+    const std::string file = folder / "file";
+    for (int index = 0; index < 10000; ++index) {
+        const bool open = index % 2 == 0;
+        tasks.authorizedLaunchPath(open ? "/bin/chmod" : "/usr/sbin/chmod",
+                                   {"-R", open ? "0775" : "0644", file}, *authorization, &error,
+                                   true);
+        ASSERT_FALSE(error);
+    }
+    struct stat status{};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0644U);
+    EXPECT_EQ(log().size(), 1U);
+}
+
+TEST_F(WithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
+    folder.write("source/file", std::string(5000000, 'x'));
+    const auto authorization = obtained();
+    tasks.authorizedLaunchPath("/bin/cp", {"-R", folder / "source", folder / "copy"},
+                               *authorization, &error, false);
+    EXPECT_FALSE(error);
+    tasks.authorizedLaunchPath("/usr/bin/touch", {folder / "copy/after"}, *authorization, &error,
+                               true);
+    EXPECT_TRUE(folder.holds("copy/after"));
+    EXPECT_EQ(std::filesystem::file_size(folder / "copy/file"), 5000000U);
+}
+
+TEST_F(WithTheRealHelper, TellsTheSinkOfEveryByteOfACopy) {
+    folder.write("source/file", std::string(5000000, 'x'));
+    CountingSink sink;
+    const auto authorization = obtained();
+    authorization->setProgressSink(&sink);
+    tasks.stringByLaunchingPathWithArguments("/bin/cp", {"-R", folder / "source", folder / "copy"},
+                                             *authorization, &error, true);
+    EXPECT_EQ(sink.bytes, 5000000U);
+}
+
+TEST_F(WithTheRealHelper, TakesAToolThatFailsForALaunchThatSucceeded) {
+    const auto authorization = obtained();
+    EXPECT_EQ(
+        tasks.stringByLaunchingPathWithArguments("/bin/rm", {"-x"}, *authorization, &error, true),
+        "");
+    EXPECT_FALSE(error);
+}
+
+TEST_F(WithTheRealHelper, KeepsTheUserThatAnEarlierSudoNamedOutOfIt) {
+    ::setenv("SUDO_UID", "65534", 1);
+    const auto authorization = obtained();
+    folder.write("file", "");
+    tasks.authorizedLaunchPath("/usr/sbin/chown", {"-R", "nobody:admin", folder / "file"},
+                               *authorization, &error, true);
+    ::unsetenv("SUDO_UID");
+    struct stat status{};
+    ASSERT_EQ(::stat((folder / "file").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, 0U);
+}
+
+}  // namespace
+}  // namespace installer

@@ -1,0 +1,58 @@
+#include <cerrno>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "privileged/files/RegularFile.h"
+#include "tests/linux/ScratchFolder.h"
+
+namespace installer {
+namespace {
+
+using test::ScratchFolder;
+
+TEST(RegularFile, GivesTheWholeContents) {
+    const ScratchFolder disk;
+    const std::string bytes("a\0b\xFF\n", 5);
+    const auto read = readRegularFile(disk.add("file", bytes), 100);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read.value(), bytes);
+}
+
+TEST(RegularFile, TakesExactlyTheLimitAndNotAByteMore) {
+    const ScratchFolder disk;
+    const std::string path = disk.add("file", "12345");
+    EXPECT_TRUE(readRegularFile(path, 5));
+    EXPECT_EQ(readRegularFile(path, 4).error().value(), EFBIG);
+}
+
+TEST(RegularFile, ReadsFilesThatTellNoSize) {
+    const auto read = readRegularFile("/proc/self/status", 1'000'000);
+    ASSERT_TRUE(read);
+    EXPECT_NE(read.value().find("Pid:"), std::string::npos);
+}
+
+TEST(RegularFile, RefusesWhatIsNoRegularFileWithoutWaitingForIt) {
+    const ScratchFolder disk;
+    EXPECT_EQ(readRegularFile(disk.addFifo("fifo"), 100).error().value(), EINVAL);
+    EXPECT_EQ(readRegularFile(disk.addFolder("folder"), 100).error().value(), EISDIR);
+    EXPECT_EQ(readRegularFile("/dev/zero", 100).error().value(), EINVAL);
+    EXPECT_EQ(readRegularFile(disk.addSparse("huge", 1ull << 40), 100).error().value(), EFBIG);
+}
+
+TEST(RegularFile, APathWithANulNamesNothing) {
+    const ScratchFolder disk;
+    disk.add("file", "text");
+    EXPECT_EQ(readRegularFile(disk.at("file") + std::string("\0x", 2), 100).error().value(),
+              ENOENT);
+    EXPECT_EQ(readRegularFile("", 100).error().value(), ENOENT);
+}
+
+TEST(RegularFile, FollowsALink) {
+    const ScratchFolder disk;
+    std::filesystem::create_symlink(disk.add("file", "text"), disk.at("link"));
+    EXPECT_EQ(readRegularFile(disk.at("link"), 100).value(), "text");
+}
+
+}  // namespace
+}  // namespace installer

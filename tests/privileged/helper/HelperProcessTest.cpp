@@ -1,0 +1,429 @@
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sched.h>
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "privileged/system/AdminGroup.h"
+#include "tests/privileged/helper/PrivilegedHelperProgram.h"
+
+namespace installer::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* lsregister =
+    "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
+    "LaunchServices.framework/Versions/A/Support/lsregister";
+
+std::set<std::string> descriptorsOf(const HelperProcess& helper) {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(procFile(helper, "fd"))) {
+        names.insert(entry.path().filename());
+    }
+    return names;
+}
+
+// Its life.
+
+TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerClosesTheConnection) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    helper.closeConnection();
+    EXPECT_EQ(helper.exitStatus(), 0);
+    EXPECT_EQ(helper.standardError(), "");
+}
+
+TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerIsKilled) {
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    const pid_t peer = ::fork();
+    if (peer == 0) {
+        HelperProcess helper;
+        const pid_t process = helper.saysHello() ? helper.process() : -1;
+        static_cast<void>(!::write(pipe[1], &process, sizeof process));
+        ::pause();
+    }
+    pid_t helper = -1;
+    ASSERT_EQ(::read(pipe[0], &helper, sizeof helper), static_cast<ssize_t>(sizeof helper));
+    ASSERT_GT(helper, 0);
+    const FileDescriptor end(static_cast<int>(::syscall(SYS_pidfd_open, helper, 0)));
+    ASSERT_TRUE(end);
+    ::kill(peer, SIGKILL);
+    pollfd polled{end.get(), POLLIN, 0};
+    EXPECT_EQ(::poll(&polled, 1, -1), 1);
+    ::waitpid(peer, nullptr, 0);
+    ::close(pipe[0]);
+    ::close(pipe[1]);
+}
+
+TEST_F(PrivilegedHelperProgram, RefusesToRunAsAnOrdinaryUser) {
+    HelperProcess helper(afterDoing([] {
+        if (::setresgid(nobody, nobody, nobody) != 0 || ::setresuid(nobody, nobody, nobody) != 0) {
+            ::_exit(98);
+        }
+    }));
+    EXPECT_FALSE(helper.saysHello());
+    EXPECT_EQ(helper.exitStatus(), 1);
+    EXPECT_THAT(helper.standardError(), HasSubstr("must be started by root"));
+}
+
+TEST_F(PrivilegedHelperProgram, RefusesToRunForAnOrdinaryUserWithRootsEffectiveRights) {
+    HelperProcess helper(afterDoing([] {
+        if (::setresuid(nobody, 0, 0) != 0) ::_exit(98);
+    }));
+    EXPECT_FALSE(helper.saysHello());
+    EXPECT_EQ(helper.exitStatus(), 1);
+}
+
+// What it was started with.
+
+TEST_F(PrivilegedHelperProgram, KeepsNothingOfItsEnvironment) {
+    HelperProcess helper(withEnvironment({"SECRET=canary", "PATH=/tmp", "PKEXEC_UID=0"}));
+    ASSERT_TRUE(helper.saysHello());
+    const std::string environment = contentsOf(procFile(helper, "environ"));
+    EXPECT_EQ(environment.find_first_not_of('\0'), std::string::npos);
+}
+
+TEST_F(PrivilegedHelperProgram, KeepsNoDescriptorBeyondTheStandardThree) {
+    HelperProcess helper(afterDoing([] {
+        const int opened = ::open("/etc/passwd", O_RDONLY);
+        ::dup2(opened, 3);
+        ::dup2(opened, 57);
+        ::dup2(opened, 900);
+    }));
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(descriptorsOf(helper), (std::set<std::string>{"0", "1", "2"}));
+}
+
+TEST_F(PrivilegedHelperProgram, OpensAMissingStandardErrorOnNothing) {
+    HelperProcess helper(afterDoing([] { ::close(STDERR_FILENO); }));
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(std::filesystem::read_symlink(procFile(helper, "fd/2")), "/dev/null");
+    EXPECT_EQ(helper.run("/bin/sh", {}), 126U) << "its report goes nowhere, and harms nothing";
+}
+
+TEST_F(PrivilegedHelperProgram, EndsAtOnceWithoutStandardInput) {
+    HelperProcess helper(afterDoing([] { ::close(STDIN_FILENO); }));
+    EXPECT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.exitStatus(), 0);
+}
+
+TEST_F(PrivilegedHelperProgram, EndsAtOnceWithoutAnyStandardDescriptor) {
+    HelperProcess helper(afterDoing([] {
+        for (int descriptor = 0; descriptor < 3; ++descriptor) ::close(descriptor);
+    }));
+    EXPECT_FALSE(helper.saysHello());
+    EXPECT_EQ(helper.exitStatus(), 0);
+}
+
+TEST_F(PrivilegedHelperProgram, HasItsOwnMaskFolderAndSignals) {
+    HelperProcess helper(afterDoing([] {
+        ::umask(0);
+        if (::chdir("/tmp") != 0) ::_exit(98);
+        sigset_t all;
+        sigfillset(&all);
+        ::sigprocmask(SIG_SETMASK, &all, nullptr);
+    }));
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(std::filesystem::read_symlink(procFile(helper, "cwd")), "/");
+    const std::string status = contentsOf(procFile(helper, "status"));
+    EXPECT_THAT(status, HasSubstr("Umask:\t0022"));
+    EXPECT_THAT(status, HasSubstr("SigBlk:\t0000000000000000"));
+}
+
+class KeysOfATerminal : public PrivilegedHelperProgram, public testing::WithParamInterface<int> {};
+
+TEST_P(KeysOfATerminal, DoNotEndIt) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    ASSERT_EQ(::kill(helper.process(), GetParam()), 0);
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "made"}), 0U);
+    EXPECT_TRUE(folder.holds("made"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, KeysOfATerminal,
+                         testing::Values(SIGINT, SIGQUIT, SIGHUP, SIGTSTP, SIGTTIN, SIGTTOU,
+                                         SIGPIPE),
+                         [](const auto& row) { return std::string(sigabbrev_np(row.param)); });
+
+// Messages that are none.
+
+struct Malformed {
+    const char* name;
+    std::string bytes;
+};
+void PrintTo(const Malformed& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class MalformedMessage : public PrivilegedHelperProgram,
+                         public testing::WithParamInterface<Malformed> {};
+
+TEST_P(MalformedMessage, EndsItWithAReportAndWithoutAction) {
+    folder.write("canary", "alive");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
+    // A good request behind the bad bytes must not be reached.
+    ASSERT_TRUE(helper.sendBytes(GetParam().bytes + removal));
+    EXPECT_EQ(helper.exitStatus(), 1);
+    EXPECT_THAT(helper.standardError(), HasSubstr("privileged-helper: what came is no "));
+    EXPECT_TRUE(folder.holds("canary"));
+}
+
+std::string bytesOf(std::initializer_list<unsigned> values) {
+    std::string bytes;
+    for (const unsigned value : values) bytes += static_cast<char>(value);
+    return bytes;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Messages, MalformedMessage,
+    testing::Values(Malformed{"unknownType", bytesOf({9, 0, 0, 0, 0, 0, 0, 0})},
+                    Malformed{"typeZero", bytesOf({0, 0, 0, 0, 0, 0, 0, 0})},
+                    Malformed{"hugeLength", bytesOf({2, 0, 0, 0, 255, 255, 255, 255})},
+                    Malformed{"lengthOneOverTheLimit", bytesOf({2, 0, 0, 0, 1, 0, 1, 0})},
+                    Malformed{"helloFromTheWrongSide", encodedHello()},
+                    Malformed{"endedFromTheWrongSide", encodedEnded(0)},
+                    Malformed{"emptyRequest", bytesOf({2, 0, 0, 0, 0, 0, 0, 0})},
+                    Malformed{"requestWithoutTool", bytesOf({2, 0, 0, 0, 4, 0, 0, 0, 0, 0, 0, 0})},
+                    Malformed{"requestOfSeventeenTexts",
+                              bytesOf({2, 0, 0, 0, 4, 0, 0, 0, 17, 0, 0, 0})},
+                    Malformed{"textBeyondItsMessage",
+                              bytesOf({2, 0, 0, 0, 9, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0, 'x'})},
+                    Malformed{"text", "rm -fR /\n"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(PrivilegedHelperProgram, DoesNothingOfARequestThatIsCutShort) {
+    folder.write("canary", "alive");
+    const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
+    for (const std::size_t size : {std::size_t{1}, std::size_t{8}, removal.size() - 1}) {
+        HelperProcess helper;
+        ASSERT_TRUE(helper.saysHello());
+        ASSERT_TRUE(helper.sendBytes(std::string_view(removal).substr(0, size)));
+        helper.closeConnection();
+        EXPECT_EQ(helper.exitStatus(), 1);
+        EXPECT_TRUE(folder.holds("canary"));
+    }
+}
+
+TEST_F(PrivilegedHelperProgram, AnswersEachOfManyRequestsThatComeAtOnce) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    std::string bytes;
+    constexpr int count = 200;
+    for (int index = 0; index < count; ++index) {
+        bytes += encodedRequest({"/usr/bin/touch", {folder / std::to_string(index)}}).value();
+    }
+    ASSERT_TRUE(helper.sendBytes(bytes));
+    for (int index = 0; index < count; ++index) {
+        const std::optional<Message> message = helper.stream().receive();
+        ASSERT_TRUE(message);
+        EXPECT_EQ(exitStatus(*message), 0U);
+        EXPECT_TRUE(folder.holds(std::to_string(index)));
+    }
+}
+
+// Requests that the policy does not know.
+
+TEST_F(PrivilegedHelperProgram, RefusesWithAReportAndGoesOn) {
+    folder.write("canary", "alive");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run("/bin/rm", {"-fR", folder / "canary", folder / "other"}), 126U);
+    EXPECT_EQ(helper.run("/bin/rm", {"-fR", folder / "x/../canary"}), 126U);
+    EXPECT_EQ(helper.run("/bin/sh", {"-c", "rm " + folder / "canary"}), 126U);
+    EXPECT_TRUE(folder.holds("canary"));
+    EXPECT_EQ(helper.run("/bin/rm", {"-fR", folder / "canary"}), 0U);
+    EXPECT_FALSE(folder.holds("canary"));
+    helper.closeConnection();
+    EXPECT_THAT(helper.standardError(), HasSubstr("refused: /bin/sh '-c'"));
+}
+
+TEST_F(PrivilegedHelperProgram, ReportsOneLineWhateverAnArgumentHolds) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run("/bin/rm", {std::string("a\nforged\x1b[2J\0z", 14)}), 126U);
+    EXPECT_EQ(helper.run("/bin/rm", {std::string(60000, 'x')}), 126U);
+    helper.closeConnection();
+    const std::string text = helper.standardError();
+    EXPECT_EQ(std::ranges::count(text, '\n'), 2);
+    EXPECT_THAT(text, HasSubstr("a\\x0aforged\\x1b[2J\\x00z"));
+    EXPECT_LT(text.size(), 1000U);
+}
+
+// For whom it acts.
+
+struct ForWhom {
+    const char* name;
+    std::vector<std::string> environment;
+    uid_t user;
+};
+void PrintTo(const ForWhom& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class InvokingUserOfTheHelper : public PrivilegedHelperProgram,
+                                public testing::WithParamInterface<ForWhom> {};
+
+TEST_P(InvokingUserOfTheHelper, IsTheOnlyOneToWhomItGivesFiles) {
+    folder.write("file", "");
+    HelperProcess helper(withEnvironment(GetParam().environment));
+    ASSERT_TRUE(helper.saysHello());
+    const bool isRoot = GetParam().user == 0;
+    const std::string file = folder / "file";
+    EXPECT_EQ(helper.run("/usr/sbin/chown", {"-R", isRoot ? "nobody:admin" : "root:admin", file}),
+              126U);
+    EXPECT_EQ(helper.run("/usr/sbin/chown", {"-R", isRoot ? "root:admin" : "nobody:admin", file}),
+              0U);
+    struct stat status{};
+    ASSERT_EQ(::stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, GetParam().user);
+    EXPECT_EQ(status.st_gid, administratorsGroup());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Environments, InvokingUserOfTheHelper,
+    testing::Values(ForWhom{"rootItself", {}, 0}, ForWhom{"pkexec", {"PKEXEC_UID=65534"}, nobody},
+                    ForWhom{"sudo", {"SUDO_UID=65534"}, nobody},
+                    ForWhom{"pkexecWithinSudo", {"SUDO_UID=0", "PKEXEC_UID=65534"}, nobody}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+class BrokenUserNumber : public PrivilegedHelperProgram,
+                         public testing::WithParamInterface<std::string> {};
+
+TEST_P(BrokenUserNumber, EndsItBeforeItListens) {
+    for (const char* variable : {"PKEXEC_UID=", "SUDO_UID="}) {
+        HelperProcess helper(withEnvironment({variable + GetParam()}));
+        EXPECT_FALSE(helper.saysHello()) << variable;
+        EXPECT_EQ(helper.exitStatus(), 1) << variable;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, BrokenUserNumber,
+                         testing::Values("", "-1", "-0", "+1", " 1", "1 ", "1\n", "0x1", "1e3",
+                                         "1.0", "1,2", "\xd9\xa1", "nobody", "4294967295",
+                                         "4294967296", "99999999999999999999"));
+
+TEST_F(PrivilegedHelperProgram, DoesNotListenWhenTwoUsersStandInOneVariable) {
+    for (const std::string variable : {"PKEXEC_UID", "SUDO_UID"}) {
+        HelperProcess helper(withEnvironment({variable + "=65534", variable + "=0"}));
+        EXPECT_FALSE(helper.saysHello()) << variable;
+        EXPECT_EQ(helper.exitStatus(), 1) << variable;
+    }
+}
+
+// What it does.
+
+TEST_F(PrivilegedHelperProgram, NeverCopiesIntoAnExistingDestination) {
+    folder.write("source/file", "new");
+    folder.write("destination/old", "old");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run("/bin/cp", {"-R", folder / "source", folder / "destination"}), 1U);
+    EXPECT_FALSE(folder.holds("destination/source"));
+    EXPECT_FALSE(folder.holds("destination/file"));
+    EXPECT_EQ(contentsOf(folder / "destination/old"), "old");
+}
+
+TEST_F(PrivilegedHelperProgram, TellsOfEveryByteThatItCopies) {
+    const std::size_t size = (std::size_t{3} << 20U) + 17;
+    folder.write("source/big", std::string(size, 'x'));
+    folder.write("source/small", "12345");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    const ToolRequest request{"/bin/cp", {"-R", folder / "source", folder / "copy"}};
+    ASSERT_TRUE(helper.sendBytes(encodedRequest(request).value()));
+    std::uint64_t told = 0;
+    std::optional<Message> message = helper.stream().receive();
+    while (message && progressBytes(*message)) {
+        told += *progressBytes(*message);
+        message = helper.stream().receive();
+    }
+    ASSERT_TRUE(message);
+    EXPECT_EQ(exitStatus(*message), 0U);
+    EXPECT_EQ(told, size + 5);
+}
+
+TEST_F(PrivilegedHelperProgram, FinishesWhatItIsDoingWhenItsPeerIsGone) {
+    folder.write("source/file", "contents");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    const ToolRequest request{"/bin/cp", {"-R", folder / "source", folder / "copy"}};
+    ASSERT_TRUE(helper.sendBytes(encodedRequest(request).value()));
+    helper.closeConnection();
+    EXPECT_EQ(helper.exitStatus(), 0);
+    EXPECT_EQ(contentsOf(folder / "copy/file"), "contents");
+}
+
+TEST_F(PrivilegedHelperProgram, FollowsNoLinkThatAnOrdinaryUserCouldHavePutIntoAPath) {
+    folder.write("target/canary", "alive");
+    folder.write("users/own", "");
+    ASSERT_EQ(::chown((folder / "users").c_str(), nobody, nobody), 0);
+    std::filesystem::create_symlink(folder / "target", folder / "users/link");
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    const std::string canary = folder / "users/link/canary";
+    EXPECT_EQ(helper.run("/bin/rm", {"-fR", canary}), 1U);
+    EXPECT_EQ(helper.run("/bin/chmod", {"-R", "0775", canary}), 1U);
+    EXPECT_EQ(helper.run("/usr/sbin/chown", {"-R", "root:admin", canary}), 1U);
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "users/link/new"}), 1U);
+    EXPECT_EQ(helper.run("/bin/mkdir", {"-m775", "-p", folder / "users/link/new/er"}), 1U);
+    EXPECT_EQ(helper.run("/bin/cp", {"-R", canary, folder / "copy"}), 1U);
+    EXPECT_EQ(helper.run("/bin/cp", {"-R", folder / "users/own", folder / "users/link/copy"}), 1U);
+    EXPECT_EQ(helper.run("/usr/bin/xattr", {"-dr", "com.apple.quarantine", canary}), 1U);
+    const auto status = std::filesystem::directory_iterator(folder / "target");
+    EXPECT_EQ(std::distance(begin(status), end(status)), 1);
+    EXPECT_EQ(contentsOf(folder / "target/canary"), "alive");
+}
+
+TEST_F(PrivilegedHelperProgram, RefreshesTheDesktopDatabaseInTheBackground) {
+    if (::access("/usr/bin/update-desktop-database", X_OK) != 0) {
+        GTEST_SKIP() << "NOT TESTED: this machine has no desktop-file-utils";
+    }
+    // A machine without a desktop lacks the folder; the mount below needs one.
+    const bool made = ::mkdir("/usr/share/applications", 0755) == 0;
+    folder.write(
+        "applications/sample.desktop",
+        "[Desktop Entry]\nType=Application\nName=Sample\nExec=true\nMimeType=text/x-sample;\n");
+    const std::string applications = folder / "applications";
+    HelperProcess helper(afterDoing([applications] {
+        if (::unshare(CLONE_NEWNS) != 0 ||
+            ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount(applications.c_str(), "/usr/share/applications", nullptr, MS_BIND, nullptr) !=
+                0) {
+            ::_exit(98);
+        }
+    }));
+    if (!helper.saysHello()) GTEST_SKIP() << "NOT TESTED: no mount namespace to be had here";
+    EXPECT_EQ(helper.run(lsregister, {"-apps"}), 0U);
+    helper.closeConnection();
+    EXPECT_EQ(helper.exitStatus(), 0);
+    // The refresh outlives the helper.
+    while (!folder.holds("applications/mimeinfo.cache")) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    if (made) {
+        EXPECT_EQ(::rmdir("/usr/share/applications"), 0);
+    }
+}
+
+}  // namespace
+}  // namespace installer::test

@@ -1,0 +1,39 @@
+#include <gtest/gtest.h>
+
+#include "qt/theme/ReadableColor.h"
+
+namespace {
+
+using namespace installer;
+
+TEST(ReadableColor, ContrastIsMeasuredAsTheGuidelinesDo) {
+    EXPECT_DOUBLE_EQ(contrast(Qt::black, Qt::white), 21);
+    EXPECT_DOUBLE_EQ(contrast(Qt::red, Qt::red), 1);
+    EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
+    EXPECT_DOUBLE_EQ(contrast(Qt::white, Qt::black), contrast(Qt::black, Qt::white));
+}
+
+TEST(ReadableColor, EveryColourBecomesReadableOnEveryGround) {
+    for (int ground = 0; ground < 256; ground += 15) {
+        for (int wanted = 0; wanted < 256; wanted += 15) {
+            const QColor on(ground, ground, ground);
+            EXPECT_GE(contrast(readableColor(QColor(wanted, 0, 255 - wanted), on), on), 4.5)
+                << wanted << " on " << ground;
+        }
+    }
+}
+
+TEST(ReadableColor, AReadableColourIsLeftAlone) {
+    EXPECT_EQ(readableColor(QColor(200, 0, 0), Qt::white), QColor(200, 0, 0));
+}
+
+TEST(ReadableColor, QuietTextLiesBetweenTextAndGround) {
+    const QColor onWhite = quietColor(Qt::black, Qt::white);
+    EXPECT_GT(onWhite.lightness(), 60);
+    EXPECT_GE(contrast(onWhite, Qt::white), 4.5);
+    const QColor onDark = quietColor(Qt::white, QColor(30, 30, 32));
+    EXPECT_LT(onDark.lightness(), 200);
+    EXPECT_GE(contrast(onDark, QColor(30, 30, 32)), 4.5);
+}
+
+}  // namespace
