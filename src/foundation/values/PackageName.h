@@ -7,7 +7,7 @@
 namespace installer {
 
 /// The suffixes that make a folder a package: something presented to people as one item. The one
-/// list of the system.
+/// list of the system. The host selection's folder panel also hides each folder with "Contents".
 inline constexpr std::array<std::string_view, 12> packageSuffixes = {
     "app",      "bundle",      "plugin",     "component", "kext", "lrplugin",
     "prefPane", "qlgenerator", "mdimporter", "pkg",       "mpkg", "rtfd"};
