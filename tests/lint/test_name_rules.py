@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Proves that name_rules.py and root_rules.py find faults, on a small tree made for each case."""
+"""Proves that name_rules.py, root_rules.py and example_rules.py find faults, on a small tree made for each case."""
 
 import pathlib
 import subprocess
@@ -91,6 +91,26 @@ class NameRulesOfTheRootFolder(unittest.TestCase):
 
     def test_a_folder_without_files_is_a_fault(self):
         self.assertEqual(run("root_rules.py", {"folder/file": "text"})[0], 1)
+
+
+class NameRulesOfExamples(unittest.TestCase):
+    README = "From `tests/DoorTest.cpp`:\n\n```cpp\nTEST(Door, Opens) {\n}\n```\n"
+
+    def test_an_example_that_stands_in_its_file_passes(self):
+        files = {"tests/README.md": self.README,
+                 "tests/DoorTest.cpp": "int x;\n\nTEST(Door, Opens) {\n}\n"}
+        self.assertEqual(run("example_rules.py", files)[0], 0)
+
+    def test_an_example_that_has_changed_in_its_file_is_found(self):
+        fault = ("tests/README.md: this example does not stand in tests/DoorTest.cpp: "
+                 "TEST(Door, Opens) {")
+        files = {"tests/README.md": self.README,
+                 "tests/DoorTest.cpp": "TEST(Door, Opens) {\n    open();\n}\n"}
+        self.assertEqual(run("example_rules.py", files), (1, [fault]))
+        self.assertEqual(run("example_rules.py", {"tests/README.md": self.README}), (1, [fault]))
+
+    def test_a_readme_without_examples_is_a_fault(self):
+        self.assertEqual(run("example_rules.py", {"tests/README.md": "text"})[0], 1)
 
 
 if __name__ == "__main__":
