@@ -151,13 +151,21 @@ class Parser {
             return;
         }
         const bool isWhole = hasEnd && current() == U';';
-        if (!isWhole)
-            problem(start.line, "\";\" is missing after the value of " + inQuotes(key),
-                    Mistake::missingSemicolon);
+        if (!isWhole) tellMissingEnd(key, start.line);
         // A value over several lines without its ";" is rather one that lacks its closing quote.
         if (isWhole || !spansLines_) keep(key, keyLine, std::move(*value));
         if (isWhole) return advance();
         resumeAfter(afterValue);
+    }
+
+    /// A text over several lines without its ";" most likely lacks its closing quote.
+    void tellMissingEnd(const std::string& key, std::size_t line) {
+        if (spansLines_) {
+            problem(line, "this text has no closing quote", Mistake::textWithoutClosingQuote);
+        } else {
+            problem(line, "\";\" is missing after the value of " + inQuotes(key),
+                    Mistake::missingSemicolon);
+        }
     }
 
     /// Goes on where the parser is when that is on a later line than the broken pair's last text:
