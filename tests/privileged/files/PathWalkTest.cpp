@@ -6,7 +6,7 @@
 #include "privileged/files/PathWalk.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 FileDescriptor opened(const std::string& folder) {
@@ -104,4 +104,4 @@ TEST(PathWalk, FollowsFortyLinksAndNoMore) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test
