@@ -12,6 +12,14 @@ namespace installer {
 
 namespace {
 
+/// Where the entry of the mirror belongs. A plain replacement of text: a mirror that contains its
+/// own path again loses it there too.
+std::string targetPath(const Platform& platform, const std::string& mirror,
+                       const std::string& path) {
+    const std::string onDisk = withSingleSeparators(replacingAll(path, mirror, ""));
+    return withSingleSeparators(platform.searchPaths.onTargetVolume(onDisk));
+}
+
 class MirrorItems {
   public:
     MirrorItems(Platform& platform, PayloadTrees& trees)
@@ -34,16 +42,18 @@ class MirrorItems {
         if (entries == nullptr) return;
         visitVisible(*entries, mirror_, [this](const std::string& path, const TreeEntry& entry) {
             if (!entry.isPackage) return;
-            add(path, parentPath(targetPath(path)), InstallRule::mirrorPackage, entry);
+            const std::string target = targetPath(platform_, mirror_, path);
+            add(path, parentPath(target), InstallRule::mirrorPackage, entry);
         });
     }
 
     void addProductFolder(const std::string& company, const TreeEntry& folder) {
         if (isHidden(folder) || folder.type != FileType::folder || folder.isPackage) return;
         const std::string path = joinPath(company, folder.name);
+        const std::string target = targetPath(platform_, mirror_, path);
         for (const TreeEntry& entry : folder.entries) {
             if (isHidden(entry) || entry.isPackage) continue;
-            add(joinPath(path, entry.name), targetPath(path), InstallRule::productFolder, entry);
+            add(joinPath(path, entry.name), target, InstallRule::productFolder, entry);
         }
     }
 
@@ -56,13 +66,6 @@ class MirrorItems {
                           .host = std::nullopt,
                           .isPackage = entry.isPackage,
                           .bytes = bytesOf(entry)});
-    }
-
-    /// Where the entry of the mirror belongs. A plain replacement of text: a mirror that contains
-    /// its own path again loses it there too.
-    [[nodiscard]] std::string targetPath(const std::string& path) const {
-        const std::string onDisk = withSingleSeparators(replacingAll(path, mirror_, ""));
-        return withSingleSeparators(platform_.searchPaths.onTargetVolume(onDisk));
     }
 
     Platform& platform_;
