@@ -11,7 +11,7 @@
 #include "tests/privileged/trees/Disk.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -47,7 +47,7 @@ class FolderReadingTest : public testing::Test {
     }
 
     Disk disk_;
-    test::RecordingLog log_;
+    RecordingLog log_;
     LinuxFileManager files_{log_, LinkPolicy::follow};
 };
 
@@ -135,7 +135,7 @@ TEST_F(FolderReadingTest, TheSinkIsToldOfEachFolderWithoutBytes) {
 }
 
 TEST_F(FolderReadingTest, TheTreeInMemoryKeepsTheSamePromises) {
-    test::MemoryFileManager memory;
+    MemoryFileManager memory;
     memory.addFile("/a/.hidden/x", "1");
     memory.addFile("/a/Tool.app/Contents/x", "123");
     memory.addLink("/a/link", "/a/.hidden");
@@ -154,4 +154,4 @@ TEST_F(FolderReadingTest, TheTreeInMemoryKeepsTheSamePromises) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test
