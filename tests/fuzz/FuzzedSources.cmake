@@ -42,6 +42,7 @@ add_library(installer_fuzzed STATIC
     ${source}/linux/process/Environment.cpp
     ${source}/linux/bundle/LinuxBundle.cpp
     ${source}/linux/bundle/PackageLayout.cpp
+    ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp
     ${source}/linux/process/PreferredLanguages.cpp
