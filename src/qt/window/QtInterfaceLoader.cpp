@@ -6,6 +6,9 @@
 #include <utility>
 
 #include "qt/binding/Binder.h"
+#include "qt/controls/Dressing.h"
+#include "qt/controls/FocusRing.h"
+#include "qt/controls/Mnemonics.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/values/QtText.h"
 #include "qt/window/QtInterface.h"
@@ -62,10 +65,13 @@ std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, Inte
 
     if (auto* window = qobject_cast<QMainWindow*>(root.get())) {
         new WindowManners(*window);
+        new FocusRing(*window);
+        new Mnemonics(*window);
     } else {
         root->adjustSize();
     }
     auto binder = std::make_unique<Binder>(*root, owner, bundle_, log_, openLink_);
+    dress(*root, bundle_);
     return std::make_unique<QtInterface>(std::move(root), std::move(binder));
 }
 
