@@ -14,6 +14,7 @@ namespace installer {
 namespace {
 
 constexpr int aroundDot = 2;
+constexpr int thickness = 2;  // an even one has its middle where the dots have theirs
 
 std::vector<QRect> dotsOf(const QWidget& list) {
     std::vector<QRect> dots;
@@ -44,9 +45,10 @@ void DotLine::draw() {
     QPainter painter(&list_);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(
-        hairlineColor(palette.color(QPalette::WindowText), palette.color(QPalette::Window)));
+        QPen(hairlineColor(palette.color(QPalette::WindowText), palette.color(QPalette::Window)),
+             thickness));
     for (std::size_t i = 1; i < dots.size(); ++i) {
-        const double middle = dots[i].center().x() + 0.5;
+        const double middle = dots[i].left() + dots[i].width() / 2.0;
         painter.drawLine(QPointF(middle, dots[i - 1].bottom() + aroundDot),
                          QPointF(middle, dots[i].top() - aroundDot));
     }

@@ -25,8 +25,10 @@ void setTextSize(QWidget& control) {
 }
 
 void dressOne(QWidget& control, const Bundle& bundle) {
-    setTextSize(control);
-    if (control.property("sidePane").toBool()) new SidePane(control);
+    if (control.parentWidget() != nullptr) {
+        setTextSize(control);
+        if (control.property("sidePane").toBool()) new SidePane(control);
+    }
     if (control.property("connectsDots").toBool()) new DotLine(control);
     if (auto* label = qobject_cast<QLabel*>(&control)) {
         const QString picture = control.property("pictureName").toString();

@@ -8,12 +8,13 @@ namespace installer {
 
 FollowsFont::FollowsFont(QWidget& control, TextSize size)
     : QObject(&control), control_(control), size_(size) {
-    control.installEventFilter(this);
+    // The desktop's change comes down through the parents, and stops at a font of a control's own.
+    control.parentWidget()->installEventFilter(this);
     apply();
 }
 
 bool FollowsFont::eventFilter(QObject* /*watched*/, QEvent* event) {
-    if (event->type() == QEvent::ApplicationFontChange) apply();
+    if (event->type() == QEvent::FontChange) apply();
     return false;
 }
 

@@ -11,7 +11,7 @@ namespace installer {
 /// Keeps a control's text at one of the three sizes, whatever font the desktop has and changes to.
 class FollowsFont final : public QObject {
   public:
-    /// Ends with the control.
+    /// Ends with the control, which stays in its parent.
     FollowsFont(QWidget& control, TextSize size);
 
   protected:

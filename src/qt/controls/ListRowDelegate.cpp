@@ -92,7 +92,8 @@ QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option,
 bool ListRowDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                   const QStyleOptionViewItem& option, const QModelIndex& index) {
     constexpr auto tickable = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
-    const bool canBeTicked = (index.flags() & tickable) == tickable;
+    const bool canBeTicked =
+        (index.flags() & tickable) == tickable && index.data(Qt::CheckStateRole).isValid();
     if (!canBeTicked || !isClick(*event)) {
         return QStyledItemDelegate::editorEvent(event, model, option, index);
     }

@@ -14,6 +14,7 @@ class QtTextField::Look final : public QObject {
   public:
     explicit Look(QLabel& label) : QObject(&label), label_(label) {
         label.installEventFilter(this);
+        if (QWidget* row = label.parentWidget()) row->installEventFilter(this);
     }
 
     void setWeight(Weight weight) {
@@ -39,9 +40,10 @@ class QtTextField::Look final : public QObject {
     }
 
   protected:
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::ApplicationFontChange) applyFont();
-        if (event->type() == QEvent::PaletteChange) applyColor();
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // A font of the label's own keeps the desktop's changes away from it, but not from its row.
+        if (event->type() == QEvent::FontChange && watched != &label_) applyFont();
+        if (event->type() == QEvent::PaletteChange && watched == &label_) applyColor();
         return false;
     }
 

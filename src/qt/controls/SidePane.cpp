@@ -10,12 +10,14 @@ namespace installer {
 
 SidePane::SidePane(QWidget& pane) : QObject(&pane), pane_(pane) {
     pane.setAutoFillBackground(true);
-    pane.installEventFilter(this);
+    // The desktop's change comes down through the parents, and stops at a palette of the pane's
+    // own.
+    pane.parentWidget()->installEventFilter(this);
     apply();
 }
 
 bool SidePane::eventFilter(QObject* /*watched*/, QEvent* event) {
-    if (event->type() == QEvent::ApplicationPaletteChange) apply();
+    if (event->type() == QEvent::PaletteChange) apply();
     return false;
 }
 

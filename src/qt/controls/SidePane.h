@@ -10,7 +10,7 @@ namespace installer {
 /// darker than the window in a dark one. Follows the desktop.
 class SidePane final : public QObject {
   public:
-    /// Ends with the pane.
+    /// Ends with the pane, which stays in its parent.
     explicit SidePane(QWidget& pane);
 
   protected:
