@@ -14,7 +14,7 @@
 #include "tests/privileged/trees/Disk.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr std::size_t plenty = 1 << 20;
@@ -509,4 +509,4 @@ TEST_F(LinuxFileManagerTest, CreateFoldersAndRemoveWorkOnTheRealDisk) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test
