@@ -38,7 +38,7 @@ void dressOne(QWidget& control, const Bundle& bundle) {
         if (control.property("readingColumn").toBool()) new ReadingColumn(*browser);
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
-        if (control.property("holdsMenu").toBool()) new MenuButton(*button);
+        if (control.property(MenuButton::holdsMenu).toBool()) new MenuButton(*button);
     }
 }
 

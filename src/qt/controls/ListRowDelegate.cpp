@@ -19,8 +19,10 @@ QFont detailFont(const QFont& font) {
     return fontOfSize(TextSize::small, font);
 }
 
+/// The view passes on no release of a second click that comes fast: its press counts.
 bool isClick(const QEvent& event) {
-    return event.type() == QEvent::MouseButtonRelease &&
+    return (event.type() == QEvent::MouseButtonRelease ||
+            event.type() == QEvent::MouseButtonDblClick) &&
            static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
 }
 

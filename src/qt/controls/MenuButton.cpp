@@ -1,5 +1,6 @@
 #include "qt/controls/MenuButton.h"
 
+#include <QAccessibleWidget>
 #include <QAction>
 #include <QEvent>
 #include <QKeyEvent>
@@ -26,6 +27,44 @@ QPixmap sign(const QColor& color, int side, double pixelsPerUnit) {
     return picture;
 }
 
+/// Screen readers see the open menu as a part of its button. The toolkit shows them only the menus
+/// of menu bars.
+class ButtonWithMenu final : public QAccessibleWidget {
+  public:
+    explicit ButtonWithMenu(QToolButton& button)
+        : QAccessibleWidget(&button, QAccessible::ButtonMenu), button_(button) {}
+
+    [[nodiscard]] int childCount() const override {
+        return button_.menu() && button_.menu()->isVisible() ? 1 : 0;
+    }
+    [[nodiscard]] QAccessibleInterface* child(int index) const override {
+        return index < childCount() ? QAccessible::queryAccessibleInterface(button_.menu())
+                                    : nullptr;
+    }
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        return childCount() > 0 && child->object() == button_.menu() ? 0 : -1;
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        return QStringList(pressAction()) + QAccessibleWidget::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == pressAction()) {
+            button_.click();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+  private:
+    QToolButton& button_;
+};
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* button = qobject_cast<QToolButton*>(object);
+    if (button == nullptr || !button->property(MenuButton::holdsMenu).toBool()) return nullptr;
+    return new ButtonWithMenu(*button);
+}
+
 bool isReturn(const QEvent& event) {
     if (event.type() != QEvent::KeyPress) return false;
     const int key = static_cast<const QKeyEvent&>(event).key();
@@ -43,6 +82,8 @@ MenuButton::MenuButton(QToolButton& button)
         // Its shortcut works while the menu is closed.
         button.window()->addAction(item);
     }
+    // Screen readers find the menu through the button.
+    button.setMenu(menu_);
     button.setAutoRaise(true);
     button.setFocusPolicy(Qt::StrongFocus);
     menu_->setAccessibleName(button.accessibleName());
@@ -50,6 +91,10 @@ MenuButton::MenuButton(QToolButton& button)
     button.installEventFilter(this);
     QObject::connect(&button, &QToolButton::clicked, this, &MenuButton::open);
     QObject::connect(menu_, &QMenu::aboutToHide, &button, [&button] { button.setDown(false); });
+}
+
+void MenuButton::tellScreenReaders() {
+    QAccessible::installFactory(makeAccessible);
 }
 
 void MenuButton::open() {

@@ -11,6 +11,12 @@ namespace installer {
 /// the description. Opens by a press, by Return, and by the key that opens menus, F10.
 class MenuButton final : public QObject {
   public:
+    /// The property of a tool button that holds a menu.
+    static constexpr const char* holdsMenu = "holdsMenu";
+
+    /// Lets screen readers see the menus of such buttons. To be called before one is made.
+    static void tellScreenReaders();
+
     /// Ends with the button.
     explicit MenuButton(QToolButton& button);
 

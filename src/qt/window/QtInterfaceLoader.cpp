@@ -8,6 +8,7 @@
 #include "qt/binding/Binder.h"
 #include "qt/controls/Dressing.h"
 #include "qt/controls/FocusRing.h"
+#include "qt/controls/MenuButton.h"
 #include "qt/controls/Mnemonics.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/values/QtText.h"
@@ -42,7 +43,9 @@ class DescriptionReader final : public QUiLoader {
 }  // namespace
 
 QtInterfaceLoader::QtInterfaceLoader(const Bundle& bundle, SystemLog& log, OpenLink openLink)
-    : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {}
+    : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {
+    MenuButton::tellScreenReaders();
+}
 
 std::unique_ptr<Interface> QtInterfaceLoader::refuse(const std::string& name,
                                                      const std::string& reason) {

@@ -1,5 +1,6 @@
 #include <QAccessible>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QTest>
 
 #include "tests/qt/InterfaceTest.h"
@@ -66,6 +67,18 @@ TEST_F(RowsBindingTest, AClickAnywhereInARowTicksIt) {
     EXPECT_THAT(owner.told, ElementsAre("row 1 of hosts on", "row 1 of hosts off"));
     QTest::mouseClick(list().viewport(), Qt::RightButton, {}, row.center());
     EXPECT_EQ(owner.told.size(), 2U);
+}
+
+TEST_F(RowsBindingTest, TwoFastClicksInARowTickAndUntickIt) {
+    showHosts();
+    list().resize(400, 200);
+    const QPoint place = list().visualItemRect(list().item(1)).center();
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, place);
+    QMouseEvent second(QEvent::MouseButtonDblClick, place, list().viewport()->mapToGlobal(place),
+                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(list().viewport(), &second);
+    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, place);
+    EXPECT_THAT(owner.told, ElementsAre("row 1 of hosts on", "row 1 of hosts off"));
 }
 
 TEST_F(RowsBindingTest, AClickInARowWithoutABoxOnlySelectsIt) {

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QMenu>
 #include <QTest>
 #include <QToolButton>
@@ -63,6 +64,18 @@ TEST_F(MenuButtonTest, OpensByAPressAndByReturn) {
     menu().hide();
     QTest::keyClick(&button, Qt::Key_Return);
     EXPECT_TRUE(menu().isVisible());
+}
+
+TEST_F(MenuButtonTest, AScreenReaderFindsTheOpenMenuInTheButton) {
+    auto& button = named<QToolButton>("menuButton");
+    QAccessibleInterface* seen = QAccessible::queryAccessibleInterface(&button);
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(seen->role(), QAccessible::ButtonMenu);
+    EXPECT_EQ(seen->childCount(), 0);
+    seen->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_EQ(seen->childCount(), 1);
+    EXPECT_EQ(seen->child(0)->object(), &menu());
+    EXPECT_EQ(seen->indexOfChild(seen->child(0)), 0);
 }
 
 TEST_F(MenuButtonTest, TheItemsKeysWorkWhileItIsClosed) {
