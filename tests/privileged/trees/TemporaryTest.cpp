@@ -12,7 +12,7 @@
 #include "privileged/trees/TreeCopy.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr const char* deadName = ".installing-0123abcd";
@@ -191,4 +191,4 @@ TEST(Temporary, NoForkedProcessRepeatsTheNamesOfAnother) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test
