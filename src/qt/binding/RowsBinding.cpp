@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QSignalBlocker>
 
+#include "ports/window/DescriptionProperties.h"
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
@@ -14,7 +15,6 @@ namespace {
 constexpr int iconPathRole = ListRowDelegate::detailRole + 1;
 
 /// In a list with this property each row has a check box.
-constexpr const char* checkableProperty = "checkable";
 
 void showRow(QListWidgetItem& item, const ListRow& row, bool isCheckable) {
     item.setText(toQt(row.title));
