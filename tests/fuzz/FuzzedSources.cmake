@@ -82,7 +82,3 @@ target_compile_definitions(installer_fuzzed PUBLIC _GLIBCXX_ASSERTIONS)
 # Warnings are for the compiler that builds what ships, and for the static analysis.
 target_compile_options(installer_fuzzed PUBLIC -fsanitize=fuzzer-no-link -w)
 target_link_libraries(installer_fuzzed PUBLIC installer_options PkgConfig::PLIST)
-# Half of the time to compile a file goes into these.
-target_precompile_headers(installer_fuzzed PRIVATE
-    <algorithm> <filesystem> <functional> <map> <memory> <optional> <string> <string_view>
-    <system_error> <variant> <vector>)

@@ -28,12 +28,14 @@ constexpr std::string_view namePrefix = ".installing-";
 constexpr std::string_view nameDigits = "0123456789abcdefghjkmnpqrstvwxyz";
 constexpr std::size_t nameDigitCount = 8;
 constexpr int maximumAttempts = 100;
+constexpr std::uint64_t spreadOfProcesses = 0x9E3779B97F4A7C15;  // odd: no two processes meet
 
 // Nothing rests on the name's being hard to guess: an entry that is already there is never used.
 std::string newTemporaryName() {
     static std::atomic<std::uint64_t> counter =
         (std::uint64_t{std::random_device()()} << 32U) | std::random_device()();
-    std::uint64_t number = counter++;
+    // A fork copies the counter: the process's number keeps parent and children apart.
+    std::uint64_t number = counter++ + static_cast<std::uint64_t>(getpid()) * spreadOfProcesses;
     std::string name(namePrefix);
     for (std::size_t digit = 0; digit < nameDigitCount; ++digit) {
         name += nameDigits[number % nameDigits.size()];
@@ -107,6 +109,7 @@ Result<Temporary> Temporary::makeFile(int parent, mode_t mode) {
             continue;
         }
         if (file.lock()) return file;
+        file.name_.clear();  // whoever took it removes it, and the name may soon be another's
     }
     return systemError(EEXIST);
 }
@@ -124,6 +127,7 @@ Result<Temporary> Temporary::makeFolder(int parent) {
             openat(parent, folder.name_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (!folder.descriptor_ && errno != ENOENT) return systemError();
         if (folder.descriptor_ && folder.lock()) return folder;
+        folder.name_.clear();  // as above
     }
     return systemError(EEXIST);
 }
