@@ -9,6 +9,7 @@
 #include "hosts/HostLists.h"
 #include "product/RtfResource.h"
 #include "steps/licence/LicenseModel.h"
+#include "tests/hosts/PhotoshopScene.h"
 #include "tests/support/FailingFileManager.h"
 #include "tests/support/FakePlatform.h"
 #include "tests/support/FaultSweep.h"
@@ -22,8 +23,6 @@ using namespace std::string_literals;
 using testing::IsEmpty;
 using testing::IsSubsetOf;
 using testing::SizeIs;
-
-const std::string preferences = "/Users/tester/Library/Preferences/";
 
 /// Calls `use` with a platform whose files fail as planned, for everything that can fail of what
 /// it does when nothing fails.

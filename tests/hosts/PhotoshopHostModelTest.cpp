@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "hosts/PhotoshopHostModel.h"
+#include "tests/hosts/PhotoshopScene.h"
 #include "tests/hosts/RowName.h"
 #include "tests/support/FakePlatform.h"
 
@@ -19,6 +20,7 @@ namespace {
 
 using namespace std::string_literals;
 using test::FakePlatform;
+using test::preferences;
 using test::rowName;
 using testing::Each;
 using testing::ElementsAre;
@@ -26,7 +28,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-const std::string preferences = "/Users/tester/Library/Preferences/";
 const std::string sharedPlugIns = "/Library/Application Support/Adobe/Plug-Ins/CC";
 
 class PhotoshopHostModelTest : public testing::Test {
