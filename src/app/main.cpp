@@ -43,7 +43,7 @@ constexpr std::string_view quietArgument = "-quiet";
 constexpr const char* executable = "Contents/MacOS/Installer";
 constexpr const char* mainWindowName = "MainWindow";
 
-/// Whoever is asked for a password learns first which product asks, and what for.
+/// Tells the user, before a password is asked for, which product asks and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
                                         SystemLog& log) {
     return {.helperPath = joinPath(bundleFolder, "Contents/MacOS/privileged-helper"),
@@ -93,8 +93,8 @@ struct Machine {
     NotificationCenter notifications;
 };
 
-/// Null, with the reason in the log, when the surroundings leave nothing to install or nowhere to
-/// install to.
+/// Null, with the reason in the log, if the executable is in no bundle, or if the environment names
+/// a target volume that is no folder.
 std::unique_ptr<Machine> makeMachine(SystemLog& log) {
     const std::optional<std::string> bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
@@ -167,7 +167,7 @@ class WindowApplication {
         controller.awakeFromNib(std::move(mainWindow));
         window_.run();
         machine_.notifications.post({applicationWillTerminate, nullptr, {}});
-        // What was set through objects that are gone by now.
+        // Also writes the values that were set through objects which no longer exist.
         if (!machine_.preferences.synchronizeAll()) {
             machine_.log.log("The settings could not be saved");
         }
@@ -185,7 +185,7 @@ class WindowApplication {
 
 /// False, with the reason in the log, when no window can be shown.
 bool runInWindow(Machine& machine) {
-    // What opens the window's links needs the window's event loop, so it is there only later.
+    // Links are opened through the workspace, which is made later: it needs the event loop.
     Workspace* workspace = nullptr;
     const auto window = machine.window([&workspace](const std::string& address) {
         if (workspace != nullptr) workspace->openAddress(address);
@@ -225,6 +225,6 @@ int windowMain(SystemLog& log) {
 int main(int argc, char** argv) {
     prepareProcess();
     LinuxSystemLog log("Installer");
-    // Compared as it stands: another letter case, or another place, is not the quiet argument.
+    // An exact comparison of the first argument: no other letter case, no other position.
     return argc >= 2 && argv[1] == quietArgument ? quietMain(log) : windowMain(log);
 }

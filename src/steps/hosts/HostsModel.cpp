@@ -58,8 +58,7 @@ HostsModel::HostsModel(Platform& platform)
       customInstallCheckBoxText_(localizedText(platform.bundle, "custom_install_panels_checkbox")),
       customInstallHostsExplanationText_(
           localizedText(platform.bundle, "custom_install_host_label")) {
-    // The remembered folder is not listed: the list never starts with a custom folder, and the
-    // step offers the folder by itself.
+    // The remembered folder is not listed at the start: the custom-install screen offers it.
     static_cast<void>(rememberedCustomHost(platform));
     discoverHosts(platform);
 }
@@ -84,7 +83,8 @@ void HostsModel::discoverHosts(Platform& platform) {
 void HostsModel::addHostOfPathsFile(Platform& platform, const std::string& path) {
     platform.log.log(formatted("Found path file %@", {path}));
     PhotoshopHostModel host = PhotoshopHostModel::initWithPathsFilePath(platform, path);
-    // No Elements release is listed, old or new; an uninstalled host is, and is not offered.
+    // No Elements release is added. A host that is not installed is, but `foundHosts` leaves it
+    // out.
     if (host.isElements() || !host.hostIsAtLeastVersionCS(firstListedVersion)) return;
     hostsArray_.emplace_back(std::move(host));
 }
@@ -112,7 +112,7 @@ void HostsModel::addHostAtRuntime(HostModel host) {
 }
 
 void HostsModel::removeHostAtRuntime(const HostModel& host) {
-    // The caller's host may be an entry of the list itself.
+    // Copied, since the argument may refer to an entry of this list.
     std::erase_if(hostsArray_,
                   [removed = host](const HostModel& entry) { return entry == removed; });
 }

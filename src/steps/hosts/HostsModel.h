@@ -11,9 +11,9 @@ namespace installer {
 
 struct Platform;
 
-/// The host-selection step's model: the hosts of this machine, found when the model is made, and
-/// the step's texts. Only Photoshop is looked for, Elements excepted; other kinds of hosts come in
-/// at run time.
+/// The host-selection step's model: the step's texts and the hosts of this machine, which the
+/// constructor searches for. It finds Photoshop releases only, without Elements. The only other
+/// host is the custom folder, which is added at run time.
 class HostsModel : public StepModel {
   public:
     /// Searches the machine. Blocks for up to one and a half seconds for each paths file that
@@ -24,16 +24,16 @@ class HostsModel : public StepModel {
     /// has both a paths file and a settings file is there twice.
     [[nodiscard]] const std::vector<HostModel>& hostsArray() const { return hostsArray_; }
 
-    /// The installed hosts in display order; those of equal order in the order of discovery.
-    /// Empty when a host of the list cannot be asked for either.
+    /// The installed hosts in display order; hosts of equal order in the order of discovery.
+    /// Empty if a host of the list lacks one of the two properties, since the sort then fails.
     [[nodiscard]] std::vector<HostModel> foundHosts() const;
 
-    /// The hosts whose scripts and panels a custom install could take over: none, whatever is
-    /// installed. A custom install installs the plug-in only.
+    /// The hosts whose scripts and panels a custom install could copy. Always empty: a custom
+    /// install installs the plug-in only.
     [[nodiscard]] std::vector<HostModel> scriptsOrPanelsHosts() const;
 
     void addHostAtRuntime(HostModel host);
-    /// Removes every entry that is this very host.
+    /// Removes every entry that is the same host object.
     void removeHostAtRuntime(const HostModel& host);
 
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;
