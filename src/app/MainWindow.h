@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,6 +30,11 @@ struct MainWindow {
     std::shared_ptr<ListSelection> foundHostsController;
     std::shared_ptr<ProgressIndicator> installProgress;
 };
+
+/// The main window and the views in it that the wizard cannot work without.
+inline constexpr const char* mainWindowPart = "mainWindow";
+inline constexpr std::array<const char*, 3> neededViewsOfMainWindow = {
+    "dynamicView", "forwardButton", "backwardButton"};
 
 /// The name of a part that the wizard cannot work without and that the interface lacks; nullopt if
 /// it lacks none. Any other part may be missing: then only its content is not shown.

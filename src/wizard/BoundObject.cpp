@@ -4,6 +4,14 @@
 
 namespace installer {
 
+bool BoundObject::hasProperty(std::string_view property) const {
+    return bindings_.contains(property);
+}
+
+bool BoundObject::hasAction(std::string_view action) const {
+    return actions_.contains(action);
+}
+
 PropertyValue BoundObject::valueForProperty(std::string_view property) const {
     const auto binding = bindings_.find(property);
     return binding == bindings_.end() ? PropertyValue() : binding->second.getter();
