@@ -19,7 +19,10 @@ const std::string path = company + "/Filters 2 Installer.log";
 class InstallerLogTest : public testing::Test {
   protected:
     InstallerLogTest() { memory.addFolder(company); }
-    void write() { InstallerLog(fake.platform, engine.run, engine.commands).logInstalledPaths(); }
+    /// Whether the log is said to be written.
+    bool write() {
+        return InstallerLog(fake.platform, engine.run, engine.commands).logInstalledPaths();
+    }
 
     EngineParts engine;
     FakePlatform& fake = engine.fake;
@@ -29,13 +32,13 @@ class InstallerLogTest : public testing::Test {
 
 TEST_F(InstallerLogTest, EachPathIsALine) {
     installed = {"/A", "/B"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(path), "/A\n/B\n");
 }
 
 TEST_F(InstallerLogTest, TheFileIsMadeByTheAdministratorAndGivenToTheUser) {
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_THAT(fake.journal,
                 ElementsAre("/bin/rm -fR " + path, "wait", "/usr/bin/touch " + path, "wait",
                             "/usr/sbin/chown -R tester:admin " + path, "wait",
@@ -47,7 +50,7 @@ TEST_F(InstallerLogTest, TheFileIsMadeByTheAdministratorAndGivenToTheUser) {
 
 TEST_F(InstallerLogTest, ARunThatInstalledNothingLeavesTheOldLog) {
     memory.addFile(path, "/old\n");
-    write();
+    EXPECT_FALSE(write());
     EXPECT_THAT(fake.journal, IsEmpty());
     EXPECT_EQ(memory.contents(path), "/old\n");
 }
@@ -55,7 +58,7 @@ TEST_F(InstallerLogTest, ARunThatInstalledNothingLeavesTheOldLog) {
 TEST_F(InstallerLogTest, TheOldListIsReplacedAlsoByAShorterOne) {
     memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
 
@@ -64,7 +67,7 @@ TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
                  "/Gr\xC3\xBC\xC3\x9F"
                  "e",
                  "/\xFF"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(path),
               "/b\n/a 50%@\n/b\n/Gr\xC3\xBC\xC3\x9F"
               "e\n/\xFF\n");
@@ -73,7 +76,7 @@ TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
 TEST_F(InstallerLogTest, AMissingMakersFolderIsOnlyLogged) {
     memory.removeAsAdministrator(company);
     installed = {"/A"};
-    write();
+    EXPECT_FALSE(write());
     EXPECT_FALSE(memory.exists(path));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
     EXPECT_FALSE(engine.run.fileOpErrorOccurred);
@@ -82,7 +85,7 @@ TEST_F(InstallerLogTest, AMissingMakersFolderIsOnlyLogged) {
 TEST_F(InstallerLogTest, TheLogIsNeverCreatedByTheUser) {
     installed = {"/A"};
     fake.authorizations.works = [](const auto&) { return false; };
-    write();
+    EXPECT_FALSE(write());
     EXPECT_FALSE(memory.exists(path));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
 }
@@ -91,7 +94,7 @@ TEST_F(InstallerLogTest, IgnoresRefusedRights) {
     installed = {"/A"};
     memory.addFile(path);
     refuseFromCommand(fake, 1);
-    write();
+    EXPECT_TRUE(write());
     EXPECT_FALSE(engine.run.authDenied);
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
@@ -100,7 +103,7 @@ TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
     memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
     refuseFromCommand(fake, 1);
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(path), "/A\n");
 }
 
@@ -112,7 +115,7 @@ class InstallerLogThatCannotBeWritten : public InstallerLogTest {
         Faults faults(plan, 10);
         FailingFileManager files(memory, faults);
         Platform platform = platformWith(files, fake);
-        InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
+        EXPECT_FALSE(InstallerLog(platform, engine.run, engine.commands).logInstalledPaths());
         EXPECT_FALSE(engine.run.fileOpErrorOccurred);
         EXPECT_THAT(fake.log.lines,
                     ElementsAre("can't write to installer log file: " +
