@@ -1,6 +1,7 @@
 #include "tests/support/FakeAuthorization.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace installer::test {
 
@@ -8,22 +9,29 @@ namespace {
 
 class FakeTool : public PrivilegedTool {
   public:
-    FakeTool(std::string output, std::size_t chunk, std::vector<std::string>& journal)
-        : output_(std::move(output)), chunk_(chunk), journal_(journal) {}
+    FakeTool(std::string output, std::size_t chunk, std::function<void()> whenWaitedFor,
+             std::function<void()> whenRead)
+        : output_(std::move(output)),
+          chunk_(chunk),
+          whenWaitedFor_(std::move(whenWaitedFor)),
+          whenRead_(std::move(whenRead)) {}
 
-    void waitUntilEnded() override { journal_.emplace_back("wait"); }
+    void waitUntilEnded() override { whenWaitedFor_(); }
 
     std::size_t readOutput(std::span<char> buffer) override {
         const std::size_t size = std::min({buffer.size(), chunk_, output_.size()});
         std::copy_n(output_.begin(), size, buffer.begin());
         output_.erase(0, size);
+        if (size == 0 && !std::exchange(isReadToItsEnd_, true)) whenRead_();
         return size;
     }
 
   private:
     std::string output_;
     std::size_t chunk_;
-    std::vector<std::string>& journal_;
+    std::function<void()> whenWaitedFor_;
+    std::function<void()> whenRead_;
+    bool isReadToItsEnd_ = false;
 };
 
 std::string joinedWords(const std::vector<std::string>& words) {
@@ -53,7 +61,10 @@ class FakeAuthorizations::Fake : public Authorization {
         if (refusal != 0) return {refusal, nullptr};
         if (!owner_.works || owner_.works(command)) owner_.perform(command);
         std::string printed = owner_.output ? owner_.output(command) : "";
-        return {0, std::make_unique<FakeTool>(std::move(printed), owner_.chunk, owner_.journal_)};
+        return {0, std::make_unique<FakeTool>(
+                       std::move(printed), owner_.chunk,
+                       [&journal = owner_.journal_] { journal.emplace_back("wait"); },
+                       [&read = owner_.toolsRead, tool] { read.push_back(tool); })};
     }
 
     void setProgressSink(ProgressSink* progress) override { owner_.progressSink = progress; }

@@ -31,6 +31,8 @@ class FakeAuthorizations : public Authorizations {
     int created = 0;    ///< authorizations made so far
     int destroyed = 0;  ///< and of these, those that are gone
     std::vector<std::uint32_t> obtainedFlags;
+    /// The tools whose output was read to its end, in order.
+    std::vector<std::string> toolsRead;
     ProgressSink* progressSink = nullptr;
 
     [[nodiscard]] std::unique_ptr<Authorization> create() override;

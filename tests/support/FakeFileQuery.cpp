@@ -24,7 +24,10 @@ class FakeFileQueries::Fake : public FileQuery {
         if (isRunning_) results_ = results();
         isRunning_ = false;
     }
-    [[nodiscard]] std::size_t resultCount() const override { return results().size(); }
+    [[nodiscard]] std::size_t resultCount() const override {
+        owner_.countedWhileRunning.push_back(isRunning_);
+        return results().size();
+    }
     [[nodiscard]] FoundFile result(std::size_t index) const override { return results().at(index); }
 
   private:

@@ -20,6 +20,9 @@ class FakeFileQueries : public FileQueries {
     std::map<std::string, std::vector<FoundFile>> found;  ///< by the pattern
     int turnsNeeded = 1;  ///< by each search, until it has its results
 
+    /// For each time that results were counted: whether the search was still running.
+    std::vector<bool> countedWhileRunning;
+
     int created = 0;    ///< queries made so far
     int destroyed = 0;  ///< and of these, those that are gone
 

@@ -95,6 +95,7 @@ bool RecordingLog::has(std::string_view line) const {
 
 std::size_t RecordingAlerts::runModal(const Alert& alert) {
     shown.push_back(alert);
+    if (whenShown) whenShown();
     return answer;
 }
 

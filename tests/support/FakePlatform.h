@@ -95,6 +95,7 @@ class RecordingAlerts : public Alerts {
   public:
     std::vector<Alert> shown;
     std::size_t answer = 0;
+    std::function<void()> whenShown;
     std::size_t runModal(const Alert& alert) override;
 };
 

@@ -81,6 +81,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     setInstallComplete(false);
     setInProgress(true);
     run_.begin();
+    logIsWritten_ = false;
     if (!obtainAuthorization()) return;
 
     const InstallPlan plan = makePlan(hosts);

@@ -154,6 +154,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
         actAs(user_);
         RunReport report = runInstallStep(fake, files, authorizations, faults, atStart);
         actAs(0);
+        report.userMayWriteEverywhere = user_ == 0;
         return report;
     }
 

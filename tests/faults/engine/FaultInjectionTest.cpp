@@ -32,7 +32,7 @@ enum class Rights {
 /// A machine with the scene on its disk, in memory.
 class Machine {
   public:
-    explicit Machine(Rights rights) {
+    explicit Machine(Rights rights) : rights_(rights) {
         prepareFaultScene(fake_, "");
         for (const auto& [path, entry] : fault_scene::disk()) add(path, entry);
         if (rights == Rights::everywhere) return;
@@ -42,7 +42,9 @@ class Machine {
     }
 
     RunReport run(Faults& faults) {
-        return runInstallStep(fake_, fake_.memory, fake_.authorizations, faults);
+        RunReport report = runInstallStep(fake_, fake_.memory, fake_.authorizations, faults);
+        report.userMayWriteEverywhere = rights_ == Rights::everywhere;
+        return report;
     }
 
     [[nodiscard]] DiskTree disk() const {
@@ -63,6 +65,7 @@ class Machine {
         }
     }
 
+    Rights rights_;
     FakePlatform fake_;
 };
 

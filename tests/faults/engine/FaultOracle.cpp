@@ -94,6 +94,11 @@ class Oracle {
         return wasHit({"/bin/rm", "-fR", path}) || wasHit({"exists", path});
     }
 
+    /// The list of editors counts as installed even then.
+    [[nodiscard]] bool writingTheListFailed() const {
+        return wasHit({"createFile", fault_scene::editorList});
+    }
+
     /// A later item replaces one that was installed before, the same one for another host or a
     /// folder that holds it. When that fails, or is refused, the first one is gone.
     [[nodiscard]] bool wasTakenAway(const ExpectedItem& item) const {
@@ -130,12 +135,18 @@ class Oracle {
 
     /// The list of editors is written without a look at the outcome, and counts as installed.
     void checkEditorList() {
+        const bool isListed = isOneOf(fault_scene::editorList, report_.installed);
+        if ((report_.successful || writingTheListFailed()) && !isListed) {
+            complain("the list of editors does not count as installed");
+        }
         const auto list = after_.find(fault_scene::editorList);
         if (list == after_.end() || list->second == before_.at(fault_scene::editorList)) return;
         // A row stands for an application that can be seen.
         if (wasHit({"exists", fault_scene::siblingEditor})) return;
         if (list->second.contents != fault_scene::newEditorList()) {
             complain("the list of editors is neither the old one nor the new one");
+        } else if (!isListed) {
+            complain("the list of editors is the new one, and does not count as installed");
         }
     }
 
@@ -179,7 +190,10 @@ class Oracle {
     void checkListed() {
         const std::string& text = after_.at(fault_scene::installerLog).contents;
         for (const std::string& path : linesOf(text)) {
-            if (path == fault_scene::editorList) continue;
+            if (path == fault_scene::editorList) {
+                checkListedEditorList();
+                continue;
+            }
             const auto item = std::find_if(
                 items_.begin(), items_.end(),
                 [&](const ExpectedItem& candidate) { return candidate.destination == path; });
@@ -192,6 +206,16 @@ class Oracle {
             if (state == State::absent && wasTakenAway(*item)) continue;
             if (state != State::whole)
                 complain("the installer log lists what is not there: " + path);
+        }
+    }
+
+    void checkListedEditorList() {
+        const auto list = after_.find(fault_scene::editorList);
+        const bool isNew =
+            list != after_.end() && list->second != before_.at(fault_scene::editorList);
+        // Nobody asks the administrator to write it.
+        if (!isNew && report_.userMayWriteEverywhere && !writingTheListFailed()) {
+            complain("the installer log lists the list of editors, which was not written");
         }
     }
 

@@ -11,7 +11,8 @@ namespace installer::test {
 
 /// What a run said of itself. Paths are those on its disk.
 struct RunReport {
-    bool successful = false;  ///< as the wizard's last step is told
+    bool successful = false;             ///< as the wizard's last step is told
+    bool userMayWriteEverywhere = true;  ///< without the administrator's rights
     bool hasAuthorization = true;
     bool authDenied = false;
     std::vector<std::string> installed = {};

@@ -239,6 +239,13 @@ TEST_F(EarlierCopiesOfOnePlugIn, TheLoopIsTurnedOnceForASearchThatHasItsResultsA
     EXPECT_EQ(fake.eventLoop.turns, 1);
 }
 
+TEST_F(EarlierCopiesOfOnePlugIn, TheResultsAreCountedOnceForEachNameBeforeTheSearchIsStopped) {
+    memory.addFile(plugIns + "/Y");
+    addFound("X", folder + "/X");
+    unInstall();
+    EXPECT_THAT(fake.fileQueries.countedWhileRunning, ElementsAre(true, true));
+}
+
 TEST_F(EarlierCopiesOfOnePlugIn, OneQueryServesAllNames) {
     memory.addFile(plugIns + "/Y");
     memory.addFile(autoLayerItems + "/Z");

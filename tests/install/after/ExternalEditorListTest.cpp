@@ -159,10 +159,12 @@ TEST_F(ExternalEditorListTest, ARefusalWhileMakingTheFolderLeavesNoFile) {
     EXPECT_THAT(installed, IsEmpty());
 }
 
-TEST_F(ExternalEditorListTest, AFileThatCannotBeWrittenIsNotReported) {
+TEST_F(ExternalEditorListTest, AFileThatCannotBeWrittenCountsAsInstalledAndIsNotReported) {
     memory.addFolder(inkvale);
     failOperation(fake, "createFile");
     configure();
+    EXPECT_FALSE(memory.exists(file));
+    EXPECT_THAT(installed, ElementsAre(file));
     EXPECT_FALSE(engine.run.fileOpErrorOccurred);
     EXPECT_THAT(fake.log.lines, IsEmpty());
     EXPECT_THAT(fake.alerts.shown, IsEmpty());

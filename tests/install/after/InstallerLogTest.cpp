@@ -19,7 +19,10 @@ const std::string logPath = companyFolder + "/Filters 2 Installer.log";
 class InstallerLogTest : public testing::Test {
   protected:
     InstallerLogTest() { memory.addFolder(companyFolder); }
-    void write() { InstallerLog(fake.platform, engine.run, engine.commands).logInstalledPaths(); }
+    /// Whether the log is said to be written.
+    bool write() {
+        return InstallerLog(fake.platform, engine.run, engine.commands).logInstalledPaths();
+    }
 
     EngineParts engine;
     FakePlatform& fake = engine.fake;
@@ -29,13 +32,13 @@ class InstallerLogTest : public testing::Test {
 
 TEST_F(InstallerLogTest, EachPathIsALine) {
     installed = {"/A", "/B"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(logPath), "/A\n/B\n");
 }
 
 TEST_F(InstallerLogTest, TheFileIsMadeByTheAdministratorAndGivenToTheUser) {
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_THAT(
         fake.journal,
         ElementsAre("/bin/rm -fR " + logPath, "wait", "/usr/bin/touch " + logPath, "wait",
@@ -48,7 +51,7 @@ TEST_F(InstallerLogTest, TheFileIsMadeByTheAdministratorAndGivenToTheUser) {
 
 TEST_F(InstallerLogTest, ARunThatInstalledNothingLeavesTheOldLog) {
     memory.addFile(logPath, "/old\n");
-    write();
+    EXPECT_FALSE(write());
     EXPECT_THAT(fake.journal, IsEmpty());
     EXPECT_EQ(memory.contents(logPath), "/old\n");
 }
@@ -56,7 +59,7 @@ TEST_F(InstallerLogTest, ARunThatInstalledNothingLeavesTheOldLog) {
 TEST_F(InstallerLogTest, TheOldListIsReplacedAlsoByAShorterOne) {
     memory.addFile(logPath, "/a/much/longer/old/path\n/and/another\n");
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
 
@@ -65,7 +68,7 @@ TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
                  "/Gr\xC3\xBC\xC3\x9F"
                  "e",
                  "/\xFF"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(logPath),
               "/b\n/a 50%@\n/b\n/Gr\xC3\xBC\xC3\x9F"
               "e\n/\xFF\n");
@@ -74,7 +77,7 @@ TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
 TEST_F(InstallerLogTest, AMissingMakersFolderIsOnlyLogged) {
     memory.removeAsAdministrator(companyFolder);
     installed = {"/A"};
-    write();
+    EXPECT_FALSE(write());
     EXPECT_FALSE(memory.exists(logPath));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
     EXPECT_FALSE(engine.run.fileOpErrorOccurred);
@@ -83,7 +86,7 @@ TEST_F(InstallerLogTest, AMissingMakersFolderIsOnlyLogged) {
 TEST_F(InstallerLogTest, TheLogIsNeverCreatedByTheUser) {
     installed = {"/A"};
     fake.authorizations.works = [](const auto&) { return false; };
-    write();
+    EXPECT_FALSE(write());
     EXPECT_FALSE(memory.exists(logPath));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
 }
@@ -92,7 +95,7 @@ TEST_F(InstallerLogTest, IgnoresRefusedRights) {
     installed = {"/A"};
     memory.addFile(logPath);
     refuseFromCommand(fake, 1);
-    write();
+    EXPECT_TRUE(write());
     EXPECT_FALSE(engine.run.authDenied);
     EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
@@ -101,7 +104,7 @@ TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
     memory.addFile(logPath, "/a/much/longer/old/path\n/and/another\n");
     refuseFromCommand(fake, 1);
     installed = {"/A"};
-    write();
+    EXPECT_TRUE(write());
     EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
 
@@ -113,7 +116,7 @@ class InstallerLogThatCannotBeWritten : public InstallerLogTest {
         Faults faults(plan, 10);
         FailingFileManager files(memory, faults);
         Platform platform = platformWith(files, fake);
-        InstallerLog(platform, engine.run, engine.commands).logInstalledPaths();
+        EXPECT_FALSE(InstallerLog(platform, engine.run, engine.commands).logInstalledPaths());
         EXPECT_FALSE(engine.run.fileOpErrorOccurred);
         EXPECT_THAT(fake.log.lines,
                     ElementsAre("can't write to installer log file: " +

@@ -176,6 +176,15 @@ TEST(DestinationFoldersSetAttributesRecursive, WhatTheEntryIsWasReadBeforeTheCha
                 ElementsAre("setAttributes /a -:- 0000", "setAttributes /a/b -:- 0000"));
 }
 
+// It may be a link to a folder somewhere else.
+TEST(DestinationFoldersSetAttributesRecursive, WhatCannotBeLookedAtIsChangedItselfAndNotEntered) {
+    EngineParts engine;
+    engine.fake.memory.addFile("/a/b");
+    failOperation(engine.fake, "attributes");
+    engine.folders.setAttributesRecursive("/a", withPermissions(0700));
+    EXPECT_THAT(engine.operations(), ElementsAre("setAttributes /a -:- 0700"));
+}
+
 TEST(DestinationFoldersSetAttributesRecursive, AFolderThatCannotBeListedIsChangedItself) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");

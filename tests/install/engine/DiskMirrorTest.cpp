@@ -1,3 +1,4 @@
+#include <chrono>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -237,6 +238,47 @@ TEST_F(DiskMirrorTest, ThePlanIsExactlyWhatIsInstalledInThatOrder) {
                                      mirror + "/Applications/Tool.app",
                                      mirror + supportFolder + "/Acme/One/Presets",
                                      mirror + supportFolder + "/Acme/One/guide.txt"));
+}
+
+TEST_F(DiskMirrorTest, APackageIsRegisteredAlsoAfterAFileOfTheSameFolder) {
+    memory.addFile("/new/file");
+    memory.addFile("/new/Tool.app/x");
+    const std::vector<PlannedItem> items = {{.source = "/new/file",
+                                             .destination = "/D/file",
+                                             .destinationFolder = "/D",
+                                             .rule = InstallRule::productFolder,
+                                             .host = std::nullopt},
+                                            {.source = "/new/Tool.app",
+                                             .destination = "/D/Tool.app",
+                                             .destinationFolder = "/D",
+                                             .rule = InstallRule::mirrorPackage,
+                                             .host = std::nullopt,
+                                             .isPackage = true}};
+    DiskMirror(fake.platform, engine.commands, engine.installer).installFiles(items);
+    EXPECT_THAT(installed, ElementsAre("/D/file", "/D/Tool.app"));
+    EXPECT_THAT(engine.operations(), Contains("register /D/Tool.app"));
+}
+
+TEST_F(DiskMirrorTest, APackageOfAHigherVersionAtTheDestinationIsReplaced) {
+    const std::string tool = "/Applications/Tool.app";
+    memory.addFile(mirror + tool + "/x", "new");
+    memory.addFile(tool + "/x", "old");
+    fake.bundles.informationByPath[mirror + tool] = {{"CFBundleVersion", "1.0"}};
+    fake.bundles.informationByPath[tool] = {{"CFBundleVersion", "9.0"}};
+    install();
+    EXPECT_EQ(memory.contents(tool + "/x"), "new");
+    EXPECT_THAT(installed, ElementsAre(tool));
+}
+
+TEST_F(DiskMirrorTest, AFileOfAProductFolderThatIsNewerAtTheDestinationIsReplaced) {
+    const std::string guide = support + "/Acme/Filters 2/guide.txt";
+    memory.addFile(mirror + guide, "new");
+    memory.addFile(guide, "old");
+    memory.setModificationDate(mirror + guide, FileTime(std::chrono::seconds(100)));
+    memory.setModificationDate(guide, FileTime(std::chrono::seconds(200)));
+    install();
+    EXPECT_EQ(memory.contents(guide), "new");
+    EXPECT_THAT(installed, ElementsAre(guide));
 }
 
 // The text of the mirror's path may end within a name.

@@ -14,9 +14,10 @@
 
 namespace installer::test {
 
-inline constexpr const char* lsregisterCommand =
+inline const std::string lsregisterTool =
     "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
-    "LaunchServices.framework/Versions/A/Support/lsregister -apps";
+    "LaunchServices.framework/Versions/A/Support/lsregister";
+inline const std::string lsregisterCommand = lsregisterTool + " -apps";
 
 inline const std::string payload = "/Installer.app/Contents/Resources/files";
 inline const std::string mirror = payload + "/HD";

@@ -22,6 +22,32 @@ TEST(FileErrorAlerts, AFailedItemFailsTheRunAndIsLoggedAndShown) {
     EXPECT_THAT(alert.buttons, ElementsAre("Go on"));
 }
 
+// The person may leave the alert on the screen for hours, and the machine may be gone by then.
+TEST(FileErrorAlerts, TheFailureIsRecordedAndLoggedBeforeTheAlertIsShown) {
+    EngineParts engine;
+    int shown = 0;
+    engine.fake.alerts.whenShown = [&] {
+        ++shown;
+        EXPECT_TRUE(engine.run.fileOpErrorOccurred);
+        EXPECT_THAT(engine.fake.log.lines, ElementsAre("Could not install file: /a"));
+    };
+    engine.errors.showFileErrorUI("/a");
+    EXPECT_EQ(shown, 1);
+}
+
+TEST(FileErrorAlerts, TheErrorIsRecordedAndLoggedBeforeTheQuestionIsAsked) {
+    EngineParts engine;
+    int shown = 0;
+    engine.fake.alerts.whenShown = [&] {
+        ++shown;
+        EXPECT_TRUE(engine.run.fileOpErrorOccurred);
+        EXPECT_THAT(engine.fake.log.lines,
+                    ElementsAre("File  operation error: disk full with file: /a"));
+    };
+    EXPECT_TRUE(engine.errors.fileManagerShouldProceedAfterError("disk full", "/a"));
+    EXPECT_EQ(shown, 1);
+}
+
 TEST(FileErrorAlerts, MissingTextsAreEmpty) {
     EngineParts engine;
     engine.fake.bundle.tables.clear();

@@ -60,6 +60,18 @@ TEST_F(FileInstallerTest, EachItemIsLoggedAndShownByItsName) {
     EXPECT_THAT(fake.log.lines, ElementsAre("Installing a", "Installing T.app"));
 }
 
+// What takes the time, or ends the installer, is then the last line of the log.
+TEST_F(FileInstallerTest, EachItemIsLoggedBeforeItIsShownAndShownBeforeItIsCopied) {
+    std::vector<std::string> linesWhenShown;
+    FileInstaller installer(fake.platform, engine.run, engine.commands, engine.folders,
+                            engine.errors, [&](const std::string&) {
+                                linesWhenShown = fake.log.lines;
+                                EXPECT_THAT(engine.operations(), IsEmpty());
+                            });
+    installer.installSourceFiles({"/new/a"}, "/D", false, true);
+    EXPECT_THAT(linesWhenShown, ElementsAre("Installing a"));
+}
+
 TEST_F(FileInstallerTest, AMissingTextLeavesTheName) {
     fake.bundle.tables.clear();
     install({"/new/a"});

@@ -202,5 +202,19 @@ TEST_F(HostPayloadTest, ItemsThatAreNewerAtTheDestinationAreReplaced) {
     EXPECT_EQ(memory.contents("/to/a"), "new");
 }
 
+TEST_F(HostPayloadTest, ItemsThatAreNewerInTheFolderOfAHostAreReplaced) {
+    const std::string source = payload + "/PHOTOSHOP_PLUGINS";
+    memory.addFile(source + "/a", "new");
+    memory.addFile("/My Plug-Ins/a", "old");
+    memory.setModificationDate("/My Plug-Ins/a", FileTime(std::chrono::seconds(100)));
+    memory.addFile(source + "/F.plugin/x", "new");
+    memory.addFile("/My Plug-Ins/F.plugin/x", "old");
+    fake.bundles.informationByPath[source + "/F.plugin"] = {{"CFBundleVersion", "1.0"}};
+    fake.bundles.informationByPath["/My Plug-Ins/F.plugin"] = {{"CFBundleVersion", "9.0"}};
+    install(UnknownHostModel(fake.platform, "/My Plug-Ins"));
+    EXPECT_EQ(memory.contents("/My Plug-Ins/a"), "new");
+    EXPECT_EQ(memory.contents("/My Plug-Ins/F.plugin/x"), "new");
+}
+
 }  // namespace
 }  // namespace installer::test

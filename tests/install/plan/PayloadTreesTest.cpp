@@ -42,6 +42,12 @@ TEST_F(PayloadTreesTest, AFolderBelowThatTheTreeDoesNotHoldIsReadByItself) {
     EXPECT_THAT(fake.files.looks, ElementsAre("readTree /top", "readTree /top/link/inner"));
 }
 
+TEST_F(PayloadTreesTest, ALinkInThePlaceOfTheFolderBelowIsReadByItselfToo) {
+    fake.memory.addLink("/top/link", "/elsewhere");
+    EXPECT_THAT(namesOf(trees.entriesBelow("/top", "/top/link")), ElementsAre("unreadable"));
+    EXPECT_THAT(fake.files.looks, ElementsAre("readTree /top", "readTree /top/link"));
+}
+
 TEST_F(PayloadTreesTest, AFolderBelowAnUnreadableOneIsNotReadAgain) {
     fake.memory.addFile("/top/closed/inner/file");
     fake.files.setFault([](const RecordingFileManager::Operation& operation) {

@@ -53,6 +53,12 @@ TEST_F(PayloadWarningsTest, NamePlainFilesOutsideTheProductFoldersOfTheMirror) {
                                      warning(mirrorSupport + "/Other/Product/file")));
 }
 
+TEST_F(PayloadWarningsTest, NameFilesOfAMakerWhoseNameBeginsWithOurMakersName) {
+    memory.addFile(support + "/Acme Two/Product/file");
+    log();
+    EXPECT_THAT(fake.log.lines, ElementsAre(warning(support + "/Acme Two/Product/file")));
+}
+
 TEST_F(PayloadWarningsTest, NameHiddenEntriesWithOneLineForAFolder) {
     memory.addFile(payload + "/.DS_Store");
     memory.addFile(mirror + "/.hidden/Tool.app/x");

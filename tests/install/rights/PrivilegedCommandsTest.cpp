@@ -31,6 +31,7 @@ struct CheckedRow {
     std::string name;
     std::function<Outcome(PrivilegedCommands&)> give;
     std::string executed;
+    bool outputIsRead = true;
 };
 
 class PrivilegedCommandsWithCheckedResult : public testing::TestWithParam<CheckedRow> {};
@@ -40,6 +41,12 @@ TEST_P(PrivilegedCommandsWithCheckedResult, RunsTheToolAndWaitsForItsEnd) {
     EXPECT_EQ(GetParam().give(engine.commands), Outcome::finished);
     EXPECT_THAT(engine.fake.journal, ElementsAre(GetParam().executed, "wait"));
     EXPECT_FALSE(engine.run.authDenied);
+}
+
+TEST_P(PrivilegedCommandsWithCheckedResult, ReadsTheOutputOfEveryToolButMkdir) {
+    EngineParts engine;
+    EXPECT_EQ(GetParam().give(engine.commands), Outcome::finished);
+    EXPECT_EQ(engine.fake.authorizations.toolsRead.size(), GetParam().outputIsRead ? 1U : 0U);
 }
 
 TEST_P(PrivilegedCommandsWithCheckedResult, IsRefusedByEachFatalStatus) {
@@ -72,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
     Commands, PrivilegedCommandsWithCheckedResult,
     testing::Values(
         CheckedRow{"MakeFolders", [](auto& commands) { return commands.makeFolders("/a b"); },
-                   "/bin/mkdir -m775 -p /a b"},
+                   "/bin/mkdir -m775 -p /a b", false},
         CheckedRow{"RemoveItem", [](auto& commands) { return commands.removeItem("/a b"); },
                    "/bin/rm -fR /a b"},
         CheckedRow{"CopyItem", [](auto& commands) { return commands.copyItem("/s", "/a b"); },
@@ -89,6 +96,7 @@ struct UncheckedRow {
     std::string name;
     std::function<void(PrivilegedCommands&)> give;
     std::vector<std::string> executed;
+    std::vector<std::string> read;  ///< the tools whose output is read
 };
 
 class PrivilegedCommandsWithIgnoredResult : public testing::TestWithParam<UncheckedRow> {};
@@ -97,6 +105,12 @@ TEST_P(PrivilegedCommandsWithIgnoredResult, RunTheirTools) {
     EngineParts engine;
     GetParam().give(engine.commands);
     EXPECT_EQ(engine.fake.journal, GetParam().executed);
+}
+
+TEST_P(PrivilegedCommandsWithIgnoredResult, ReadTheOutputOfAllToolsButThatOfMadeFolders) {
+    EngineParts engine;
+    GetParam().give(engine.commands);
+    EXPECT_EQ(engine.fake.authorizations.toolsRead, GetParam().read);
 }
 
 TEST_P(PrivilegedCommandsWithIgnoredResult, ARefusalChangesNothing) {
@@ -118,22 +132,28 @@ INSTANTIATE_TEST_SUITE_P(
     Commands, PrivilegedCommandsWithIgnoredResult,
     testing::Values(UncheckedRow{"GiveFolderToUser",
                                  [](auto& commands) { commands.giveFolderToUser("/a"); },
-                                 {"/usr/sbin/chown -R tester:admin /a", "wait"}},
+                                 {"/usr/sbin/chown -R tester:admin /a", "wait"},
+                                 {}},
                     UncheckedRow{"RemoveQuarantine",
                                  [](auto& commands) { commands.removeQuarantine("/a"); },
-                                 {"/usr/bin/xattr -dr com.apple.quarantine /a", "wait"}},
+                                 {"/usr/bin/xattr -dr com.apple.quarantine /a", "wait"},
+                                 {"/usr/bin/xattr"}},
                     UncheckedRow{"RunLsregisterWithoutWaiting",
                                  [](auto& commands) { commands.runLsregister(); },
-                                 {lsregisterCommand}},
-                    UncheckedRow{"RenewLogFileWithAChmodOfItsOwn",
-                                 [](auto& commands) { commands.renewLogFile("/l"); },
-                                 {"/bin/rm -fR /l", "wait", "/usr/bin/touch /l", "wait",
-                                  "/usr/sbin/chown -R tester:admin /l", "wait",
-                                  "/usr/sbin/chmod -R 0644 /l", "wait"}},
+                                 {lsregisterCommand},
+                                 {lsregisterTool}},
+                    UncheckedRow{
+                        "RenewLogFileWithAChmodOfItsOwn",
+                        [](auto& commands) { commands.renewLogFile("/l"); },
+                        {"/bin/rm -fR /l", "wait", "/usr/bin/touch /l", "wait",
+                         "/usr/sbin/chown -R tester:admin /l", "wait", "/usr/sbin/chmod -R 0644 /l",
+                         "wait"},
+                        {"/bin/rm", "/usr/bin/touch", "/usr/sbin/chown", "/usr/sbin/chmod"}},
                     UncheckedRow{"MakeIdentifierFile",
                                  [](auto& commands) { commands.makeIdentifierFile("/i"); },
                                  {"/usr/bin/touch /i", "wait", "/usr/sbin/chown -R tester:admin /i",
-                                  "wait", "/bin/chmod -R 0664 /i", "wait"}}),
+                                  "wait", "/bin/chmod -R 0664 /i", "wait"},
+                                 {"/usr/bin/touch", "/usr/sbin/chown", "/bin/chmod"}}),
     [](const auto& test) { return test.param.name; });
 
 }  // namespace

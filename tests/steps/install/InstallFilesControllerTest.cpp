@@ -318,6 +318,41 @@ TEST_F(InstallFilesControllerTest, ABundleWithoutPayloadInstallsNothingAndKeepsT
     EXPECT_FALSE(controller.fileOpErrorOccurred());
 }
 
+TEST_F(InstallFilesControllerTest, TheLogIsWrittenAfterARunThatInstalledSomething) {
+    EXPECT_FALSE(controller.installerLogIsWritten());
+    controller.install({customHost()}, false);
+    EXPECT_TRUE(controller.installerLogIsWritten());
+}
+
+TEST_F(InstallFilesControllerTest, TheLogIsNotWrittenAfterARunThatInstalledNothing) {
+    controller.install({customHost()}, false);
+    memory.removeAsAdministrator(payload);
+    controller.install({customHost()}, false);
+    EXPECT_FALSE(controller.installerLogIsWritten());
+}
+
+TEST_F(InstallFilesControllerTest, TheLogIsNotWrittenAfterARunThatCouldNotOpenIt) {
+    controller.install({customHost()}, false);
+    fake.files.setFault([](const RecordingFileManager::Operation& operation) {
+        return operation.front() == "openForWriting"
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+    controller.install({customHost()}, false);
+    EXPECT_FALSE(controller.installerLogIsWritten());
+}
+
+TEST_F(InstallFilesControllerTest, TheLogIsNotWrittenAfterARunWithoutAuthorization) {
+    Lines events;
+    FakeMainController main(events);
+    controller.didEnterWithModel(nullptr, nullptr, &main, 1);
+    ASSERT_TRUE(controller.installerLogIsWritten());
+    // The step has given its authorization back, so the next run asks for another one.
+    fake.authorizations.obtainable = false;
+    controller.install({customHost()}, false);
+    EXPECT_FALSE(controller.installerLogIsWritten());
+}
+
 TEST_F(InstallFilesControllerTest, TheItemsThatFailedAreNamedUntilTheNextRun) {
     failItem("F.plugin");
     controller.install({customHost()}, false);
@@ -605,6 +640,26 @@ TEST_F(InstallFilesControllerStep, ARunAfterAFailedOneCanSucceed) {
     fake.authorizations.works = nullptr;
     enter(1);
     EXPECT_TRUE(controller.successfulInstall());
+}
+
+TEST_F(InstallFilesControllerStep, ARunAfterARefusedOneCanSucceed) {
+    refuseFromCommand(fake, 1);
+    enter(1);
+    ASSERT_TRUE(controller.authDenied());
+    fake.authorizations.status = nullptr;
+    enter(1);
+    EXPECT_FALSE(controller.authDenied());
+    EXPECT_TRUE(controller.successfulInstall());
+}
+
+TEST_F(InstallFilesControllerStep, TheButtonsAreFreedBeforeTheAuthorizationIsGivenBack) {
+    std::vector<int> givenBack;
+    const Subscription each = main.observe([&](Observable::Moment, std::string_view property) {
+        if (property == "enableForward") givenBack.push_back(fake.authorizations.destroyed);
+    });
+    enter(1);
+    EXPECT_THAT(givenBack, ElementsAre(0, 0, 0, 0));
+    EXPECT_EQ(fake.authorizations.destroyed, 1);
 }
 
 // The operations that others call by their names on the controller.
