@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string application = "/Applications/Adobe Photoshop CC 2019";
-const std::string plugIns = "/Library/Application Support/Adobe/Plug-Ins/CC";
+const std::string plugInFolder = "/Library/Application Support/Adobe/Plug-Ins/CC";
 
 class HostPayloadTest : public testing::Test {
   protected:
@@ -40,7 +40,8 @@ class HostPayloadTest : public testing::Test {
 TEST_F(HostPayloadTest, PhotoshopGetsItsApplicationFilesAndThenThePlugIn) {
     addPayloadOfEveryKind();
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019"));
-    EXPECT_THAT(installed, ElementsAre(application + "/Presets/run.jsx", plugIns + "/F.plugin"));
+    EXPECT_THAT(installed,
+                ElementsAre(application + "/Presets/run.jsx", plugInFolder + "/F.plugin"));
 }
 
 TEST_F(HostPayloadTest, AHostThatIsNotSelectedIsInstalledIntoWhenTheCallerSaysSo) {
@@ -55,7 +56,7 @@ TEST_F(HostPayloadTest, TwoHostsThatShareAFolderListItsPathsTwice) {
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x");
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019"));
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2020"));
-    EXPECT_THAT(installed, ElementsAre(plugIns + "/F.plugin", plugIns + "/F.plugin"));
+    EXPECT_THAT(installed, ElementsAre(plugInFolder + "/F.plugin", plugInFolder + "/F.plugin"));
 }
 
 TEST_F(HostPayloadTest, LightroomGetsItsFilesInTheUsersSupportFolder) {
