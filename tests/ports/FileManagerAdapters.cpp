@@ -134,16 +134,17 @@ class FilesInMemory : public FileManagerScene {
 };
 
 template <class Files>
-std::unique_ptr<FileManagerScene> make() {
+std::unique_ptr<FileManagerScene> makeFileManagerScene() {
     return std::make_unique<Files>();
 }
 
-const auto adapters = testing::Values(FileManagerAdapter{"Linux", make<LinuxFiles>},
-                                      FileManagerAdapter{"Memory", make<FilesInMemory>});
+const auto fileManagers =
+    testing::Values(FileManagerAdapter{"Linux", makeFileManagerScene<LinuxFiles>},
+                    FileManagerAdapter{"Memory", makeFileManagerScene<FilesInMemory>});
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(FileManager, FileManagerContractLooking, adapters, AdapterName());
-INSTANTIATE_TEST_SUITE_P(FileManager, FileManagerContractChanging, adapters, AdapterName());
+INSTANTIATE_TEST_SUITE_P(FileManager, FileManagerContractLooking, fileManagers, AdapterName());
+INSTANTIATE_TEST_SUITE_P(FileManager, FileManagerContractChanging, fileManagers, AdapterName());
 
 }  // namespace installer::test

@@ -105,7 +105,7 @@ TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaid) {
 TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaidInItemsThatAreCopiedWholeToo) {
     const std::vector<std::string> closed = {
         mirror + "/Applications/Tool.app/Contents",
-        support + "/Acme/Filters 2/Presets/More",
+        mirrorSupport + "/Acme/Filters 2/Presets/More",
         payload + "/PHOTOSHOP_PLUGINS/Filter.plugin/Contents/MacOS",
     };
     std::vector<std::string> lines;
