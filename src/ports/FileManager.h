@@ -75,6 +75,9 @@ class WritableFile {
 /// waits for a FIFO's other end or for a device. Relative paths mean nothing here: every
 /// operation refuses them, and every path that holds a NUL, as an entry that does not exist.
 ///
+/// No operation logs that a folder cannot be listed: a folder that is missing or closed to the user
+/// is normal during discovery. A caller to whom it matters logs it.
+///
 /// "Follows links" below is about the path's last component; links before it are always followed.
 class FileManager {
   public:

@@ -1,7 +1,9 @@
 #include "tests/support/MemoryFileManager.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
+#include <utility>
 
 #include "foundation/text/Text.h"
 #include "foundation/values/PackageName.h"
@@ -10,6 +12,9 @@
 namespace installer::test {
 
 namespace {
+
+// As many as the kernel follows in one path.
+constexpr int mostLinks = 40;
 
 std::error_code failure(std::errc error) {
     return std::make_error_code(error);
@@ -23,6 +28,18 @@ bool namesAnEntry(const std::string& path) {
     return path.starts_with('/') && path.find('\0') == std::string::npos;
 }
 
+/// The last component first, so that the next one to follow is at the end.
+void pushComponents(const std::string& path, std::vector<std::string>& rest) {
+    const std::vector<std::string> names = split(path, '/');
+    rest.insert(rest.end(), names.rbegin(), names.rend());
+}
+
+std::error_code unlessRegular(const MemoryFileManager::Node& node) {
+    if (node.type == FileType::folder) return failure(std::errc::is_a_directory);
+    if (node.type != FileType::regular) return failure(std::errc::invalid_argument);
+    return {};
+}
+
 }  // namespace
 
 class MemoryFileManager::OpenFile : public WritableFile {
@@ -32,6 +49,7 @@ class MemoryFileManager::OpenFile : public WritableFile {
     std::error_code write(std::string_view text) override {
         Node* file = files_.find(path_);
         if (file == nullptr) return failure(std::errc::io_error);
+        if (file->contents.size() < place_ && !text.empty()) file->contents.resize(place_);
         file->contents.replace(std::min(place_, file->contents.size()), text.size(), text);
         place_ += text.size();
         return {};
@@ -40,6 +58,9 @@ class MemoryFileManager::OpenFile : public WritableFile {
     std::error_code setSize(std::uint64_t size) override {
         Node* file = files_.find(path_);
         if (file == nullptr) return failure(std::errc::io_error);
+        if (size > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+            return failure(std::errc::file_too_large);
+        }
         file->contents.resize(static_cast<std::size_t>(size));
         return {};
     }
@@ -50,69 +71,56 @@ class MemoryFileManager::OpenFile : public WritableFile {
     std::size_t place_ = 0;
 };
 
-MemoryFileManager::MemoryFileManager() {
-    nodes_["/"] = {.type = FileType::folder, .permissions = 0755};
+Result<std::string> MemoryFileManager::located(const std::string& path, LinkAtEnd atEnd) const {
+    if (!namesAnEntry(path)) return failure(std::errc::no_such_file_or_directory);
+    std::vector<std::string> rest;
+    pushComponents(path, rest);
+    std::string at = "/";
+    int links = 0;
+    while (!rest.empty()) {
+        const std::string name = std::move(rest.back());
+        rest.pop_back();
+        if (name.empty() || name == ".") continue;
+        const auto folder = nodes_.find(at);
+        if (folder == nodes_.end()) return failure(std::errc::no_such_file_or_directory);
+        if (folder->second.type != FileType::folder) return failure(std::errc::not_a_directory);
+        const std::string next = name == ".." ? parentPath(at) : joinPath(at, name);
+        const auto node = nodes_.find(next);
+        const bool isEnd = std::all_of(rest.begin(), rest.end(),
+                                       [](const std::string& more) { return more.empty(); });
+        const bool isLink = node != nodes_.end() && node->second.type == FileType::symbolicLink;
+        if (!isLink || (isEnd && atEnd == LinkAtEnd::keep)) {
+            at = next;
+            continue;
+        }
+        if (++links > mostLinks) return failure(std::errc::too_many_symbolic_link_levels);
+        pushComponents(node->second.contents, rest);
+        if (node->second.contents.starts_with('/')) at = "/";
+    }
+    return at;
 }
 
-MemoryFileManager::Node& MemoryFileManager::add(const std::string& path, FileType type) {
-    const std::string parent = parentPath(path);
-    if (parent != "/" && find(parent) == nullptr) addFolder(parent);
-    Node& node = nodes_[withSingleSeparators(path)];
-    node = Node{.type = type, .order = ++nextOrder_};
-    return node;
+Result<std::string> MemoryFileManager::existing(const std::string& path, LinkAtEnd atEnd) const {
+    auto place = located(path, atEnd);
+    if (place && !nodes_.contains(place.value())) {
+        return failure(std::errc::no_such_file_or_directory);
+    }
+    return place;
 }
 
-void MemoryFileManager::addFile(const std::string& path, const std::string& contents,
-                                std::uint32_t permissions) {
-    Node& node = add(path, FileType::regular);
-    node.contents = contents;
-    node.permissions = permissions;
-}
-
-void MemoryFileManager::addFolder(const std::string& path, std::uint32_t permissions) {
-    add(path, FileType::folder).permissions = permissions;
-}
-
-void MemoryFileManager::addLink(const std::string& path, const std::string& target) {
-    Node& node = add(path, FileType::symbolicLink);
-    node.contents = target;
-    node.permissions = 0777;
-}
-
-void MemoryFileManager::addOther(const std::string& path) {
-    add(path, FileType::other);
-}
-
-void MemoryFileManager::setModificationDate(const std::string& path, FileTime date) {
-    if (Node* node = find(path)) node->modificationDate = date;
-}
-
-void MemoryFileManager::makeUnwritable(const std::string& folder) {
-    unwritable_.insert(folder);
-}
-
-const MemoryFileManager::Node* MemoryFileManager::node(const std::string& path) const {
-    const auto found = nodes_.find(withSingleSeparators(path));
-    return found == nodes_.end() ? nullptr : &found->second;
+Result<std::string> MemoryFileManager::listable(const std::string& folder) const {
+    auto place = existing(folder, LinkAtEnd::follow);
+    if (!place) return place;
+    if (nodes_.at(place.value()).type != FileType::folder) {
+        return failure(std::errc::not_a_directory);
+    }
+    if (unlistable_.contains(place.value())) return failure(std::errc::permission_denied);
+    return place;
 }
 
 MemoryFileManager::Node* MemoryFileManager::find(const std::string& path) {
-    if (!namesAnEntry(path)) return nullptr;
-    const auto found = nodes_.find(withSingleSeparators(path));
-    return found == nodes_.end() ? nullptr : &found->second;
-}
-
-std::vector<std::string> MemoryFileManager::paths() const {
-    std::vector<std::string> all;
-    for (const auto& [path, node] : nodes_) {
-        if (path != "/") all.push_back(path);
-    }
-    return all;
-}
-
-std::string MemoryFileManager::contents(const std::string& path) const {
-    const Node* file = node(path);
-    return file == nullptr ? "" : file->contents;
+    const auto place = existing(path, LinkAtEnd::keep);
+    return place ? &nodes_.at(place.value()) : nullptr;
 }
 
 bool MemoryFileManager::mayChange(const std::string& path) const {
@@ -152,11 +160,10 @@ bool MemoryFileManager::exists(const std::string& path) {
 }
 
 Result<std::vector<std::string>> MemoryFileManager::list(const std::string& folder) {
-    const Node* node = find(folder);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (node->type != FileType::folder) return failure(std::errc::not_a_directory);
+    const auto place = listable(folder);
+    if (!place) return place.error();
     std::vector<std::string> names;
-    for (const std::string& path : entriesOf(withSingleSeparators(folder))) {
+    for (const std::string& path : entriesOf(place.value())) {
         names.push_back(lastPathComponent(path));
     }
     return names;
@@ -164,27 +171,40 @@ Result<std::vector<std::string>> MemoryFileManager::list(const std::string& fold
 
 void MemoryFileManager::walk(const std::string& folder, WalkDepth depth,
                              const std::function<void(const WalkEntry&)>& visit) {
-    for (const std::string& path : entriesOf(withSingleSeparators(folder))) {
-        const Node* node = find(path);
-        if (node == nullptr || lastPathComponent(path).starts_with('.')) continue;
-        const bool package = isPackage(path);
-        const bool enter =
-            depth == WalkDepth::everything && node->type == FileType::folder && !package;
-        visit({path, node->type, package});
-        if (enter) walk(path, depth, visit);
+    const auto place = listable(folder);
+    if (place) walkLocated(place.value(), withSingleSeparators(folder), depth, visit);
+}
+
+void MemoryFileManager::walkLocated(const std::string& folder, const std::string& shown,
+                                    WalkDepth depth,
+                                    const std::function<void(const WalkEntry&)>& visit) {
+    std::vector<WalkEntry> entries;
+    for (const std::string& path : entriesOf(folder)) {
+        const std::string name = lastPathComponent(path);
+        if (name.starts_with('.')) continue;
+        entries.push_back({joinPath(shown, name), nodes_.at(path).type, isPackage(path)});
+    }
+    for (const WalkEntry& entry : entries) {
+        visit(entry);
+        const bool enter = entry.type == FileType::folder && !entry.isPackage;
+        const std::string path = joinPath(folder, lastPathComponent(entry.path));
+        if (depth == WalkDepth::everything && enter && listable(path)) {
+            walkLocated(path, entry.path, depth, visit);
+        }
     }
 }
 
-std::vector<TreeEntry> MemoryFileManager::treeEntriesOf(const std::string& folder) {
+std::vector<TreeEntry> MemoryFileManager::treeEntriesOf(const std::string& folder) const {
     std::vector<TreeEntry> entries;
     for (const std::string& path : entriesOf(folder)) {
         const Node& node = nodes_.at(path);
         TreeEntry entry;
         entry.name = lastPathComponent(path);
         entry.type = node.type;
-        entry.isPackage = isPackage(path);
+        entry.isPackage = node.type == FileType::folder && isPackageName(entry.name);
         if (node.type == FileType::regular) entry.bytes = node.contents.size();
-        entry.entries = treeEntriesOf(path);
+        entry.isUnreadable = unlistable_.contains(path);
+        if (!entry.isUnreadable) entry.entries = treeEntriesOf(path);
         entries.push_back(std::move(entry));
     }
     return entries;
@@ -192,11 +212,10 @@ std::vector<TreeEntry> MemoryFileManager::treeEntriesOf(const std::string& folde
 
 Result<std::vector<TreeEntry>> MemoryFileManager::readTree(const std::string& folder,
                                                            ProgressSink* progress) {
-    const Node* node = find(folder);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (node->type != FileType::folder) return failure(std::errc::not_a_directory);
+    const auto place = listable(folder);
+    if (!place) return place.error();
     if (progress != nullptr) progress->bytesCopied(0);
-    return treeEntriesOf(withSingleSeparators(folder));
+    return treeEntriesOf(place.value());
 }
 
 bool MemoryFileManager::isPackage(const std::string& path) {
@@ -205,34 +224,36 @@ bool MemoryFileManager::isPackage(const std::string& path) {
            isPackageName(lastPathComponent(path));
 }
 
-std::error_code MemoryFileManager::copyAsAdministrator(const std::string& source,
-                                                       const std::string& destination) {
-    if (find(source) == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (find(destination) != nullptr) return failure(std::errc::file_exists);
-    const Node* parent = find(parentPath(destination));
-    if (parent == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (parent->type != FileType::folder) return failure(std::errc::not_a_directory);
-    const std::vector<std::string> tree = treeOf(withSingleSeparators(source));
+std::error_code MemoryFileManager::copyLocated(const std::string& source,
+                                               const std::string& destination) {
+    if (nodes_.contains(destination)) return failure(std::errc::file_exists);
+    const std::vector<std::string> tree = treeOf(source);
     for (const std::string& path : tree) {
         if (nodes_.at(path).type == FileType::other) return failure(std::errc::invalid_argument);
+        if (unlistable_.contains(path)) return failure(std::errc::permission_denied);
     }
-    const std::string target = withSingleSeparators(destination);
     for (const std::string& path : tree) {
         Node node = nodes_.at(path);
         node.owner = "tester";
         node.group = "tester";
-        if (path == withSingleSeparators(source)) node.order = ++nextOrder_;
-        nodes_[target + path.substr(withSingleSeparators(source).size())] = node;
+        if (path == source) node.order = ++nextOrder_;
+        nodes_[destination + path.substr(source.size())] = node;
     }
     return {};
 }
 
 std::error_code MemoryFileManager::copy(const std::string& source, const std::string& destination,
                                         ProgressSink* progress) {
-    if (!mayChange(destination)) return failure(std::errc::permission_denied);
-    const std::error_code error = copyAsAdministrator(source, destination);
+    const auto from = existing(source, LinkAtEnd::keep);
+    if (!from) return from.error();
+    const auto to = located(destination, LinkAtEnd::keep);
+    if (!to) return to.error();
+    if (!nodes_.contains(to.value()) && !mayChange(to.value())) {
+        return failure(std::errc::permission_denied);
+    }
+    const std::error_code error = copyLocated(from.value(), to.value());
     if (error || progress == nullptr) return error;
-    for (const std::string& path : treeOf(withSingleSeparators(destination))) {
+    for (const std::string& path : treeOf(to.value())) {
         const Node& node = nodes_.at(path);
         if (node.type == FileType::regular) progress->bytesCopied(node.contents.size());
     }
@@ -240,107 +261,96 @@ std::error_code MemoryFileManager::copy(const std::string& source, const std::st
 }
 
 std::uint64_t MemoryFileManager::bytesToCopy(const std::string& path) {
-    if (find(path) == nullptr) return 0;
+    const auto place = existing(path, LinkAtEnd::keep);
+    if (!place) return 0;
     std::uint64_t bytes = 0;
-    for (const std::string& entry : treeOf(withSingleSeparators(path))) {
+    for (const std::string& entry : treeOf(place.value())) {
         const Node& node = nodes_.at(entry);
-        if (node.type == FileType::regular) bytes += node.contents.size();
+        const bool isHeldBack =
+            std::any_of(unlistable_.begin(), unlistable_.end(),
+                        [&](const std::string& folder) { return isBelow(entry, folder); });
+        if (node.type == FileType::regular && !isHeldBack) bytes += node.contents.size();
     }
     return bytes;
 }
 
-std::error_code MemoryFileManager::removeAsAdministrator(const std::string& path) {
-    if (find(path) == nullptr) return failure(std::errc::no_such_file_or_directory);
-    for (const std::string& entry : treeOf(withSingleSeparators(path))) nodes_.erase(entry);
-    return {};
-}
-
 std::error_code MemoryFileManager::remove(const std::string& path) {
-    if (find(path) == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (!mayChange(path)) return failure(std::errc::permission_denied);
+    const auto place = existing(path, LinkAtEnd::keep);
+    if (!place) return place.error();
+    if (!mayChange(place.value())) return failure(std::errc::permission_denied);
     return removeAsAdministrator(path);
-}
-
-void MemoryFileManager::makeFoldersAsAdministrator(const std::string& folder,
-                                                   std::uint32_t permissions) {
-    if (find(folder) != nullptr) return;
-    makeFoldersAsAdministrator(parentPath(folder), permissions);
-    Node& node = add(folder, FileType::folder);
-    node.permissions = permissions;
 }
 
 std::error_code MemoryFileManager::createFolders(const std::string& folder,
                                                  std::uint32_t permissions) {
     if (!namesAnEntry(folder)) return failure(std::errc::no_such_file_or_directory);
-    if (const Node* node = find(folder)) {
-        return node->type == FileType::folder ? std::error_code{} : failure(std::errc::file_exists);
+    if (find(folder) != nullptr) {
+        const auto followed = existing(folder, LinkAtEnd::follow);
+        const bool isFolder = followed && nodes_.at(followed.value()).type == FileType::folder;
+        return isFolder ? std::error_code{} : failure(std::errc::file_exists);
     }
     if (const std::error_code error = createFolders(parentPath(folder), permissions)) return error;
-    if (!mayChange(folder)) return failure(std::errc::permission_denied);
-    add(folder, FileType::folder).permissions = permissions;
+    const auto place = located(folder, LinkAtEnd::keep);
+    if (!place) return place.error();
+    if (!mayChange(place.value())) return failure(std::errc::permission_denied);
+    add(place.value(), FileType::folder).permissions = permissions;
     return {};
 }
 
 Result<FileAttributes> MemoryFileManager::attributes(const std::string& path) {
-    const Node* node = find(path);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    return FileAttributes{node->type, node->permissions, node->modificationDate};
+    const auto place = existing(path, LinkAtEnd::keep);
+    if (!place) return place.error();
+    const Node& node = nodes_.at(place.value());
+    return FileAttributes{node.type, node.permissions, node.modificationDate};
 }
 
 std::error_code MemoryFileManager::setAttributes(const std::string& path,
                                                  const FileAttributeChanges& changes) {
-    Node* node = find(path);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (!mayChange(path)) return failure(std::errc::operation_not_permitted);
-    if (changes.owner) node->owner = *changes.owner;
-    if (changes.group) node->group = *changes.group;
-    if (changes.permissions && node->type != FileType::symbolicLink) {
-        node->permissions = *changes.permissions;
+    const auto place = existing(path, LinkAtEnd::keep);
+    if (!place) return place.error();
+    if (!mayChange(place.value())) return failure(std::errc::operation_not_permitted);
+    Node& node = nodes_.at(place.value());
+    if (changes.owner) node.owner = *changes.owner;
+    if (changes.group) node.group = *changes.group;
+    if (changes.permissions && node.type != FileType::symbolicLink) {
+        node.permissions = *changes.permissions;
     }
     return {};
 }
 
-void MemoryFileManager::setOwnerAsAdministrator(const std::string& path, const std::string& owner,
-                                                const std::string& group) {
-    if (find(path) == nullptr) return;
-    for (const std::string& entry : treeOf(withSingleSeparators(path))) {
-        nodes_.at(entry).owner = owner;
-        nodes_.at(entry).group = group;
-    }
-}
-
-void MemoryFileManager::setModeAsAdministrator(const std::string& path, std::uint32_t permissions) {
-    if (find(path) == nullptr) return;
-    for (const std::string& entry : treeOf(withSingleSeparators(path))) {
-        Node& node = nodes_.at(entry);
-        if (node.type != FileType::symbolicLink) node.permissions = permissions;
-    }
-}
-
 Result<std::string> MemoryFileManager::read(const std::string& path, std::size_t limit) {
-    const Node* node = find(path);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (node->type == FileType::folder) return failure(std::errc::is_a_directory);
-    if (node->type != FileType::regular) return failure(std::errc::invalid_argument);
-    return node->contents.substr(0, limit);
+    const auto place = existing(path, LinkAtEnd::follow);
+    if (!place) return place.error();
+    const Node& node = nodes_.at(place.value());
+    if (const std::error_code error = unlessRegular(node)) return error;
+    return node.contents.substr(0, limit);
 }
 
 std::error_code MemoryFileManager::createFile(const std::string& path, std::string_view contents) {
-    const Node* parent = find(parentPath(path));
-    if (parent == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (!mayChange(path)) return failure(std::errc::permission_denied);
-    addFile(path, std::string(contents));
+    const auto place = located(path, LinkAtEnd::keep);
+    if (!place) return place.error();
+    if (!mayChange(place.value())) return failure(std::errc::permission_denied);
+    const Node* old = node(place.value());
+    if (old != nullptr && old->type == FileType::folder) {
+        return failure(std::errc::is_a_directory);
+    }
+    addFile(place.value(), std::string(contents));
     return {};
 }
 
 Result<std::unique_ptr<WritableFile>> MemoryFileManager::openForWriting(const std::string& path) {
-    const Node* node = find(path);
-    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
-    if (node->type == FileType::folder) return failure(std::errc::is_a_directory);
-    if (node->type != FileType::regular) return failure(std::errc::invalid_argument);
+    const auto place = existing(path, LinkAtEnd::keep);
+    if (!place) return place.error();
+    const Node& node = nodes_.at(place.value());
+    if (node.type == FileType::symbolicLink) {
+        return failure(std::errc::too_many_symbolic_link_levels);
+    }
+    if (const std::error_code error = unlessRegular(node)) return error;
     // The user may write what the administrator has made over to them, wherever it lies.
-    if (!mayChange(path) && node->owner != "tester") return failure(std::errc::permission_denied);
-    std::unique_ptr<WritableFile> file = std::make_unique<OpenFile>(*this, path);
+    if (!mayChange(place.value()) && node.owner != "tester") {
+        return failure(std::errc::permission_denied);
+    }
+    std::unique_ptr<WritableFile> file = std::make_unique<OpenFile>(*this, place.value());
     return file;
 }
 

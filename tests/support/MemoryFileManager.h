@@ -10,8 +10,9 @@
 
 namespace installer::test {
 
-/// A file system in memory that keeps the promises of `FileManager`. Folders list their entries in
-/// the order in which they were made. Owners are names, so tests can read them.
+/// A file system in memory that keeps the promises of `FileManager`, as the user "tester". Folders
+/// list their entries in the order in which they were made. Owners are names, so tests can read
+/// them; any name is one. There are no hard links and no extended attributes.
 class MemoryFileManager : public FileManager {
   public:
     struct Node {
@@ -38,6 +39,8 @@ class MemoryFileManager : public FileManager {
 
     /// The user may change nothing in this folder and below it: every change there gives EACCES.
     void makeUnwritable(const std::string& folder);
+    /// The user may not list this folder, but reach what is in it.
+    void makeUnlistable(const std::string& folder);
 
     /// The entry at the path, or null. Does not follow links.
     [[nodiscard]] const Node* node(const std::string& path) const;
@@ -76,15 +79,30 @@ class MemoryFileManager : public FileManager {
   private:
     class OpenFile;
 
+    enum class LinkAtEnd { follow, keep };
+
     Node& add(const std::string& path, FileType type);
+    /// The path without links, apart from one at its end that is kept. There need not be an entry,
+    /// but a folder around it.
+    [[nodiscard]] Result<std::string> located(const std::string& path, LinkAtEnd atEnd) const;
+    /// The entry at the path or why there is none. Does not follow a link at the end.
+    [[nodiscard]] Result<std::string> existing(const std::string& path, LinkAtEnd atEnd) const;
+    /// The same for a folder that the user may list. Follows a link at the end.
+    [[nodiscard]] Result<std::string> listable(const std::string& folder) const;
     [[nodiscard]] Node* find(const std::string& path);
+
+    // These take paths as `located` gives them.
     [[nodiscard]] bool mayChange(const std::string& path) const;
     [[nodiscard]] std::vector<std::string> entriesOf(const std::string& folder) const;
-    [[nodiscard]] std::vector<TreeEntry> treeEntriesOf(const std::string& folder);
+    [[nodiscard]] std::vector<TreeEntry> treeEntriesOf(const std::string& folder) const;
     [[nodiscard]] std::vector<std::string> treeOf(const std::string& path) const;
+    void walkLocated(const std::string& folder, const std::string& shown, WalkDepth depth,
+                     const std::function<void(const WalkEntry&)>& visit);
+    std::error_code copyLocated(const std::string& source, const std::string& destination);
 
-    std::map<std::string, Node> nodes_;
+    std::map<std::string, Node> nodes_;  ///< by paths without links before the last component
     std::set<std::string> unwritable_;
+    std::set<std::string> unlistable_;
     std::uint64_t nextOrder_ = 0;
 };
 

@@ -43,10 +43,10 @@ enum class LeftOutReason {
     unknownEntry,       ///< directly in the payload, and none of its four folders
     outsideProducts,    ///< a plain file of the disk mirror, outside the product folders
     linkOrSpecialFile,  ///< a link, FIFO, device or socket that is no part of a larger item
-    unreadableFolder,   ///< what is in it is not known
+    unreadableFolder,   ///< what is in it is not known; it can lie in an item that is copied whole
 };
 
-/// An entry of the payload that no rule takes.
+/// An entry of the payload that no rule takes, or a folder of it that cannot be read.
 struct LeftOutEntry {
     std::string path;
     LeftOutReason reason = LeftOutReason::hidden;

@@ -61,7 +61,12 @@ class LeftOut {
             if (isHidden(entry)) add(joinPath(folder, entry.name), LeftOutReason::hidden);
         }
         for (const TreeEntry& entry : *entries) {
-            if (!isHidden(entry) && !entry.isPackage) (this->*check)(folder, entry);
+            if (isHidden(entry)) continue;
+            if (entry.isPackage) {
+                checkWholeItem(folder, entry);
+            } else {
+                (this->*check)(folder, entry);
+            }
         }
     }
 
@@ -70,7 +75,7 @@ class LeftOut {
         if (entry.type == FileType::folder) {
             const bool isProduct = folder == company_;
             checkFolder(path, readable(entry),
-                        isProduct ? &LeftOut::takeProductEntry : &LeftOut::checkMirrorEntry);
+                        isProduct ? &LeftOut::checkWholeItem : &LeftOut::checkMirrorEntry);
         } else if (entry.type == FileType::regular) {
             add(path, LeftOutReason::outsideProducts);
         } else {
@@ -78,8 +83,12 @@ class LeftOut {
         }
     }
 
-    /// All that is visible in a product folder is installed.
-    void takeProductEntry(const std::string& /*folder*/, const TreeEntry& /*entry*/) {}
+    /// All of the item is copied, but nobody knows what is in its folders that cannot be read.
+    void checkWholeItem(const std::string& folder, const TreeEntry& item) {
+        const std::string path = joinPath(folder, item.name);
+        if (item.isUnreadable) add(path, LeftOutReason::unreadableFolder);
+        for (const TreeEntry& entry : item.entries) checkWholeItem(path, entry);
+    }
 
     void checkHostEntry(const std::string& folder, const TreeEntry& entry) {
         const std::string path = joinPath(folder, entry.name);

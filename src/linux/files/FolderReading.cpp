@@ -8,7 +8,6 @@
 #include <sys/stat.h>
 
 #include "foundation/values/PackageName.h"
-#include "ports/SystemLog.h"
 #include "privileged/system/FileDescriptor.h"
 #include "privileged/system/SystemError.h"
 
@@ -34,17 +33,12 @@ Result<std::vector<FolderEntry>> listFolderAt(const std::string& folder, int lin
     return listFolder(opened.get());
 }
 
-void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error) {
-    if (error == std::errc::no_such_file_or_directory) return;
-    log.log("Could not list the folder " + folder + ": " + error.message());
-}
-
 namespace {
 
 class FolderWalk {
   public:
-    FolderWalk(SystemLog& log, WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
-        : log_(log), depth_(depth), visit_(visit) {}
+    FolderWalk(WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
+        : depth_(depth), visit_(visit) {}
 
     void run(const std::string& folder) {
         enter(folder, 0);
@@ -75,11 +69,10 @@ class FolderWalk {
 
     void enter(const std::string& folder, int linkFlag) {
         auto entries = listFolderAt(folder, linkFlag);
-        if (!entries) return reportUnlisted(log_, folder, entries.error());
+        if (!entries) return;
         levels_.push_back({folder == "/" ? folder : folder + '/', std::move(entries).value()});
     }
 
-    SystemLog& log_;
     WalkDepth depth_;
     const std::function<void(const WalkEntry&)>& visit_;
     std::vector<Level> levels_;
@@ -87,7 +80,7 @@ class FolderWalk {
 
 class TreeReading {
   public:
-    TreeReading(SystemLog& log, ProgressSink* progress) : log_(log), progress_(progress) {}
+    explicit TreeReading(ProgressSink* progress) : progress_(progress) {}
 
     Result<std::vector<TreeEntry>> read(const std::string& folder) { return read(folder, 0); }
 
@@ -96,10 +89,7 @@ class TreeReading {
     Result<std::vector<TreeEntry>> read(const std::string& folder, int linkFlag) {
         auto entries = entriesIn(folder, linkFlag);
         if (progress_ != nullptr) progress_->bytesCopied(0);
-        if (!entries) {
-            reportUnlisted(log_, folder, entries.error());
-            return entries;
-        }
+        if (!entries) return entries;
         for (TreeEntry& entry : entries.value()) {
             if (entry.type != FileType::folder) continue;
             const std::string path = (folder == "/" ? folder : folder + '/') + entry.name;
@@ -139,21 +129,19 @@ class TreeReading {
                 .first->second;
     }
 
-    SystemLog& log_;
     ProgressSink* progress_;
     std::map<std::pair<dev_t, ino_t>, std::uint64_t> sharedFiles_;
 };
 
 }  // namespace
 
-void walkFolder(SystemLog& log, const std::string& folder, WalkDepth depth,
+void walkFolder(const std::string& folder, WalkDepth depth,
                 const std::function<void(const WalkEntry&)>& visit) {
-    FolderWalk(log, depth, visit).run(folder);
+    FolderWalk(depth, visit).run(folder);
 }
 
-Result<std::vector<TreeEntry>> readFolderTree(SystemLog& log, const std::string& folder,
-                                              ProgressSink* progress) {
-    return TreeReading(log, progress).read(folder);
+Result<std::vector<TreeEntry>> readFolderTree(const std::string& folder, ProgressSink* progress) {
+    return TreeReading(progress).read(folder);
 }
 
 }  // namespace installer

@@ -91,10 +91,7 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
     auto entries = listFolderAt(*path, 0);
-    if (!entries) {
-        reportUnlisted(log_, folder, entries.error());
-        return entries.error();
-    }
+    if (!entries) return entries.error();
     std::vector<std::string> names;
     names.reserve(entries.value().size());
     for (auto& entry : entries.value()) names.push_back(std::move(entry.name));
@@ -103,14 +100,14 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
 
 void LinuxFileManager::walk(const std::string& folder, WalkDepth depth,
                             const std::function<void(const WalkEntry&)>& visit) {
-    if (const auto path = usablePath(folder)) walkFolder(log_, *path, depth, visit);
+    if (const auto path = usablePath(folder)) walkFolder(*path, depth, visit);
 }
 
 Result<std::vector<TreeEntry>> LinuxFileManager::readTree(const std::string& folder,
                                                           ProgressSink* progress) {
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
-    return readFolderTree(log_, *path, progress);
+    return readFolderTree(*path, progress);
 }
 
 bool LinuxFileManager::isPackage(const std::string& path) {

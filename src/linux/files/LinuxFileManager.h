@@ -23,8 +23,7 @@ class LinuxFileManager : public FileManager {
     /// have made links, else any.
     [[nodiscard]] static LinkPolicy linkPolicyOfThisProcess();
 
-    /// The log is told of entries that cannot be looked at and of folders that cannot be listed,
-    /// though they exist; it outlives this object.
+    /// `exists` logs entries that it cannot look at. The log outlives this object.
     explicit LinuxFileManager(SystemLog& log, LinkPolicy policy = linkPolicyOfThisProcess())
         : log_(log), policy_(policy) {}
 

@@ -13,6 +13,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
 
 const std::string mirrorSupport = mirror + "/Library/Application Support";
 
@@ -105,6 +106,22 @@ TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaid) {
     log();
     EXPECT_THAT(fake.log.lines, ElementsAre("This payload folder cannot be read: " + payload +
                                             "/PHOTOSHOP/Presets"));
+}
+
+TEST_F(PayloadWarningsTest, AFolderThatCannotBeReadIsSaidInItemsThatAreCopiedWholeToo) {
+    const std::vector<std::string> closed = {
+        mirror + "/Applications/Tool.app/Contents",
+        mirrorSupport + "/Acme/Filters 2/Presets/More",
+        payload + "/PHOTOSHOP_PLUGINS/Filter.plugin/Contents/MacOS",
+    };
+    std::vector<std::string> lines;
+    for (const std::string& folder : closed) {
+        memory.addFile(folder + "/file");
+        memory.makeUnlistable(folder);
+        lines.push_back("This payload folder cannot be read: " + folder);
+    }
+    log();
+    EXPECT_THAT(fake.log.lines, UnorderedElementsAreArray(lines));
 }
 
 TEST_F(PayloadWarningsTest, NothingIsChanged) {

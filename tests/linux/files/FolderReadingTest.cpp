@@ -98,21 +98,6 @@ TEST_F(FolderReadingTest, NamesOfOneFileAreTold) {
     EXPECT_EQ(named(entries.value(), "alone").sharedFile, 0U);
 }
 
-TEST_F(FolderReadingTest, AFolderThatCannotBeListedIsMarkedAndLogged) {
-    disk_.makeFolder("a");
-    disk_.makeFolder("a/closed", 0);
-    disk_.makeFile("a/open", "1");
-    EXPECT_EQ(asOrdinaryUser([this] {
-                  std::string text;
-                  for (const std::string& line : tree(path("a"))) text += line + "; ";
-                  for (const std::string& line : log_.lines) text += line + "; ";
-                  return text;
-              }),
-              "closed/ (unreadable); open 1; Could not list the folder " + path("a/closed") +
-                  ": Permission denied; ");
-    disk_.setMode("a/closed", 0755);
-}
-
 TEST_F(FolderReadingTest, AMissingTreeIsAnErrorAndAFileIsNoTree) {
     disk_.makeFile("file");
     EXPECT_EQ(files_.readTree(path("missing"), nullptr).error(),
@@ -132,25 +117,6 @@ TEST_F(FolderReadingTest, TheSinkIsToldOfEachFolderWithoutBytes) {
     Sink sink;
     EXPECT_TRUE(files_.readTree(path("a"), &sink));
     EXPECT_THAT(sink.calls, ElementsAre(0U, 0U));
-}
-
-TEST_F(FolderReadingTest, TheTreeInMemoryKeepsTheSamePromises) {
-    MemoryFileManager memory;
-    memory.addFile("/a/.hidden/x", "1");
-    memory.addFile("/a/Tool.app/Contents/x", "123");
-    memory.addLink("/a/link", "/a/.hidden");
-    memory.addOther("/a/fifo");
-    std::vector<std::string> lines;
-    const auto entries = memory.readTree("/a", nullptr);
-    ASSERT_TRUE(entries);
-    describe(entries.value(), "", lines);
-    // In the order in which they were made.
-    EXPECT_THAT(lines,
-                ElementsAre(".hidden/", ".hidden/x 1", "Tool.app/ (package)", "Tool.app/Contents/",
-                            "Tool.app/Contents/x 3", "link@", "fifo?"));
-    EXPECT_EQ(memory.readTree("/missing", nullptr).error(), std::errc::no_such_file_or_directory);
-    EXPECT_EQ(memory.readTree("/a/Tool.app/Contents/x", nullptr).error(),
-              std::errc::not_a_directory);
 }
 
 }  // namespace

@@ -213,18 +213,6 @@ TEST_F(LinuxFileManagerTest, ExistsLogsWhatItCannotLookAt) {
               std::vector<std::string>{"Could not look at " + tooLong + ": File name too long"});
 }
 
-TEST_F(LinuxFileManagerTest, ListAndWalkLogWhichFolderCannotBeListedUnlessItIsMissing) {
-    disk_.makeFile("file");
-    walked(path("missing"), WalkDepth::everything);
-    EXPECT_FALSE(files_.list(path("missing")));
-    EXPECT_TRUE(log_.lines.empty());
-    const std::string line = "Could not list the folder " + path("file") + ": Not a directory";
-    walked(path("file"), WalkDepth::everything);
-    EXPECT_EQ(log_.lines, std::vector<std::string>{line});
-    EXPECT_FALSE(files_.list(path("file")));
-    EXPECT_EQ(log_.lines, (std::vector<std::string>{line, line}));
-}
-
 TEST_F(LinuxFileManagerTest, WalkBearsThatTheVisitorChangesTheTree) {
     disk_.makeFolder("a");
     for (const char* name : {"a/x", "a/y"}) {
