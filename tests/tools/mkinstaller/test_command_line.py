@@ -202,7 +202,7 @@ def completed(*words):
     return set(result.stdout.split())
 
 
-class Surroundings(unittest.TestCase):
+class CommandLineSurroundings(unittest.TestCase):
     """The completion and the manual page know the verbs and options that the program has."""
 
     def test_verbs_are_completed(self):
