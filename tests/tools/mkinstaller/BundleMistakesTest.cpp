@@ -61,7 +61,7 @@ TEST_F(BundleMistakesTest, AreTheSameAsInItsSources) {
     expectOnly("M040", "Resources/de.lproj/proceed.rtf");
 }
 
-TEST(BundleMistakes, TheSampleHasNone) {
+TEST_F(BundleMistakesTest, TheSampleHasNone) {
     EXPECT_EQ(printed(lintAt(SAMPLE_BUNDLE)), "");
 }
 

@@ -175,7 +175,14 @@ INSTANTIATE_TEST_SUITE_P(
                 {"M067"}}),
     nameOfMistake);
 
-TEST(LayoutMistakes, AreNoneInTheKitsOwnLayoutsEvenWhereTheyDifferByABlank) {
+TEST(LayoutMistakesTest, AreNoneWhereAProductHasThePicturesThatTheLayoutsOffer) {
+    const ProductFolder product;
+    product.write("Sidebar.png", kitFile("checkmark.png"));
+    product.write("Sidebar-Dark.png", kitFile("checkmark.png"));
+    EXPECT_EQ(printed(product.lint()), "");
+}
+
+TEST(LayoutMistakesTest, AreNoneInTheKitsOwnLayoutsEvenWhereTheyDifferByABlank) {
     const ProductFolder product;
     for (const char* name : {mainWindow, customInstall, stepRow}) {
         product.write(name, kitFile(name) + "\n");
@@ -183,7 +190,7 @@ TEST(LayoutMistakes, AreNoneInTheKitsOwnLayoutsEvenWhereTheyDifferByABlank) {
     EXPECT_EQ(printed(product.lint()), "");
 }
 
-TEST(LayoutMistakes, AreNoneWhereALayoutBringsItsOwnTextAndPicture) {
+TEST(LayoutMistakesTest, AreNoneWhereALayoutBringsItsOwnTextAndPicture) {
     const ProductFolder product;
     layoutWith(mainWindow, "failureReasonLabel",
                "<property name=\"pixmap\"><pixmap>banner.png</pixmap></property>")(product);

@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
                 mirror + "Applications/Tool.app/Contents/Info.plist", "org.gimp"}),
     nameOfMistake);
 
-TEST(PayloadMistakes, AreNoneInPackagesWhereTheyBelong) {
+TEST(PayloadMistakesTest, AreNoneInPackagesWhereTheyBelong) {
     const ProductFolder made;
     package(mirror + "Applications/Filters 2.app")(made);
     package(product + "Updater.app", "com.acme.filters.updater")(made);

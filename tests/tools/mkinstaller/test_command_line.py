@@ -5,12 +5,16 @@ import json
 import os
 import pathlib
 import pty
+import re
 import subprocess
 import sys
 import tempfile
 import unittest
 
 PROGRAM = pathlib.Path(sys.argv.pop(1))
+COMPLETION = PROGRAM.parent / "mkinstaller.bash"
+MANUAL = PROGRAM.parent / "mkinstaller.1"
+VERBS = ("new", "lint", "build", "help")
 
 
 def run(*arguments, **environment):
@@ -179,6 +183,48 @@ class CommandLine(unittest.TestCase):
 
     def test_help_on_the_last_code_of_a_group_ends_with_it(self):
         self.assertNotIn("Tables of texts", run("help", "M009").stdout)
+
+
+def options_of(verb):
+    """The long options that the program itself says it has."""
+    return set(re.findall(r"--[a-z]+", run(verb, "--help").stdout))
+
+
+def completed(*words):
+    """What bash offers for the last one of the words."""
+    script = (
+        f"source '{COMPLETION}'; COMP_WORDS=(mkinstaller \"$@\"); COMP_CWORD=$#; _mkinstaller; "
+        'printf "%s\\n" "${COMPREPLY[@]}"'
+    )
+    result = subprocess.run(
+        ["bash", "-c", script, "bash", *words], capture_output=True, text=True, check=True
+    )
+    return set(result.stdout.split())
+
+
+class CommandLineSurroundings(unittest.TestCase):
+    """The completion and the manual page know the verbs and options that the program has."""
+
+    def test_verbs_are_completed(self):
+        self.assertEqual({*VERBS, "--help", "--version"}, completed(""))
+        self.assertEqual({"lint"}, completed("li"))
+        self.assertEqual(set(VERBS), completed("help", ""))
+
+    def test_the_options_of_each_verb_are_completed(self):
+        for verb in ("new", "lint", "build"):
+            with self.subTest(verb):
+                self.assertEqual(options_of(verb), completed(verb, "--"))
+
+    def test_what_is_no_option_is_completed_as_a_folder(self):
+        folder = str(PROGRAM.parent / "runtime")
+        self.assertEqual({folder}, completed("lint", folder[:-2]))
+
+    def test_the_manual_page_names_every_verb_and_option(self):
+        manual = MANUAL.read_text("utf-8").replace("\\-", "-")
+        for verb in VERBS:
+            self.assertIn(verb, manual)
+            for option in options_of(verb):
+                self.assertIn(option, manual)
 
 
 if __name__ == "__main__":

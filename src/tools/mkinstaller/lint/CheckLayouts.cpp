@@ -158,6 +158,16 @@ std::vector<OwnLayout> ownLayouts(const Product& product, const Kit& kit) {
     return layouts;
 }
 
+std::vector<OwnLayout> kitLayouts(const Kit& kit) {
+    std::vector<OwnLayout> layouts;
+    for (const std::string& name : sortedNames(kit.resources())) {
+        if (suffixOf(name) == "ui") {
+            layouts.push_back({joinPath(kit.resources(), name), stemOf(name)});
+        }
+    }
+    return layouts;
+}
+
 LayoutNeeds needsOf(const std::vector<OwnLayout>& layouts) {
     LayoutNeeds needs;
     for (const OwnLayout& own : layouts) {
@@ -168,6 +178,10 @@ LayoutNeeds needsOf(const std::vector<OwnLayout>& layouts) {
         for (const LayoutFile::Widget& widget : layout.widgets) {
             for (const LayoutFile::Property& property : widget.properties) {
                 if (isTextKeyProperty(property.name)) needs.textKeys.insert(property.value);
+                if (property.name != pictureNameProperty) continue;
+                // In a dark window the second one is shown.
+                needs.pictures.insert(property.value + ".png");
+                needs.pictures.insert(property.value + "-Dark.png");
             }
         }
     }

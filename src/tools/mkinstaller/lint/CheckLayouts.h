@@ -16,6 +16,8 @@ struct OwnLayout {
     std::string description;  ///< such as "MainWindow"
 };
 [[nodiscard]] std::vector<OwnLayout> ownLayouts(const Product& product, const Kit& kit);
+/// The kit's own layouts, which a product has where it brings none.
+[[nodiscard]] std::vector<OwnLayout> kitLayouts(const Kit& kit);
 
 /// What the layouts need of the product: texts by their keys, pictures by their file names.
 struct LayoutNeeds {

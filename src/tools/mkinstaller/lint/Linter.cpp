@@ -47,7 +47,10 @@ std::vector<Finding> lint(const Product& product, const Kit& kit, SystemLog& not
     const LintContext context{product, kit, findings};
     const TextTables tables(product, kit);
     const auto layouts = ownLayouts(product, kit);
-    checkSources(context, tables, needsOf(layouts));
+    LayoutNeeds needs = needsOf(layouts);
+    // Pictures that the kit's layouts show where a product has them.
+    needs.pictures.merge(needsOf(kitLayouts(kit)).pictures);
+    checkSources(context, tables, needs);
 
     NoLog log;
     ProductBundle bundle(product, kit);

@@ -1,0 +1,28 @@
+# Completion of mkinstaller's verbs and options for bash.
+
+_mkinstaller() {
+    local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+    local verb=${COMP_WORDS[1]} words=
+    COMPREPLY=()
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        words="new lint build help --help --version"
+    elif [ "$previous" = --output ]; then
+        words=
+    else
+        case $verb in
+            new) words="--company --product --id --website --languages --help" ;;
+            lint) words="--json --strict --help" ;;
+            build) words="--output --help" ;;
+            help) words="new lint build help" ;;
+        esac
+    fi
+    case $word in
+        -*) ;;
+        *) [ "$verb" = help ] || [ "$COMP_CWORD" -eq 1 ] || words= ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    # What is no option is a folder.
+    [ ${#COMPREPLY[@]} -gt 0 ] || mapfile -t COMPREPLY < <(compgen -d -- "$word")
+}
+
+complete -o filenames -F _mkinstaller mkinstaller
