@@ -14,14 +14,14 @@ struct Name {
     const char* word;
 };
 
-class HelpWord : public testing::TestWithParam<Name> {};
+class HelpPageWord : public testing::TestWithParam<Name> {};
 
-TEST_P(HelpWord, IsTheNameWithoutWhiteSpaceInSmallLetters) {
+TEST_P(HelpPageWord, IsTheNameWithoutWhiteSpaceInSmallLetters) {
     EXPECT_EQ(helpWord(GetParam().productName), GetParam().word);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, HelpWord,
+    Names, HelpPageWord,
     testing::Values(Name{"Words", "Photo Tool 2", "phototool2"},
                     Name{"Ends", "  Photo  Tool ", "phototool"},
                     Name{"OtherSpaces", "Photo\tTool\u00A0\u20032\u3000", "phototool2"},

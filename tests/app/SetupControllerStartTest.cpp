@@ -180,9 +180,11 @@ TEST_F(SetupControllerStartTest, AfterItsEndItFollowsNothing) {
 }
 
 /// Descriptions that lack something which the wizard survives.
-class IncompleteWindow : public WizardTest, public testing::WithParamInterface<const char*> {};
+class SetupControllerStartWithAnIncompleteWindow : public WizardTest,
+                                                   public testing::WithParamInterface<const char*> {
+};
 
-TEST_P(IncompleteWindow, StillLeadsThroughTheWizard) {
+TEST_P(SetupControllerStartWithAnIncompleteWindow, LeadsThroughTheWizard) {
     addPhotoshop("Adobe Photoshop CS6");
     fake.interfaces.prepared["MainWindow"].missing = {GetParam()};
     make();
@@ -196,7 +198,7 @@ TEST_P(IncompleteWindow, StillLeadsThroughTheWizard) {
     EXPECT_EQ(timesClosed(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(Without, IncompleteWindow,
+INSTANTIATE_TEST_SUITE_P(Without, SetupControllerStartWithAnIncompleteWindow,
                          testing::Values("stepIndicatorView", "licenseView", "hostsView", "rtfView",
                                          "installFilesView", "registerView", "foundHostsController",
                                          "installProgress"),
@@ -211,16 +213,17 @@ TEST_F(SetupControllerStartTest, WithoutRowsTheWizardWorks) {
 }
 
 /// Parts without which the window is of no use.
-class UnusableWindow : public WizardTest, public testing::WithParamInterface<const char*> {};
+class SetupControllerStartWithAnUnusableWindow : public WizardTest,
+                                                 public testing::WithParamInterface<const char*> {};
 
-TEST_P(UnusableWindow, IsToldByTheNameOfWhatIsMissing) {
+TEST_P(SetupControllerStartWithAnUnusableWindow, NamesWhatIsMissing) {
     fake.interfaces.prepared["MainWindow"].missing = {GetParam()};
     make();
     const auto interface = fake.interfaces.load("MainWindow", *wizard);
     EXPECT_EQ(missingPartOfMainWindow(*interface), GetParam());
 }
 
-TEST_P(UnusableWindow, IsSurvivedAllTheSame) {
+TEST_P(SetupControllerStartWithAnUnusableWindow, StillPerformsActions) {
     fake.interfaces.prepared["MainWindow"].missing = {GetParam()};
     start();
     wizard->performAction("hideWindow", nullptr);
@@ -229,7 +232,7 @@ TEST_P(UnusableWindow, IsSurvivedAllTheSame) {
     EXPECT_EQ(textOf("mainLabelText"), "???");
 }
 
-INSTANTIATE_TEST_SUITE_P(Without, UnusableWindow,
+INSTANTIATE_TEST_SUITE_P(Without, SetupControllerStartWithAnUnusableWindow,
                          testing::Values("mainWindow", "dynamicView", "forwardButton",
                                          "backwardButton"),
                          [](const auto& row) { return std::string(row.param); });

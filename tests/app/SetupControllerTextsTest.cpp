@@ -203,22 +203,23 @@ struct TextRow {
     const char* expected;
 };
 
-class TextOfTheWindow : public WizardTest, public testing::WithParamInterface<TextRow> {};
+class SetupControllerTextsOfTheWindow : public WizardTest,
+                                        public testing::WithParamInterface<TextRow> {};
 
-TEST_P(TextOfTheWindow, ComesFromTheDefaultTable) {
+TEST_P(SetupControllerTextsOfTheWindow, ComeFromTheDefaultTable) {
     fake.bundle.tables["Localizable"][GetParam().key] = GetParam().text;
     start();
     EXPECT_EQ(textOf(GetParam().property), GetParam().expected);
 }
 
-TEST_P(TextOfTheWindow, IsEmptyWhenItIsMissing) {
+TEST_P(SetupControllerTextsOfTheWindow, AreEmptyWhenTheyAreMissing) {
     fake.bundle.tables.clear();
     start();
     EXPECT_EQ(textOf(GetParam().property), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Texts, TextOfTheWindow,
+    Texts, SetupControllerTextsOfTheWindow,
     testing::Values(
         TextRow{"windowTitle", "main_wnd_title_fmt", "%@ Installer", "Filters 2 Installer"},
         TextRow{"aboutMenuText", "about_menu_fmt", "About %@", "About Filters 2"},

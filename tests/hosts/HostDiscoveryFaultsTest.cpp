@@ -51,7 +51,7 @@ int failInTurn(FakePlatform& fake, const Use& use) {
     return injected;
 }
 
-class DiscoveryFaults : public testing::Test {
+class HostDiscoveryFaults : public testing::Test {
   protected:
     void addApplication(const std::string& name) {
         fake_.memory.addFolder("/Applications/" + name + "/" + name + ".app");
@@ -77,7 +77,7 @@ class DiscoveryFaults : public testing::Test {
     FakePlatform fake_;
 };
 
-TEST_F(DiscoveryFaults, GiveFewerHostsAndTheOthersAsTheyAre) {
+TEST_F(HostDiscoveryFaults, GiveFewerHostsAndTheOthersAsTheyAre) {
     addPathsFile("Adobe Photoshop CS6");
     addPathsFile("Adobe Photoshop CC 2015");
     addSettingsFile("Adobe Photoshop CC 2019");
@@ -94,7 +94,7 @@ TEST_F(DiscoveryFaults, GiveFewerHostsAndTheOthersAsTheyAre) {
     EXPECT_GT(injected, 100);
 }
 
-TEST_F(DiscoveryFaults, OfALicenseGiveItWholeOrNotAtAll) {
+TEST_F(HostDiscoveryFaults, AFailedReadOfTheLicenseGivesItWholeOrNotAtAll) {
     fake_.bundle.resources["license.txt"] = "/license.txt";
     fake_.memory.addFile("/license.txt", "All rights reserved");
     failInTurn(fake_, [](Platform& platform) {
@@ -103,7 +103,7 @@ TEST_F(DiscoveryFaults, OfALicenseGiveItWholeOrNotAtAll) {
     });
 }
 
-TEST_F(DiscoveryFaults, OfAPageGiveItOrALineInTheSystemLog) {
+TEST_F(HostDiscoveryFaults, AFailedReadOfAPageIsLogged) {
     fake_.bundle.resources["page.rtf"] = "/page.rtf";
     fake_.memory.addFile("/page.rtf", "{\\rtf1 text}");
     failInTurn(fake_, [&](Platform& platform) {

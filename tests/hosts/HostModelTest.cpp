@@ -47,7 +47,7 @@ struct AnswerRow {
 
 class HostModelAnswers : public testing::TestWithParam<AnswerRow> {};
 
-TEST_P(HostModelAnswers, ByPropertyName) {
+TEST_P(HostModelAnswers, AreGivenByPropertyName) {
     FakePlatform fake;
     fake.bundle.tables["Localizable"]["custom_path"] = "Custom folder";
     const HostModel host = hostOf(GetParam().kind, fake.platform);
@@ -61,7 +61,7 @@ TEST_P(HostModelAnswers, ByPropertyName) {
     EXPECT_EQ(host.displaySortOrder(), GetParam().displaySortOrder);
 }
 
-TEST_P(HostModelAnswers, NoOtherName) {
+TEST_P(HostModelAnswers, AreGivenToNoOtherName) {
     FakePlatform fake;
     const HostModel host = hostOf(GetParam().kind, fake.platform);
     for (const char* name : {"", "hostname", "hostName", "displaySortOrder", "HostIsInstalled"}) {

@@ -28,9 +28,9 @@ struct VersionRow {
     std::uint64_t displaySortOrder;
 };
 
-class PhotoshopVersion : public testing::TestWithParam<VersionRow> {};
+class PhotoshopHostModelNameVersion : public testing::TestWithParam<VersionRow> {};
 
-TEST_P(PhotoshopVersion, FollowsFromTheName) {
+TEST_P(PhotoshopHostModelNameVersion, FollowsFromTheName) {
     const PhotoshopHostModel host = hostNamed(GetParam().name);
     EXPECT_EQ(host.version(), GetParam().version);
     EXPECT_EQ(host.minorVersion(), GetParam().minorVersion);
@@ -38,7 +38,7 @@ TEST_P(PhotoshopVersion, FollowsFromTheName) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    CreativeSuite, PhotoshopVersion,
+    CreativeSuite, PhotoshopHostModelNameVersion,
     testing::Values(
         VersionRow{"Adobe Photoshop CS", 0, 0, 1000}, VersionRow{"Adobe Photoshop CS2", 2, 0, 998},
         VersionRow{"Adobe Photoshop CS3", 3, 0, 997}, VersionRow{"Adobe Photoshop CS4", 4, 0, 996},
@@ -53,7 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return rowName(row.param.name); });
 
 INSTANTIATE_TEST_SUITE_P(
-    CreativeCloud, PhotoshopVersion,
+    CreativeCloud, PhotoshopHostModelNameVersion,
     testing::Values(VersionRow{"Adobe Photoshop CC", 7, 0, 993},
                     VersionRow{"Adobe Photoshop CC 2014", 2014, 0, 4294966282U},
                     VersionRow{"Adobe Photoshop CC 2015", 2015, 0, 4294966281U},
@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Characters count, however many bytes each of them takes.
 INSTANTIATE_TEST_SUITE_P(
-    OtherScripts, PhotoshopVersion,
+    OtherScripts, PhotoshopHostModelNameVersion,
     testing::Values(VersionRow{"Adobe Photoshop CC\u20142019", 2019, 0, 4294966277U},
                     VersionRow{"Adobe Photoshop CC\U0001F4F72019.3", 2019, 3, 4294966277U},
                     VersionRow{"Adobe Photoshop CC 201\u00E9", 201, 0, 799},
@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return rowName(row.param.name); });
 
 INSTANTIATE_TEST_SUITE_P(
-    Elements, PhotoshopVersion,
+    Elements, PhotoshopHostModelNameVersion,
     testing::Values(VersionRow{"Adobe Photoshop Elements", 0, 0, 3000},
                     VersionRow{"Adobe Photoshop Elements 11", 11, 0, 2989},
                     VersionRow{"Adobe Photoshop Elements 11 Editor", 11, 0, 2989},
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(
                     VersionRow{"Adobe Photoshop CS6 Elements 9", 9, 0, 2991}),
     [](const auto& row) { return rowName(row.param.name); });
 
-INSTANTIATE_TEST_SUITE_P(NoVersion, PhotoshopVersion,
+INSTANTIATE_TEST_SUITE_P(NoVersion, PhotoshopHostModelNameVersion,
                          testing::Values(VersionRow{"", 0, 0, 1000},
                                          VersionRow{"Adobe Photoshop 2020", 0, 0, 1000},
                                          VersionRow{"Adobe Photoshop 7.0", 0, 0, 1000},
@@ -123,9 +123,9 @@ struct AbilityRow {
     bool shouldInstallPanels;
 };
 
-class PhotoshopAbilities : public testing::TestWithParam<AbilityRow> {};
+class PhotoshopHostModelNameAbilities : public testing::TestWithParam<AbilityRow> {};
 
-TEST_P(PhotoshopAbilities, FollowFromTheName) {
+TEST_P(PhotoshopHostModelNameAbilities, FollowFromTheName) {
     const PhotoshopHostModel host = hostNamed(GetParam().name);
     EXPECT_EQ(host.isElements(), GetParam().isElements);
     EXPECT_EQ(host.shouldInstallScripts(), GetParam().shouldInstallScripts);
@@ -133,7 +133,7 @@ TEST_P(PhotoshopAbilities, FollowFromTheName) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Releases, PhotoshopAbilities,
+    Releases, PhotoshopHostModelNameAbilities,
     testing::Values(AbilityRow{"Adobe Photoshop CS2", false, false, false},
                     AbilityRow{"Adobe Photoshop CS20", false, false, true},
                     AbilityRow{"Adobe Photoshop CS3", false, true, false},
@@ -148,27 +148,27 @@ INSTANTIATE_TEST_SUITE_P(
                     AbilityRow{"Adobe Photoshop elements 11", false, true, false}),
     [](const auto& row) { return rowName(row.param.name); });
 
-TEST(PhotoshopHostModel, IsAtLeastEveryVersionUpToItsOwn) {
+TEST(PhotoshopHostModelName, IsAtLeastEveryVersionUpToItsOwn) {
     const PhotoshopHostModel host = hostNamed("Adobe Photoshop CS6");
     EXPECT_TRUE(host.hostIsAtLeastVersionCS(5));
     EXPECT_TRUE(host.hostIsAtLeastVersionCS(6));
     EXPECT_FALSE(host.hostIsAtLeastVersionCS(7));
 }
 
-TEST(PhotoshopHostModel, ComparesVersionsUnsigned) {
+TEST(PhotoshopHostModelName, ComparesVersionsUnsigned) {
     EXPECT_FALSE(hostNamed("Adobe Photoshop CC 2019").hostIsAtLeastVersionCS(-1));
     EXPECT_TRUE(hostNamed("Adobe Photoshop CS-1").hostIsAtLeastVersionCS(-1));
     EXPECT_TRUE(hostNamed("Adobe Photoshop CS-1").hostIsAtLeastVersionCS(2019));
 }
 
-TEST(PhotoshopHostModel, ElementsHasNoVersionRuleOfItsOwn) {
+TEST(PhotoshopHostModelName, ElementsHasNoVersionRuleOfItsOwn) {
     EXPECT_TRUE(hostNamed("Adobe Photoshop Elements 9").hostIsAtLeastVersionElements(9));
     EXPECT_FALSE(hostNamed("Adobe Photoshop Elements 8").hostIsAtLeastVersionElements(9));
     EXPECT_TRUE(hostNamed("Adobe Photoshop CC 2019").hostIsAtLeastVersionElements(9));
     EXPECT_FALSE(hostNamed("Adobe Photoshop CS6").hostIsAtLeastVersionElements(-1));
 }
 
-TEST(PhotoshopHostModel, ElementsHasNoPhotoshopVersion) {
+TEST(PhotoshopHostModelName, ElementsHasNoPhotoshopVersion) {
     EXPECT_EQ(hostNamed("Adobe Photoshop Elements 2018").photoshopVersionFromDisplayName(), 0U);
     EXPECT_EQ(hostNamed("Adobe Photoshop CC 2018").photoshopVersionFromDisplayName(), 2018U);
     EXPECT_EQ(hostNamed("Adobe Photoshop CC").photoshopVersionFromDisplayName(), 7U);

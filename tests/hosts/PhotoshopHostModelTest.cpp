@@ -121,9 +121,9 @@ struct PathsRow {
     std::string plugInPath;
 };
 
-class PathsFile : public testing::TestWithParam<PathsRow> {};
+class PhotoshopHostModelPathsFile : public testing::TestWithParam<PathsRow> {};
 
-TEST_P(PathsFile, GivesTwoPaths) {
+TEST_P(PhotoshopHostModelPathsFile, GivesTwoPaths) {
     FakePlatform fake;
     fake.memory.addFile("/Adobe Photoshop CS5 Paths", GetParam().contents);
     const PhotoshopHostModel host =
@@ -135,7 +135,7 @@ TEST_P(PathsFile, GivesTwoPaths) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Contents, PathsFile,
+    Contents, PhotoshopHostModelPathsFile,
     testing::Values(
         PathsRow{"two strings", "/Photoshop\0/Plug-Ins\0"s, "/Photoshop", "/Plug-Ins"},
         PathsRow{"last string without NUL", "/Photoshop\0/Plug-Ins"s, "/Photoshop", "/Plug-Ins"},
@@ -199,9 +199,9 @@ struct FolderRow {
     std::string plugInPath;
 };
 
-class SecondStringOrSharedFolder : public testing::TestWithParam<FolderRow> {};
+class PhotoshopHostModelPlugInFolder : public testing::TestWithParam<FolderRow> {};
 
-TEST_P(SecondStringOrSharedFolder, DependsOnTheRelease) {
+TEST_P(PhotoshopHostModelPlugInFolder, DependsOnTheRelease) {
     FakePlatform fake;
     const std::string path = "/" + GetParam().name + " Paths";
     fake.memory.addFile(path, "/Photoshop\0/Second\0"s);
@@ -210,7 +210,7 @@ TEST_P(SecondStringOrSharedFolder, DependsOnTheRelease) {
     EXPECT_EQ(host.panelsPath(), GetParam().plugInPath + "/Panels");
 }
 
-INSTANTIATE_TEST_SUITE_P(Releases, SecondStringOrSharedFolder,
+INSTANTIATE_TEST_SUITE_P(Releases, PhotoshopHostModelPlugInFolder,
                          testing::Values(FolderRow{"Adobe Photoshop CS6", "/Second"},
                                          FolderRow{"Adobe Photoshop CC", "/Second"},
                                          FolderRow{"Adobe Photoshop CC 2014.9", "/Second"},
@@ -235,9 +235,9 @@ struct EntryRow {
     bool hostIsInstalled;
 };
 
-class ApplicationFolder : public testing::TestWithParam<EntryRow> {};
+class PhotoshopHostModelApplicationFolder : public testing::TestWithParam<EntryRow> {};
 
-TEST_P(ApplicationFolder, MakesTheHostInstalledWhenAnEntryEndsInApp) {
+TEST_P(PhotoshopHostModelApplicationFolder, MakesTheHostInstalledWhenAnEntryEndsInApp) {
     FakePlatform fake;
     fake.memory.addFile("/Adobe Photoshop CS6 Paths", "/Photoshop\0"s);
     fake.memory.addFile("/Photoshop/Read Me.txt");
@@ -248,7 +248,7 @@ TEST_P(ApplicationFolder, MakesTheHostInstalledWhenAnEntryEndsInApp) {
     EXPECT_EQ(host.plugInPath(), "/Photoshop/Plug-Ins");
 }
 
-INSTANTIATE_TEST_SUITE_P(Entries, ApplicationFolder,
+INSTANTIATE_TEST_SUITE_P(Entries, PhotoshopHostModelApplicationFolder,
                          testing::Values(EntryRow{"Adobe Photoshop CS6.app", true},
                                          EntryRow{"\u5199\u771F.app", true}, EntryRow{".app", true},
                                          EntryRow{"app", false}, EntryRow{"Photoshop.APP", false},

@@ -51,16 +51,16 @@ struct Name {
     std::string name;
 };
 
-class NameThatLeadsElsewhere : public LocalizedTextTest,
-                               public testing::WithParamInterface<Name> {};
+class LocalizedTextNameThatLeadsElsewhere : public LocalizedTextTest,
+                                            public testing::WithParamInterface<Name> {};
 
-TEST_P(NameThatLeadsElsewhere, CountsAsMissing) {
+TEST_P(LocalizedTextNameThatLeadsElsewhere, CountsAsMissing) {
     bundle.tables["installer"]["product_name"] = GetParam().name;
     EXPECT_EQ(folderName(bundle, "product_name"), "product_name");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, NameThatLeadsElsewhere,
+    Names, LocalizedTextNameThatLeadsElsewhere,
     testing::Values(Name{"Empty", ""}, Name{"Separator", "/"}, Name{"Separators", "///"},
                     Name{"Dot", "."}, Name{"TwoDots", ".."}, Name{"DotSeparator", "./"},
                     Name{"TwoDotsSeparator", "../"}, Name{"SeparatorTwoDots", "/.."},
@@ -69,15 +69,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Name{"TwoDotsAfterTwoSeparators", "a//.."}),
     [](const auto& row) { return row.param.meaning; });
 
-class NameWithDotsOrSeparators : public LocalizedTextTest,
-                                 public testing::WithParamInterface<Name> {};
+class LocalizedTextNameWithDotsOrSeparators : public LocalizedTextTest,
+                                              public testing::WithParamInterface<Name> {};
 
-TEST_P(NameWithDotsOrSeparators, IsKept) {
+TEST_P(LocalizedTextNameWithDotsOrSeparators, IsKept) {
     bundle.tables["installer"]["product_name"] = GetParam().name;
     EXPECT_EQ(folderName(bundle, "product_name"), GetParam().name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, NameWithDotsOrSeparators,
+INSTANTIATE_TEST_SUITE_P(Names, LocalizedTextNameWithDotsOrSeparators,
                          testing::Values(Name{"ThreeDots", "..."}, Name{"DotBefore", ".hidden"},
                                          Name{"DotAfter", "Acme Inc."},
                                          Name{"DotsInsideAComponent", "a..b"},

@@ -31,18 +31,18 @@ class PlugInFilesPaths : public testing::TestWithParam<PathRow> {
     PlugInFilesModel model_{fake_.platform};
 };
 
-class BundlePath : public PlugInFilesPaths {};
-class MachinePath : public PlugInFilesPaths {};
-class UserPath : public PlugInFilesPaths {};
+class PlugInFilesModelBundlePath : public PlugInFilesPaths {};
+class PlugInFilesModelMachinePath : public PlugInFilesPaths {};
+class PlugInFilesModelUserPath : public PlugInFilesPaths {};
 
-TEST_P(BundlePath, LiesInTheRunningBundleWhateverTheTargetVolume) {
+TEST_P(PlugInFilesModelBundlePath, LiesInTheRunningBundleWhateverTheTargetVolume) {
     fake_.searchPaths.volume = "/Volumes/Other";
     fake_.bundle.folder = "/Media/My Installer.app";
     EXPECT_EQ(path(), "/Media/My Installer.app" + GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Operations, BundlePath,
+    Operations, PlugInFilesModelBundlePath,
     testing::Values(
         PathRow{"getPlugInDirInBundle", &PlugInFilesModel::getPlugInDirInBundle,
                 "/Contents/SharedSupport/PlugIn"},
@@ -53,22 +53,22 @@ INSTANTIATE_TEST_SUITE_P(
         PathRow{"payloadFolder", &PlugInFilesModel::payloadFolder, "/Contents/Resources/files"}),
     [](const auto& row) { return row.param.operation; });
 
-TEST_P(MachinePath, LiesInTheMachineWideFolders) {
+TEST_P(PlugInFilesModelMachinePath, LiesInTheMachineWideFolders) {
     EXPECT_EQ(path(), GetParam().expected);
 }
 
-TEST_P(MachinePath, LiesOnTheTargetVolume) {
+TEST_P(PlugInFilesModelMachinePath, LiesOnTheTargetVolume) {
     fake_.searchPaths.volume = "/Volumes/Other";
     EXPECT_EQ(path(), "/Volumes/Other" + GetParam().expected);
 }
 
-TEST_P(MachinePath, DoesNotNeedAUsersHome) {
+TEST_P(PlugInFilesModelMachinePath, DoesNotNeedAUsersHome) {
     fake_.searchPaths.home.reset();
     EXPECT_EQ(path(), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Operations, MachinePath,
+    Operations, PlugInFilesModelMachinePath,
     testing::Values(PathRow{"companyAppSupportPath", &PlugInFilesModel::companyAppSupportPath,
                             "/Library/Application Support/Acme"},
                     PathRow{"productAppSupportPath", &PlugInFilesModel::productAppSupportPath,
@@ -81,23 +81,23 @@ INSTANTIATE_TEST_SUITE_P(
                             "/Library/Application Support/Acme/Filters 2 Installer.log"}),
     [](const auto& row) { return row.param.operation; });
 
-TEST_P(UserPath, LiesInTheUsersApplicationSupport) {
+TEST_P(PlugInFilesModelUserPath, LiesInTheUsersApplicationSupport) {
     EXPECT_EQ(path(), "/Users/tester/Library/Application Support" + GetParam().expected);
 }
 
-TEST_P(UserPath, LiesOnTheTargetVolume) {
+TEST_P(PlugInFilesModelUserPath, LiesOnTheTargetVolume) {
     fake_.searchPaths.volume = "/Volumes/Other";
     EXPECT_EQ(path(),
               "/Volumes/Other/Users/tester/Library/Application Support" + GetParam().expected);
 }
 
-TEST_P(UserPath, IsEmptyForAUserWithoutHome) {
+TEST_P(PlugInFilesModelUserPath, IsEmptyForAUserWithoutHome) {
     fake_.searchPaths.home.reset();
     EXPECT_EQ(path(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Operations, UserPath,
+    Operations, PlugInFilesModelUserPath,
     testing::Values(
         PathRow{"productUserAppSupportPath", &PlugInFilesModel::productUserAppSupportPath,
                 "/Acme/Filters 2"},

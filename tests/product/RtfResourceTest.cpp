@@ -69,7 +69,7 @@ TEST_F(RtfResourceTest, ReasonsAreNoFormats) {
     EXPECT_THAT(fake.log.lines, ElementsAre("the resource 100%@.rtf is missing"));
 }
 
-TEST(NilText, ReadsNil) {
+TEST(RtfResourceNilText, ReadsNil) {
     EXPECT_EQ(nilText(), (StyledText{.paragraphs = {{.runs = {{.text = "nil"}}}}}));
 }
 

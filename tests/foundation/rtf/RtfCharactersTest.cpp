@@ -96,16 +96,16 @@ struct CodePage {
     std::string text;
 };
 
-class RtfCodePage : public testing::TestWithParam<CodePage> {};
+class RtfCharactersOfACodePage : public testing::TestWithParam<CodePage> {};
 
-TEST_P(RtfCodePage, GivesTheCharactersOfTheBytes) {
+TEST_P(RtfCharactersOfACodePage, AreThoseOfTheBytes) {
     EXPECT_EQ(plainTextOf("{\\rtf1\\ansi\\ansicpg" + std::to_string(GetParam().number) + " " +
                           GetParam().hex + "}"),
               GetParam().text);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfCodePage,
+    WesternAndOthers, RtfCharactersOfACodePage,
     testing::Values(CodePage{437, "\\'81\\'e1\\'ff", "üß\u00A0"},
                     CodePage{850, "\\'81\\'e1\\'d5", "üßı"}, CodePage{852, "\\'9f\\'e7", "čš"},
                     CodePage{866, "\\'8f\\'e0", "Пр"}, CodePage{874, "\\'a1\\'e2", "กโ"},
@@ -123,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 INSTANTIATE_TEST_SUITE_P(
-    Japanese, RtfCodePage,
+    Japanese, RtfCharactersOfACodePage,
     testing::Values(CodePage{932, "\\'93\\'fa\\'96\\'7b", "日本"},
                     CodePage{932, "\\'82\\'a0 \\'83\\'7e", "あ ミ"},
                     CodePage{932, "\\'88\\'9f\\'ea\\'a4\\'fc\\'4b",
@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CodePage{932, "\\'93 b\\'93}{\\'fa\\'fa", "\uFFFD b\uFFFD"}),
     [](const auto& row) { return "Row" + std::to_string(row.index); });
 
-INSTANTIATE_TEST_SUITE_P(OtherDoubleByte, RtfCodePage,
+INSTANTIATE_TEST_SUITE_P(OtherDoubleByte, RtfCharactersOfACodePage,
                          testing::Values(CodePage{936,
                                                   "a\\'c4\\'e3\\'ba\\'c3"
                                                   "b",
@@ -146,7 +146,7 @@ INSTANTIATE_TEST_SUITE_P(OtherDoubleByte, RtfCodePage,
                              return "Number" + std::to_string(row.param.number);
                          });
 
-TEST(RtfCodePages, TheDocumentNamesItsOwnInSeveralWays) {
+TEST(RtfCharactersCodePages, ADocumentNamesItsCodePageInSeveralWays) {
     EXPECT_EQ(plainTextOf("{\\rtf1\\ansi\\'8a}"), "Š");
     EXPECT_EQ(plainTextOf("{\\rtf1\\mac\\'8a}"), "ä");
     EXPECT_EQ(plainTextOf("{\\rtf1\\pc\\'9b}"), "¢");
@@ -160,9 +160,9 @@ struct CharacterSet {
     std::string text;
 };
 
-class RtfCharacterSet : public testing::TestWithParam<CharacterSet> {};
+class RtfCharactersOfAFontsCharacterSet : public testing::TestWithParam<CharacterSet> {};
 
-TEST_P(RtfCharacterSet, GivesTheCodePageOfTheFontsText) {
+TEST_P(RtfCharactersOfAFontsCharacterSet, AreThoseOfItsCodePage) {
     EXPECT_EQ(plainTextOf("{\\rtf1\\ansi\\ansicpg1257{\\fonttbl{\\f0 X;}{\\f1\\fnil\\fcharset" +
                           std::to_string(GetParam().number) + " Y;}}\\f0\\'e0 \\f1 " +
                           GetParam().hex + "\\f0  \\'e0}"),
@@ -170,7 +170,7 @@ TEST_P(RtfCharacterSet, GivesTheCodePageOfTheFontsText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfCharacterSet,
+    CharacterSets, RtfCharactersOfAFontsCharacterSet,
     testing::Values(CharacterSet{0, "\\'e0", "à"}, CharacterSet{1, "\\'e0", "ą"},
                     CharacterSet{2, "a\\'b7\\'a7\\'d8\\'fc\\'81\\u-3913?\\u61551?",
                                  "a•▪➢✓\uFFFD•o"},
@@ -186,16 +186,16 @@ INSTANTIATE_TEST_SUITE_P(
                     CharacterSet{99, "\\'e0", "ą"}),
     [](const auto& row) { return "Number" + std::to_string(row.param.number); });
 
-TEST(RtfCodePages, ABareBraceIsNoHalfOfACharacter) {
+TEST(RtfCharactersCodePages, ABareBraceIsNoHalfOfACharacter) {
     EXPECT_EQ(plainTextOf("{\\rtf1\\ansi\\ansicpg932 {\x93\xFA\x96}a}"), "日\uFFFDa");
 }
 
-TEST(RtfCodePages, AFontCanNameItsCodePage) {
+TEST(RtfCharactersCodePages, AFontCanNameItsCodePage) {
     EXPECT_EQ(plainTextOfBody("{\\fonttbl{\\f0\\cpg1251 X;}{\\f1\\cpg4711 Y;}}\\f0\\'e6\\f1\\'e6"),
               "жæ");
 }
 
-TEST(RtfCodePages, ACharacterDoesNotBeginInOneFontAndEndInAnother) {
+TEST(RtfCharactersCodePages, ACharacterDoesNotBeginInOneFontAndEndInAnother) {
     EXPECT_EQ(plainTextOfBody("{\\fonttbl{\\f0\\fcharset128 X;}{\\f1\\fcharset0 Y;}}"
                               "\\f0\\'82\\f1\\'e4"),
               "\uFFFDä");

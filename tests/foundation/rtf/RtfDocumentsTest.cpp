@@ -25,7 +25,7 @@ StyledText document(const std::string& name) {
     return textOf(contentsOf(std::filesystem::path(TEST_DATA) / name));
 }
 
-TEST(RtfDocuments, OfANotesEditor) {
+TEST(RtfDocuments, ReadsADocumentOfANotesEditor) {
     const StyledText text = document("notes-editor.rtf");
     EXPECT_EQ(text.plainText(),
               "Welcome to „Paper Lantern“\n"
@@ -55,7 +55,7 @@ TEST(RtfDocuments, OfANotesEditor) {
     EXPECT_EQ(text.paragraphs[6].runs.front().style.fontFamily, "");
 }
 
-TEST(RtfDocuments, OfAWordProcessor) {
+TEST(RtfDocuments, ReadsADocumentOfAWordProcessor) {
     const StyledText text = document("word-processor.rtf");
     EXPECT_EQ(text.plainText(),
               "Glasmalerei für Photoshop\n"
@@ -80,7 +80,7 @@ TEST(RtfDocuments, OfAWordProcessor) {
     EXPECT_EQ(text.paragraphs[3].rightIndent, 28.35);
 }
 
-TEST(RtfDocuments, OfAnOfficeSuite) {
+TEST(RtfDocuments, ReadsADocumentOfAnOfficeSuite) {
     const StyledText text = document("office-suite.rtf");
     EXPECT_EQ(text.plainText(), "Aligned right\nIndented –ü😀Write us!");
     ASSERT_EQ(text.paragraphs.size(), 2U);
@@ -95,7 +95,7 @@ TEST(RtfDocuments, OfAnOfficeSuite) {
     EXPECT_EQ(text.paragraphs[1].runs[3].style.link, "");
 }
 
-TEST(RtfDocuments, OfASimpleEditor) {
+TEST(RtfDocuments, ReadsADocumentOfASimpleEditor) {
     const StyledText text = document("simple-editor.rtf");
     EXPECT_EQ(text.plainText(), "Установка: done\n•\tФильтр\n•\tunderlined\nж");
     ASSERT_EQ(text.paragraphs.size(), 4U);
@@ -104,11 +104,11 @@ TEST(RtfDocuments, OfASimpleEditor) {
     EXPECT_TRUE(text.paragraphs[2].runs[1].style.underline);
 }
 
-TEST(RtfDocuments, InJapanese) {
+TEST(RtfDocuments, ReadsAJapaneseDocument) {
     EXPECT_EQ(document("japanese.rtf").plainText(), "フィルタを表示© 2 ｶﾅ ①纊∵\nソボマ");
 }
 
-TEST(RtfDocuments, FromRightToLeft) {
+TEST(RtfDocuments, ReadsADocumentFromRightToLeft) {
     const StyledText text = document("hebrew.rtf");
     EXPECT_EQ(text.plainText(), "שלום Filter\nمرحبا\nleft\u200F");
     ASSERT_EQ(text.paragraphs.size(), 3U);
@@ -118,7 +118,7 @@ TEST(RtfDocuments, FromRightToLeft) {
     EXPECT_FALSE(text.paragraphs[2].rightToLeft);
 }
 
-TEST(RtfDocuments, WithBytesAsTheyStand) {
+TEST(RtfDocuments, ReadsRawBytes) {
     EXPECT_EQ(document("raw-bytes.rtf").plainText(), "UTF-8: Größe — 🎨\nCode page: Größe — fin");
 }
 

@@ -17,14 +17,14 @@ struct StyleRow {
     TextStyle style;
 };
 
-class RtfCharacterFormat : public testing::TestWithParam<StyleRow> {};
+class RtfFormatOfCharacters : public testing::TestWithParam<StyleRow> {};
 
-TEST_P(RtfCharacterFormat, GivesTheStyle) {
+TEST_P(RtfFormatOfCharacters, GivesTheStyle) {
     EXPECT_EQ(runOfBody(GetParam().words + "\na"), (TextRun{"a", GetParam().style}));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfCharacterFormat,
+    Styles, RtfFormatOfCharacters,
     testing::Values(
         StyleRow{"Nothing", "", {}}, StyleRow{"Bold", "\\b", {.bold = true}},
         StyleRow{"BoldOne", "\\b1", {.bold = true}}, StyleRow{"BoldOff", "\\b\\b0", {}},
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
         StyleRow{"OtherScriptsOnly", "\\ab\\ai\\afs40\\af3\\rtlch\\ltrch", {}}),
     [](const auto& row) { return row.param.name; });
 
-TEST(RtfRuns, AStyleLastsUntilItsGroupEnds) {
+TEST(RtfFormatRuns, AStyleLastsUntilItsGroupEnds) {
     const StyledText text = textOfBody("a{\\b b{\\i c}d}e");
     EXPECT_EQ(text.paragraphs.front().runs,
               (std::vector<TextRun>{{"a", {}},
@@ -58,39 +58,39 @@ TEST(RtfRuns, AStyleLastsUntilItsGroupEnds) {
                                     {"e", {}}}));
 }
 
-TEST(RtfRuns, AStyleLastsOverParagraphs) {
+TEST(RtfFormatRuns, AStyleLastsOverParagraphs) {
     const StyledText text = textOfBody("\\b a\\par\\pard b\\plain c");
     ASSERT_EQ(text.paragraphs.size(), 2U);
     EXPECT_EQ(text.paragraphs[0].runs, (std::vector<TextRun>{{"a", {.bold = true}}}));
     EXPECT_EQ(text.paragraphs[1].runs, (std::vector<TextRun>{{"b", {.bold = true}}, {"c", {}}}));
 }
 
-TEST(RtfRuns, TextOfOneLookIsOneRun) {
+TEST(RtfFormatRuns, TextOfOneLookIsOneRun) {
     EXPECT_EQ(runOfBody("a{b}\\b\\b0 c{\\cf7 d}\\f9 e").text, "abcde");
 }
 
-TEST(RtfColors, AreFoundByNumber) {
+TEST(RtfFormatColors, AreFoundByNumber) {
     const std::string table = "{\\colortbl;\\red255\\green1\\blue2;\\blue9;\\red0\\green0\\blue0;}";
     EXPECT_EQ(runOfBody(table + "\\cf1 a").style.color, (Color{255, 1, 2}));
     EXPECT_EQ(runOfBody(table + "\\cf2 a").style.color, (Color{0, 0, 9}));
     EXPECT_EQ(runOfBody(table + "\\cf3 a").style.color, (Color{0, 0, 0}));
 }
 
-TEST(RtfColors, AnEntryOfNothingIsTheWindowsOwnColor) {
+TEST(RtfFormatColors, AnEntryOfNothingIsTheWindowsOwnColor) {
     EXPECT_EQ(runOfBody("{\\colortbl;\\red9;}\\cf1\\cf0 a").style.color, std::nullopt);
     EXPECT_EQ(runOfBody("{\\colortbl;\\red9;}\\cf1\\cf a").style.color, std::nullopt);
 }
 
-TEST(RtfColors, ANumberWithoutAnEntryIsTheWindowsOwnColor) {
+TEST(RtfFormatColors, ANumberWithoutAnEntryIsTheWindowsOwnColor) {
     EXPECT_EQ(runOfBody("{\\colortbl;\\red9;}\\cf2 a").style.color, std::nullopt);
     EXPECT_EQ(runOfBody("{\\colortbl;\\red9;}\\cf-1 a").style.color, std::nullopt);
 }
 
-TEST(RtfColors, TheFirstEntryMayBeAColor) {
+TEST(RtfFormatColors, TheFirstEntryMayBeAColor) {
     EXPECT_EQ(runOfBody("{\\colortbl\\red7\\green8\\blue9;}a").style.color, (Color{7, 8, 9}));
 }
 
-TEST(RtfColors, PartsAreClamped) {
+TEST(RtfFormatColors, PartsAreClamped) {
     EXPECT_EQ(runOfBody("{\\colortbl;\\red300\\green-1\\blue;}\\cf1 a").style.color,
               (Color{255, 0, 0}));
 }
@@ -101,15 +101,15 @@ struct FontRow {
     std::string family;
 };
 
-class RtfFontEntry : public testing::TestWithParam<FontRow> {};
+class RtfFormatFontEntry : public testing::TestWithParam<FontRow> {};
 
-TEST_P(RtfFontEntry, GivesTheFamily) {
+TEST_P(RtfFormatFontEntry, GivesTheFamily) {
     EXPECT_EQ(runOfBody("{\\fonttbl" + GetParam().entry + "}\\f3 a").style.fontFamily,
               GetParam().family);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfFontEntry,
+    Fonts, RtfFormatFontEntry,
     testing::Values(
         FontRow{"Group", "{\\f3\\fswiss\\fcharset0 Open Sans;}", "Open Sans"},
         FontRow{"NoGroup", "\\f2\\fnil Other;\\f3\\fswiss Sans;", "Sans"},
@@ -135,14 +135,14 @@ INSTANTIATE_TEST_SUITE_P(
         FontRow{"TooLongAName", "{\\f3 " + std::string(129, 'x') + ";}", ""}),
     [](const auto& row) { return row.param.name; });
 
-TEST(RtfFonts, TextWithoutAFontHasTheDefaultOne) {
+TEST(RtfFormatFonts, TextWithoutAFontHasTheDefaultOne) {
     const std::string table = "\\deff2{\\fonttbl{\\f1 One;}{\\f2 Two;}}";
     EXPECT_EQ(runOfBody(table + "a").style.fontFamily, "Two");
     EXPECT_EQ(runOfBody(table + "\\f1\\plain a").style.fontFamily, "Two");
     EXPECT_EQ(runOfBody("{\\fonttbl{\\f0 Zero;}}a").style.fontFamily, "");
 }
 
-TEST(RtfFonts, NumbersBeyondSixteenBitsAreNoFonts) {
+TEST(RtfFormatFonts, NumbersBeyondSixteenBitsAreNoFonts) {
     EXPECT_EQ(runOfBody("{\\fonttbl{\\f32767 Last;}}\\f32767 a").style.fontFamily, "Last");
     EXPECT_EQ(runOfBody("{\\fonttbl{\\f32768 None;}}\\f32768 a").style.fontFamily, "");
     EXPECT_EQ(runOfBody("{\\fonttbl{\\f-1 None;}}\\f-1 a").style.fontFamily, "");
@@ -154,9 +154,9 @@ struct ParagraphRow {
     Paragraph paragraph;
 };
 
-class RtfParagraphFormat : public testing::TestWithParam<ParagraphRow> {};
+class RtfFormatOfAParagraph : public testing::TestWithParam<ParagraphRow> {};
 
-TEST_P(RtfParagraphFormat, GivesTheParagraph) {
+TEST_P(RtfFormatOfAParagraph, GivesTheParagraph) {
     Paragraph expected = GetParam().paragraph;
     expected.runs = {{.text = "a"}};
     const std::vector<Paragraph> paragraphs{expected};
@@ -165,7 +165,7 @@ TEST_P(RtfParagraphFormat, GivesTheParagraph) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfParagraphFormat,
+    Paragraphs, RtfFormatOfAParagraph,
     testing::Values(
         ParagraphRow{"Natural", "\\pard", {}},
         ParagraphRow{"Left", "\\ql", {.alignment = Paragraph::Alignment::left}},
@@ -184,19 +184,19 @@ INSTANTIATE_TEST_SUITE_P(
         ParagraphRow{"OutsideItsGroup", "{\\qc\\li720}", {}}),
     [](const auto& row) { return row.param.name; });
 
-TEST(RtfParagraphs, TheFormatIsTheOneAtTheMark) {
+TEST(RtfFormatParagraphs, TheFormatIsTheOneAtTheMark) {
     const StyledText text = textOfBody("{\\qc a\\par}b\\qr\\par");
     EXPECT_EQ(text.paragraphs[0].alignment, Paragraph::Alignment::center);
     EXPECT_EQ(text.paragraphs[1].alignment, Paragraph::Alignment::right);
 }
 
-TEST(RtfParagraphs, AFormatLastsUntilItIsReset) {
+TEST(RtfFormatParagraphs, AFormatLastsUntilItIsReset) {
     const StyledText text = textOfBody("\\qc a\\par b\\par\\pard c\\par");
     EXPECT_EQ(text.paragraphs[1].alignment, Paragraph::Alignment::center);
     EXPECT_EQ(text.paragraphs[2].alignment, Paragraph::Alignment::natural);
 }
 
-TEST(RtfParagraphs, TheLastOneWithoutAMarkLooksAsItsTextDid) {
+TEST(RtfFormatParagraphs, TheLastOneWithoutAMarkLooksAsItsTextDid) {
     EXPECT_EQ(textOfBody("{\\qc a}").paragraphs.front().alignment, Paragraph::Alignment::center);
 }
 

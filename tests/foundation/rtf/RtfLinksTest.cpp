@@ -22,14 +22,14 @@ struct Row {
     std::string link;
 };
 
-class RtfLink : public testing::TestWithParam<Row> {};
+class RtfLinksAddress : public testing::TestWithParam<Row> {};
 
-TEST_P(RtfLink, IsTheAddressOfTheInstruction) {
+TEST_P(RtfLinksAddress, IsTheAddressOfTheInstruction) {
     EXPECT_EQ(linkOf(GetParam().instruction), GetParam().link);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, RtfLink,
+    Instructions, RtfLinksAddress,
     testing::Values(
         Row{"Quoted", R"(HYPERLINK "https://a.example/b?c=d&e")", "https://a.example/b?c=d&e"},
         Row{"Bare", "HYPERLINK https://a.example", "https://a.example"},

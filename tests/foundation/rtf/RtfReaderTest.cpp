@@ -29,14 +29,14 @@ struct Beginning {
     std::string text;
 };
 
-class OtherBeginning : public testing::TestWithParam<Beginning> {};
+class RtfReaderOtherBeginning : public testing::TestWithParam<Beginning> {};
 
-TEST_P(OtherBeginning, IsRefused) {
+TEST_P(RtfReaderOtherBeginning, IsRefused) {
     EXPECT_EQ(errorOf(GetParam().text), "the text does not begin with {\\rtf");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, OtherBeginning,
+    Beginnings, RtfReaderOtherBeginning,
     testing::Values(Beginning{"PlainText", "hello"}, Beginning{"BlankBefore", " {\\rtf1 a}"},
                     Beginning{"NoBrace", "\\rtf1 a"}, Beginning{"BraceAlone", "{"},
                     Beginning{"AnotherWord", "{\\rtfx a}"}, Beginning{"NoBackslash", "{rtf1 a}"},
@@ -44,14 +44,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Beginning{"GroupBefore", "{{\\rtf1 a}}"}, Beginning{"Nul", std::string(1, 0)}),
     [](const auto& row) { return row.param.name; });
 
-class CutShort : public testing::TestWithParam<Beginning> {};
+class RtfReaderTruncatedDocument : public testing::TestWithParam<Beginning> {};
 
-TEST_P(CutShort, IsRefused) {
+TEST_P(RtfReaderTruncatedDocument, IsRefused) {
     EXPECT_EQ(errorOf(GetParam().text), "the text ends before its groups do");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, CutShort,
+    Cuts, RtfReaderTruncatedDocument,
     testing::Values(Beginning{"Word", "{\\rtf1"}, Beginning{"Text", "{\\rtf1 a"},
                     Beginning{"AfterAGroup", "{\\rtf1 {\\b a}"},
                     Beginning{"Backslash", "{\\rtf1 a\\"}, Beginning{"Hex", "{\\rtf1 a\\'"},
@@ -142,14 +142,14 @@ struct Skipped {
     std::string group;
 };
 
-class GroupThatIsNoText : public testing::TestWithParam<Skipped> {};
+class RtfReaderGroupThatIsNoText : public testing::TestWithParam<Skipped> {};
 
-TEST_P(GroupThatIsNoText, IsLeftOut) {
+TEST_P(RtfReaderGroupThatIsNoText, IsLeftOut) {
     EXPECT_EQ(plainTextOfBody("a" + GetParam().group + "b"), "ab");
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    RtfReader, GroupThatIsNoText,
+    Groups, RtfReaderGroupThatIsNoText,
     testing::Values(
         Skipped{"Optional", "{\\*\\nosuchword x{y\\par}\\'e4\\u228?}"},
         Skipped{"OptionalOnTwoLines", "{\\*\n\\nosuchword x}"},

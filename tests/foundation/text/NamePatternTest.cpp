@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PatternRow{"\\*", "\\*", true}, PatternRow{"\\x", "\\*", true},
                     PatternRow{"*", "\\*", false}, PatternRow{"it's \"%@\"", "it's \"%@\"", true}));
 
-TEST(NamePatternCost, OfAHostilePatternIsNoMoreThanTheProductOfTheLengths) {
+TEST(NamePatternCost, IsAtMostTheProductOfTheLengths) {
     std::string pattern;
     for (int index = 0; index < 2000; ++index) pattern += "*a";
     EXPECT_FALSE(isLike(std::string(4000, 'a') + "b", pattern));

@@ -29,15 +29,15 @@ struct Bytes {
     std::string bytes;
 };
 
-class IllFormedText : public testing::TestWithParam<Bytes> {};
+class TextThatIsIllFormed : public testing::TestWithParam<Bytes> {};
 
-TEST_P(IllFormedText, IsNotUtf8) {
+TEST_P(TextThatIsIllFormed, IsNotUtf8) {
     EXPECT_FALSE(isUtf8(GetParam().bytes));
     EXPECT_FALSE(isUtf8("a" + GetParam().bytes + "b"));
     EXPECT_FALSE(decodedUtf8(GetParam().bytes));
 }
 
-TEST_P(IllFormedText, SurvivesEveryOperationByteForByte) {
+TEST_P(TextThatIsIllFormed, SurvivesEveryOperationByteForByte) {
     const std::string text = "a" + GetParam().bytes + "b";
     EXPECT_EQ(characters(text, 0), text);
     EXPECT_EQ(characters(text, 1), GetParam().bytes + "b");
@@ -53,7 +53,7 @@ TEST_P(IllFormedText, SurvivesEveryOperationByteForByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Bytes, IllFormedText,
+    Bytes, TextThatIsIllFormed,
     testing::Values(Bytes{"LoneContinuation", "\x80"}, Bytes{"NeverUsed", "\xFF"},
                     Bytes{"CutTwo", "\xC3"}, Bytes{"CutThree", "\xE6\x97"},
                     Bytes{"CutFour", "\xF0\x9D\x84"}, Bytes{"OverlongTwo", "\xC0\xAF"},
@@ -132,25 +132,25 @@ TEST(Text, WhatWasPutInIsNotLookedAtAgain) {
     EXPECT_EQ(replacingAll("aab", "ab", "b"), "ab");
 }
 
-class UnicodeWhiteSpace : public testing::TestWithParam<Bytes> {};
+class TextUnicodeWhiteSpace : public testing::TestWithParam<Bytes> {};
 
-TEST_P(UnicodeWhiteSpace, IsTrimmedFromBothEndsAndKeptInside) {
+TEST_P(TextUnicodeWhiteSpace, IsTrimmedFromBothEndsAndKeptInside) {
     const std::string space = GetParam().bytes;
     EXPECT_EQ(trimmed(space + space + "a" + space + "b" + space), "a" + space + "b");
     EXPECT_EQ(trimmed(space), "");
 }
 
-TEST_P(UnicodeWhiteSpace, IsTakenOutWhereverItStands) {
+TEST_P(TextUnicodeWhiteSpace, IsTakenOutWhereverItStands) {
     const std::string space = GetParam().bytes;
     EXPECT_EQ(withoutWhiteSpace(space + "日" + space + space + "b" + space), "日b");
 }
 
-TEST_P(UnicodeWhiteSpace, MayPrecedeANumber) {
+TEST_P(TextUnicodeWhiteSpace, MayPrecedeANumber) {
     EXPECT_EQ(integerValue(GetParam().bytes + "-42"), -42);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Spaces, UnicodeWhiteSpace,
+    Spaces, TextUnicodeWhiteSpace,
     testing::Values(Bytes{"Tab", "\t"}, Bytes{"Space", " "}, Bytes{"U00A0", "\u00A0"},
                     Bytes{"U1680", "\u1680"}, Bytes{"U2000", "\u2000"}, Bytes{"U2001", "\u2001"},
                     Bytes{"U2002", "\u2002"}, Bytes{"U2003", "\u2003"}, Bytes{"U2004", "\u2004"},
@@ -159,19 +159,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Bytes{"U202F", "\u202F"}, Bytes{"U205F", "\u205F"}, Bytes{"U3000", "\u3000"}),
     [](const auto& row) { return row.param.name; });
 
-class NotTrimmed : public testing::TestWithParam<Bytes> {};
+class TextCharacterThatIsNotTrimmed : public testing::TestWithParam<Bytes> {};
 
-TEST_P(NotTrimmed, StaysAtBothEnds) {
+TEST_P(TextCharacterThatIsNotTrimmed, StaysAtBothEnds) {
     const std::string text = GetParam().bytes + "a" + GetParam().bytes;
     EXPECT_EQ(trimmed(" " + text + " "), text);
 }
 
-TEST_P(NotTrimmed, StaysWhenWhiteSpaceIsTakenOut) {
+TEST_P(TextCharacterThatIsNotTrimmed, StaysWhenWhiteSpaceIsTakenOut) {
     const std::string text = GetParam().bytes + "a" + GetParam().bytes;
     EXPECT_EQ(withoutWhiteSpace(" " + text + " "), text);
 }
 
-INSTANTIATE_TEST_SUITE_P(LineEndsAndNeighbours, NotTrimmed,
+INSTANTIATE_TEST_SUITE_P(LineEndsAndNeighbours, TextCharacterThatIsNotTrimmed,
                          testing::Values(Bytes{"LineFeed", "\n"}, Bytes{"CarriageReturn", "\r"},
                                          Bytes{"VerticalTab", "\v"}, Bytes{"FormFeed", "\f"},
                                          Bytes{"U0085", "\xC2\x85"}, Bytes{"U2028", "\u2028"},
@@ -203,14 +203,14 @@ struct Number {
     std::int32_t value;
 };
 
-class IntegerValue : public testing::TestWithParam<Number> {};
+class TextIntegerValue : public testing::TestWithParam<Number> {};
 
-TEST_P(IntegerValue, OfATextThatBeginsWithANumberOrDoesNot) {
+TEST_P(TextIntegerValue, IsTheNumberAtTheStartOfTheText) {
     EXPECT_EQ(integerValue(GetParam().text), GetParam().value) << GetParam().text;
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Texts, IntegerValue,
+    Texts, TextIntegerValue,
     testing::Values(Number{"Empty", "", 0}, Number{"Zero", "0", 0}, Number{"Twelve", "12", 12},
                     Number{"PlusTwelve", "+12", 12}, Number{"MinusTwelve", "-12", -12},
                     Number{"ZerosBefore", "007", 7}, Number{"MinusZero", "-0", 0},
@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(
-    LimitsOf32Bits, IntegerValue,
+    LimitsOf32Bits, TextIntegerValue,
     testing::Values(Number{"Greatest", "2147483647", 2147483647},
                     Number{"GreatestPlusOne", "2147483648", 2147483647},
                     Number{"TwoToThe32", "+4294967296", 2147483647},

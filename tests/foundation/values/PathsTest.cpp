@@ -45,7 +45,7 @@ TEST(Paths, DotsAreComponentsLikeOthers) {
     EXPECT_EQ(parentPath("/a/.."), "/a");
 }
 
-TEST(Paths, LastComponentOfAPath) {
+TEST(Paths, LastComponentIsWhatFollowsTheLastSeparator) {
     EXPECT_EQ(lastPathComponent("/a/b"), "b");
     EXPECT_EQ(lastPathComponent("b"), "b");
     EXPECT_EQ(lastPathComponent("/Programme/Größe.app"), "Größe.app");
@@ -66,7 +66,7 @@ TEST(Paths, LastComponentOfNoPathIsNothing) {
     EXPECT_EQ(lastPathComponent(""), "");
 }
 
-TEST(Paths, ParentOfAPath) {
+TEST(Paths, ParentIsThePathWithoutItsLastComponent) {
     EXPECT_EQ(parentPath("/a/b"), "/a");
     EXPECT_EQ(parentPath("a/b"), "a");
 }

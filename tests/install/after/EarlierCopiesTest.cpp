@@ -107,12 +107,12 @@ TEST_F(EarlierCopiesTest, AMissingAutoLayerFolderLeavesThePlugIns) {
 
 // What is removed, and what is said.
 
-class CarryingOnePlugIn : public EarlierCopiesTest {
+class EarlierCopiesOfOnePlugIn : public EarlierCopiesTest {
   protected:
-    CarryingOnePlugIn() { memory.addFile(plugIns + "/X"); }
+    EarlierCopiesOfOnePlugIn() { memory.addFile(plugIns + "/X"); }
 };
 
-TEST_F(CarryingOnePlugIn, CopiesAtAnyDepthAreRemovedAfterTheSearchHasStopped) {
+TEST_F(EarlierCopiesOfOnePlugIn, CopiesAtAnyDepthAreRemovedAfterTheSearchHasStopped) {
     addFound("X", folder + "/X");
     addFound("X", folder + "/deep/er/X");
     unInstall();
@@ -125,7 +125,7 @@ TEST_F(CarryingOnePlugIn, CopiesAtAnyDepthAreRemovedAfterTheSearchHasStopped) {
     EXPECT_FALSE(engine.run.authDenied);
 }
 
-TEST_F(CarryingOnePlugIn, WhatDiffersInAnyWayIsFoundAndSaidAndKept) {
+TEST_F(EarlierCopiesOfOnePlugIn, WhatDiffersInAnyWayIsFoundAndSaidAndKept) {
     for (const std::string name : {"x", "X 2", "X copy", " X", "XX"}) {
         addFound("X", folder + "/" + name);
     }
@@ -150,14 +150,14 @@ TEST_F(EarlierCopiesTest, AWildcardInANameTakesNothingElseAway) {
     EXPECT_TRUE(fake.log.has("found Foreign at " + folder + "/Foreign"));
 }
 
-TEST_F(CarryingOnePlugIn, WithoutAnEarlierCopyNothingIsRemovedAndNothingSaid) {
+TEST_F(EarlierCopiesOfOnePlugIn, WithoutAnEarlierCopyNothingIsRemovedAndNothingSaid) {
     memory.addFile(folder + "/Other");
     unInstall();
     EXPECT_THAT(fake.journal, ElementsAre("find X below " + folder, "stop"));
     EXPECT_THAT(fake.log.lines, IsEmpty());
 }
 
-TEST_F(CarryingOnePlugIn, ACopyInsideACopyIsAskedForAndSaidAllTheSame) {
+TEST_F(EarlierCopiesOfOnePlugIn, ACopyInsideACopyIsAskedForAndSaidAllTheSame) {
     addFound("X", folder + "/a/X/b/X");
     fake.fileQueries.found["X"].insert(fake.fileQueries.found["X"].begin(), {"X", folder + "/a/X"});
     unInstall();
@@ -166,7 +166,7 @@ TEST_F(CarryingOnePlugIn, ACopyInsideACopyIsAskedForAndSaidAllTheSame) {
     EXPECT_FALSE(memory.exists(folder + "/a/X"));
 }
 
-TEST_F(CarryingOnePlugIn, ARemovalThatFailsStopsNothing) {
+TEST_F(EarlierCopiesOfOnePlugIn, ARemovalThatFailsStopsNothing) {
     memory.addFile(plugIns + "/Y");
     addFound("X", folder + "/X");
     addFound("Y", folder + "/Y");
@@ -178,7 +178,7 @@ TEST_F(CarryingOnePlugIn, ARemovalThatFailsStopsNothing) {
     EXPECT_FALSE(engine.run.authDenied);
 }
 
-TEST_F(CarryingOnePlugIn, ALaunchThatFailsWithoutARefusalStopsNothing) {
+TEST_F(EarlierCopiesOfOnePlugIn, ALaunchThatFailsWithoutARefusalStopsNothing) {
     addFound("X", folder + "/X");
     addFound("X", folder + "/deep/X");
     refuseFromCommand(fake, 1, -1);
@@ -188,7 +188,7 @@ TEST_F(CarryingOnePlugIn, ALaunchThatFailsWithoutARefusalStopsNothing) {
     EXPECT_FALSE(engine.run.authDenied);
 }
 
-TEST_F(CarryingOnePlugIn, ARefusalEndsEverythingAtOnce) {
+TEST_F(EarlierCopiesOfOnePlugIn, ARefusalEndsEverythingAtOnce) {
     memory.addFile(plugIns + "/Y");
     addFound("X", folder + "/X");
     addFound("X", folder + "/deep/X");
@@ -204,7 +204,7 @@ TEST_F(CarryingOnePlugIn, ARefusalEndsEverythingAtOnce) {
     EXPECT_EQ(fake.fileQueries.destroyed, 1);
 }
 
-TEST_F(CarryingOnePlugIn, ALaterRefusalKeepsWhatWasDoneBefore) {
+TEST_F(EarlierCopiesOfOnePlugIn, ALaterRefusalKeepsWhatWasDoneBefore) {
     addFound("X", folder + "/X");
     addFound("X", folder + "/deep/X");
     refuseFromCommand(fake, 2);
@@ -215,7 +215,7 @@ TEST_F(CarryingOnePlugIn, ALaterRefusalKeepsWhatWasDoneBefore) {
     EXPECT_THAT(fake.log.lines, ElementsAre("found X at " + folder + "/X"));
 }
 
-TEST_F(CarryingOnePlugIn, WithoutAnAuthorizationTheFirstRemovalIsRefused) {
+TEST_F(EarlierCopiesOfOnePlugIn, WithoutAnAuthorizationTheFirstRemovalIsRefused) {
     engine.run.setAuthorization(nullptr);
     addFound("X", folder + "/X");
     unInstall();
@@ -225,7 +225,7 @@ TEST_F(CarryingOnePlugIn, WithoutAnAuthorizationTheFirstRemovalIsRefused) {
 
 // The search.
 
-TEST_F(CarryingOnePlugIn, TheLoopIsTurnedUntilTheSearchHasItsResults) {
+TEST_F(EarlierCopiesOfOnePlugIn, TheLoopIsTurnedUntilTheSearchHasItsResults) {
     fake.fileQueries.turnsNeeded = 5;
     addFound("X", folder + "/X");
     unInstall();
@@ -233,13 +233,13 @@ TEST_F(CarryingOnePlugIn, TheLoopIsTurnedUntilTheSearchHasItsResults) {
     EXPECT_FALSE(memory.exists(folder + "/X"));
 }
 
-TEST_F(CarryingOnePlugIn, TheLoopIsTurnedOnceForASearchThatHasItsResultsAtOnce) {
+TEST_F(EarlierCopiesOfOnePlugIn, TheLoopIsTurnedOnceForASearchThatHasItsResultsAtOnce) {
     fake.fileQueries.turnsNeeded = 0;
     unInstall();
     EXPECT_EQ(fake.eventLoop.turns, 1);
 }
 
-TEST_F(CarryingOnePlugIn, OneQueryServesAllNames) {
+TEST_F(EarlierCopiesOfOnePlugIn, OneQueryServesAllNames) {
     memory.addFile(plugIns + "/Y");
     memory.addFile(autoLayerItems + "/Z");
     unInstall();
@@ -249,10 +249,10 @@ TEST_F(CarryingOnePlugIn, OneQueryServesAllNames) {
 
 // Where.
 
-class NoFolderToSearch : public CarryingOnePlugIn,
-                         public testing::WithParamInterface<std::string> {};
+class EarlierCopiesPathThatIsNoFolder : public EarlierCopiesOfOnePlugIn,
+                                        public testing::WithParamInterface<std::string> {};
 
-TEST_P(NoFolderToSearch, IsNeverSearched) {
+TEST_P(EarlierCopiesPathThatIsNoFolder, IsNeverSearched) {
     fake.searchPaths.volume = "/Volumes/Other";
     addFound("X", "/X");
     addFound("X", "/Volumes/Other/X");
@@ -261,18 +261,18 @@ TEST_P(NoFolderToSearch, IsNeverSearched) {
     EXPECT_THAT(fake.journal, IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, NoFolderToSearch,
+INSTANTIATE_TEST_SUITE_P(Paths, EarlierCopiesPathThatIsNoFolder,
                          testing::Values("", "/", "///", "My Plug-Ins", "./Plug-Ins", "..",
                                          "/Volumes/Other", "/Volumes/Other/", "/.",
                                          "/Volumes/Other/.", "/Applications/..",
                                          "/Applications/../../Plug-Ins"));
 
-TEST_F(CarryingOnePlugIn, AFolderWithDotsInItsNameIsSearched) {
+TEST_F(EarlierCopiesOfOnePlugIn, AFolderWithDotsInItsNameIsSearched) {
     unInstall(host("/..My Plug-Ins../a"));
     EXPECT_THAT(fake.journal, Contains("find X below /..My Plug-Ins../a"));
 }
 
-TEST_F(CarryingOnePlugIn, APhotoshopIsSearchedOnTheTargetVolumeAndNowhereElse) {
+TEST_F(EarlierCopiesOfOnePlugIn, APhotoshopIsSearchedOnTheTargetVolumeAndNowhereElse) {
     fake.searchPaths.volume = "/Volumes/Other";
     unInstall(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019"));
     EXPECT_THAT(fake.journal,
@@ -281,19 +281,19 @@ TEST_F(CarryingOnePlugIn, APhotoshopIsSearchedOnTheTargetVolumeAndNowhereElse) {
                             "stop"));
 }
 
-TEST_F(CarryingOnePlugIn, APickedFolderIsSearchedAsItWasPicked) {
+TEST_F(EarlierCopiesOfOnePlugIn, APickedFolderIsSearchedAsItWasPicked) {
     fake.searchPaths.volume = "/Volumes/Other";
     unInstall(host("/My//Plug-Ins/"));
     EXPECT_THAT(fake.journal, ElementsAre("find X below /My/Plug-Ins", "stop"));
 }
 
-TEST_F(CarryingOnePlugIn, AFireworksIsSearchedToo) {
+TEST_F(EarlierCopiesOfOnePlugIn, AFireworksIsSearchedToo) {
     unInstall(FireworksHostModel(fake.platform, "Adobe Fireworks CS6"));
     EXPECT_THAT(fake.journal,
                 ElementsAre("find X below /Applications/Adobe Fireworks CS6/Plug-Ins", "stop"));
 }
 
-TEST_F(CarryingOnePlugIn, HostsThatTakeNoPlugInAreNotSearched) {
+TEST_F(EarlierCopiesOfOnePlugIn, HostsThatTakeNoPlugInAreNotSearched) {
     unInstall(LightRoomHostModel(fake.platform, "Lightroom 5"));
     unInstall(ApertureHostModel(fake.platform, "Aperture 3"));
     EXPECT_EQ(fake.fileQueries.created, 0);

@@ -97,7 +97,7 @@ TEST_F(ExternalEditorListTest, TheNewestPhotoshopIsListed) {
     EXPECT_TRUE(written().starts_with("/Applications/Adobe Photoshop CC 2021/"));
 }
 
-TEST_F(ExternalEditorListTest, OfEqualVersionsTheFirstIsListed) {
+TEST_F(ExternalEditorListTest, TheFirstOfEqualVersionsIsListed) {
     configure({photoshopAt("Adobe Photoshop CC 2015", "/Applications/First"),
                photoshopAt("Adobe Photoshop CC 2015.5", "/Applications/Second")});
     EXPECT_TRUE(written().starts_with("/Applications/First/First.app,Adobe Photoshop CC 2015,9,"));

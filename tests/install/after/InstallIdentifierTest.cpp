@@ -101,7 +101,7 @@ TEST_F(InstallIdentifierTest, TheFileIsNeverCreatedByTheUser) {
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open guid file handle"));
 }
 
-TEST_F(InstallIdentifierTest, RefusedRightsAreNoneOfItsConcern) {
+TEST_F(InstallIdentifierTest, IgnoresRefusedRights) {
     refuseFromCommand(fake, 1);
     write();
     EXPECT_FALSE(engine.run.authDenied);

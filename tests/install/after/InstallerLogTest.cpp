@@ -87,7 +87,7 @@ TEST_F(InstallerLogTest, TheLogIsNeverCreatedByTheUser) {
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
 }
 
-TEST_F(InstallerLogTest, RefusedRightsAreNoneOfItsConcern) {
+TEST_F(InstallerLogTest, IgnoresRefusedRights) {
     installed = {"/A"};
     memory.addFile(path);
     refuseFromCommand(fake, 1);
@@ -105,7 +105,7 @@ TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
 }
 
 /// A disk on which one call on the opened log fails, the one of that place.
-class FailingLog : public InstallerLogTest {
+class InstallerLogThatCannotBeWritten : public InstallerLogTest {
   protected:
     void writeWithFault(const FaultPlan& plan) {
         installed = {"/A", "/B/C"};
@@ -123,7 +123,7 @@ class FailingLog : public InstallerLogTest {
 constexpr std::size_t emptying = 2;
 constexpr std::size_t writing = 3;
 
-TEST_F(FailingLog, IsEmptyInsteadOfEndingInTheMiddleOfAPath) {
+TEST_F(InstallerLogThatCannotBeWritten, IsEmptyInsteadOfEndingInTheMiddleOfAPath) {
     for (const AfterEffect effect : {AfterEffect::nothing, AfterEffect::part}) {
         fake.log.lines.clear();
         writeWithFault(
@@ -132,7 +132,7 @@ TEST_F(FailingLog, IsEmptyInsteadOfEndingInTheMiddleOfAPath) {
     }
 }
 
-TEST_F(FailingLog, ThatCannotBeEmptiedIsNotWritten) {
+TEST_F(InstallerLogThatCannotBeWritten, IsLeftAloneWhenItCannotBeEmptied) {
     writeWithFault({.place = emptying, .error = std::errc::no_space_on_device});
     EXPECT_EQ(memory.contents(path), "");
 }

@@ -55,10 +55,10 @@ TEST_F(ManifestCleanerTest, OtherMakersFoldersAreNeverSearched) {
     EXPECT_THAT(operationsOf(fake), IsEmpty());
 }
 
-class UnusableMakerName : public ManifestCleanerTest,
-                          public testing::WithParamInterface<const char*> {};
+class ManifestCleanerWithAnUnusableMakerName : public ManifestCleanerTest,
+                                               public testing::WithParamInterface<const char*> {};
 
-TEST_P(UnusableMakerName, NeverWidensTheSearch) {
+TEST_P(ManifestCleanerWithAnUnusableMakerName, NeverWidensTheSearch) {
     fake.bundle.tables["installer"]["company_name"] = GetParam();
     memory.addFile(support + "/manifest.xml");
     memory.addFile(support + "/Other/manifest.xml");
@@ -69,7 +69,8 @@ TEST_P(UnusableMakerName, NeverWidensTheSearch) {
                 ElementsAre("remove " + support + "/company_name/manifest.xml"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, UnusableMakerName, testing::Values("", ".", "..", "a/.."));
+INSTANTIATE_TEST_SUITE_P(Names, ManifestCleanerWithAnUnusableMakerName,
+                         testing::Values("", ".", "..", "a/.."));
 
 TEST_F(ManifestCleanerTest, WithoutTheMakersNameItsKeyNamesTheFolder) {
     fake.bundle.tables.clear();

@@ -13,13 +13,13 @@ struct Row {
     std::string padded;
 };
 
-class ParsedDecimalNumber : public testing::TestWithParam<Row> {};
+class DecimalNumberThatWasParsed : public testing::TestWithParam<Row> {};
 
-TEST_P(ParsedDecimalNumber, IsWrittenWithFourCharactersAtLeast) {
+TEST_P(DecimalNumberThatWasParsed, IsWrittenWithFourCharactersAtLeast) {
     EXPECT_EQ(DecimalNumber::parsed(GetParam().text).paddedTo(4), GetParam().padded);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, ParsedDecimalNumber,
+INSTANTIATE_TEST_SUITE_P(Texts, DecimalNumberThatWasParsed,
                          testing::Values(Row{"1", "0001"}, Row{"0", "0000"}, Row{"007", "0007"},
                                          Row{"9999", "9999"}, Row{"10000", "10000"},
                                          Row{"202401011234567890123", "202401011234567890123"},

@@ -15,14 +15,14 @@ FileAttributeChanges withPermissions(std::uint32_t permissions) {
     return {.owner = {}, .group = {}, .permissions = permissions};
 }
 
-TEST(EnsureDirExists, AnExistingFolderIsLeftAsItIs) {
+TEST(DestinationFoldersEnsureDirExists, AnExistingFolderIsLeftAsItIs) {
     EngineParts engine;
     engine.fake.memory.addFolder("/a", 0700);
     engine.folders.ensureDirExists("/a");
     EXPECT_THAT(engine.operations(), ElementsAre());
 }
 
-TEST(EnsureDirExists, OnlyTheFolderIsMadeWhenItsParentIsThere) {
+TEST(DestinationFoldersEnsureDirExists, OnlyTheFolderIsMadeWhenItsParentIsThere) {
     EngineParts engine;
     engine.fake.memory.addFolder("/a");
     engine.folders.ensureDirExists("/a/b");
@@ -30,7 +30,8 @@ TEST(EnsureDirExists, OnlyTheFolderIsMadeWhenItsParentIsThere) {
                 ElementsAre("createFolders /a/b 0775", "setAttributes /a/b tester:admin 0775"));
 }
 
-TEST(EnsureDirExists, TheParentThatWasMissingIsGivenToTheUserAndFoldersAboveItAreNot) {
+TEST(DestinationFoldersEnsureDirExists,
+     TheParentThatWasMissingIsGivenToTheUserAndFoldersAboveItAreNot) {
     EngineParts engine;
     engine.folders.ensureDirExists("/a/b/c");
     EXPECT_THAT(engine.operations(),
@@ -47,7 +48,7 @@ class BlindFileManager : public RecordingFileManager {
     bool exists(const std::string&) override { return false; }
 };
 
-TEST(EnsureDirExists, AFolderThatCanBeListedIsThereWhateverElseTheDiskSays) {
+TEST(DestinationFoldersEnsureDirExists, AFolderThatCanBeListedIsThereWhateverElseTheDiskSays) {
     EngineParts engine;
     BlindFileManager files(engine.fake.memory, engine.fake.journal);
     Platform platform = platformWith(files, engine.fake);
@@ -60,7 +61,7 @@ TEST(EnsureDirExists, AFolderThatCanBeListedIsThereWhateverElseTheDiskSays) {
                 ElementsAre("createFolders /a/c 0775", "setAttributes /a/c tester:admin 0775"));
 }
 
-TEST(EnsureDirExists, WhatLiesInAFolderThatTurnedUpMeanwhileIsGivenToTheUserToo) {
+TEST(DestinationFoldersEnsureDirExists, WhatLiesInAFolderThatTurnedUpMeanwhileIsGivenToTheUserToo) {
     EngineParts engine;
     engine.fake.files.setFault([&](const RecordingFileManager::Operation& operation) {
         if (operation.front() == "createFolders") engine.fake.memory.addFile("/a/other");
@@ -70,7 +71,7 @@ TEST(EnsureDirExists, WhatLiesInAFolderThatTurnedUpMeanwhileIsGivenToTheUserToo)
     EXPECT_EQ(engine.fake.memory.node("/a/other")->group, "admin");
 }
 
-TEST(EnsureDirExists, TheAdministratorMakesWhatTheUserMayNot) {
+TEST(DestinationFoldersEnsureDirExists, TheAdministratorMakesWhatTheUserMayNot) {
     EngineParts engine;
     engine.fake.memory.makeUnwritable("/");
     engine.folders.ensureDirExists("/a/b/c");
@@ -82,7 +83,7 @@ TEST(EnsureDirExists, TheAdministratorMakesWhatTheUserMayNot) {
     EXPECT_EQ(engine.fake.memory.node("/a/b/c")->permissions, 0775U);
 }
 
-TEST(EnsureDirExists, ARefusalForTheParentLeavesTheRest) {
+TEST(DestinationFoldersEnsureDirExists, ARefusalForTheParentLeavesTheRest) {
     EngineParts engine;
     engine.fake.memory.makeUnwritable("/");
     refuseFromCommand(engine.fake, 1);
@@ -92,7 +93,7 @@ TEST(EnsureDirExists, ARefusalForTheParentLeavesTheRest) {
                 ElementsAre("createFolders /a 0775", "/bin/mkdir -m775 -p /a"));
 }
 
-TEST(EnsureDirExists, ARefusalForTheFolderItselfLeavesItsOwnerAlone) {
+TEST(DestinationFoldersEnsureDirExists, ARefusalForTheFolderItselfLeavesItsOwnerAlone) {
     EngineParts engine;
     engine.fake.memory.addFolder("/a");
     engine.fake.memory.makeUnwritable("/");
@@ -103,7 +104,7 @@ TEST(EnsureDirExists, ARefusalForTheFolderItselfLeavesItsOwnerAlone) {
                 ElementsAre("createFolders /a/b 0775", "/bin/mkdir -m775 -p /a/b"));
 }
 
-TEST(EnsureDirExists, TheOutcomeOfTheChangeOfOwnerIsNobodysConcern) {
+TEST(DestinationFoldersEnsureDirExists, TheOutcomeOfTheChangeOfOwnerIsIgnored) {
     EngineParts engine;
     engine.fake.memory.makeUnwritable("/");
     refuseTool(engine.fake, "/usr/sbin/chown");
@@ -112,7 +113,7 @@ TEST(EnsureDirExists, TheOutcomeOfTheChangeOfOwnerIsNobodysConcern) {
     EXPECT_TRUE(engine.fake.memory.exists("/a/b"));
 }
 
-TEST(EnsureDirExists, ALaunchThatFailedOtherwiseIsFollowedByTheNextStep) {
+TEST(DestinationFoldersEnsureDirExists, ALaunchThatFailedOtherwiseIsFollowedByTheNextStep) {
     EngineParts engine;
     engine.fake.memory.makeUnwritable("/");
     refuseFromCommand(engine.fake, 1, -60031);
@@ -121,7 +122,7 @@ TEST(EnsureDirExists, ALaunchThatFailedOtherwiseIsFollowedByTheNextStep) {
     EXPECT_EQ(engine.operations().size(), 6U);
 }
 
-TEST(EnsureDirExists, SeparatorsAtTheEndAndDoubledOnesDoNotCount) {
+TEST(DestinationFoldersEnsureDirExists, SeparatorsAtTheEndAndDoubledOnesDoNotCount) {
     EngineParts engine;
     engine.fake.memory.addFolder("/a");
     engine.folders.ensureDirExists("/a//b/");
@@ -129,7 +130,8 @@ TEST(EnsureDirExists, SeparatorsAtTheEndAndDoubledOnesDoNotCount) {
                 ElementsAre("createFolders /a/b 0775", "setAttributes /a/b tester:admin 0775"));
 }
 
-TEST(SetAttributesRecursive, ReachesEverythingBelowAFolderHiddenEntriesAndPackagesIncluded) {
+TEST(DestinationFoldersSetAttributesRecursive,
+     ReachesEverythingBelowAFolderHiddenEntriesAndPackagesIncluded) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/.hidden");
     engine.fake.memory.addFile("/a/T.app/x");
@@ -140,7 +142,7 @@ TEST(SetAttributesRecursive, ReachesEverythingBelowAFolderHiddenEntriesAndPackag
                     "setAttributes /a/T.app o:g 0640", "setAttributes /a/T.app/x o:g 0640"));
 }
 
-TEST(SetAttributesRecursive, LinksAreChangedThemselvesAndNotFollowed) {
+TEST(DestinationFoldersSetAttributesRecursive, LinksAreChangedThemselvesAndNotFollowed) {
     EngineParts engine;
     engine.fake.memory.addFile("/elsewhere/file");
     engine.fake.memory.addLink("/a/link", "/elsewhere");
@@ -150,7 +152,7 @@ TEST(SetAttributesRecursive, LinksAreChangedThemselvesAndNotFollowed) {
     EXPECT_EQ(engine.fake.memory.node("/elsewhere/file")->owner, "tester");
 }
 
-TEST(SetAttributesRecursive, AFailedChangeDoesNotStopIt) {
+TEST(DestinationFoldersSetAttributesRecursive, AFailedChangeDoesNotStopIt) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");
     failOperation(engine.fake, "setAttributes");
@@ -159,7 +161,7 @@ TEST(SetAttributesRecursive, AFailedChangeDoesNotStopIt) {
                 ElementsAre("setAttributes /a -:- 0600", "setAttributes /a/b -:- 0600"));
 }
 
-TEST(SetAttributesRecursive, WhatTheEntryIsWasReadBeforeTheChange) {
+TEST(DestinationFoldersSetAttributesRecursive, WhatTheEntryIsWasReadBeforeTheChange) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");
     bool changed = false;
@@ -174,7 +176,7 @@ TEST(SetAttributesRecursive, WhatTheEntryIsWasReadBeforeTheChange) {
                 ElementsAre("setAttributes /a -:- 0000", "setAttributes /a/b -:- 0000"));
 }
 
-TEST(SetAttributesRecursive, AFolderThatCannotBeListedIsChangedItself) {
+TEST(DestinationFoldersSetAttributesRecursive, AFolderThatCannotBeListedIsChangedItself) {
     EngineParts engine;
     engine.fake.memory.addFile("/a/b");
     failOperation(engine.fake, "list");

@@ -289,9 +289,9 @@ struct RefusalRow {
     std::vector<std::string> operations;
 };
 
-class RefusedInstallation : public testing::TestWithParam<RefusalRow> {};
+class FileInstallerWithARefusedTool : public testing::TestWithParam<RefusalRow> {};
 
-TEST_P(RefusedInstallation, EndsAtOnceWithoutALogEntry) {
+TEST_P(FileInstallerWithARefusedTool, EndsAtOnceWithoutALogEntry) {
     EngineParts engine;
     engine.fake.memory.addFile("/new/a");
     engine.fake.memory.addFile("/new/b");
@@ -307,7 +307,7 @@ TEST_P(RefusedInstallation, EndsAtOnceWithoutALogEntry) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Tools, RefusedInstallation,
+    Tools, FileInstallerWithARefusedTool,
     testing::Values(RefusalRow{"/bin/rm", {"remove /D/a", "/bin/rm -fR /D/a"}},
                     RefusalRow{"/bin/cp",
                                {"remove /D/a", "/bin/rm -fR /D/a", "copy /new/a /D/a",

@@ -21,14 +21,14 @@ struct VersionRow {
     std::string number;
 };
 
-class VersionFromBundle : public testing::TestWithParam<VersionRow> {};
+class ReplaceDecisionVersionFromBundle : public testing::TestWithParam<VersionRow> {};
 
-TEST_P(VersionFromBundle, IsTheConcatenationOfItsParts) {
+TEST_P(ReplaceDecisionVersionFromBundle, IsTheConcatenationOfItsParts) {
     EXPECT_EQ(versionNumber(GetParam().version), DecimalNumber::parsed(GetParam().number));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Versions, VersionFromBundle,
+    Versions, ReplaceDecisionVersionFromBundle,
     testing::Values(VersionRow{"1.2.3", "100020003"}, VersionRow{"2.0", "20000"},
                     VersionRow{"7", "7"}, VersionRow{"1.12345.2", "1123450002"},
                     VersionRow{"1.x.2", "100000002"}, VersionRow{"1.5b3", "10005"},
@@ -52,7 +52,7 @@ TEST(ReplaceDecision, VersionsAreNotFilledUpToAsManyParts) {
     EXPECT_GT(versionNumber("1.2.3"), versionNumber("2.0"));
 }
 
-class ByBundleVersion : public testing::Test {
+class ReplaceDecisionByBundleVersion : public testing::Test {
   protected:
     void addSource(const std::string& version) {
         fake.bundles.informationByPath["/new.app"] = {{"CFBundleVersion", version}};
@@ -69,39 +69,39 @@ class ByBundleVersion : public testing::Test {
     FakePlatform fake;
 };
 
-TEST_F(ByBundleVersion, EqualVersionsAreReplaced) {
+TEST_F(ReplaceDecisionByBundleVersion, EqualVersionsAreReplaced) {
     addSource("1.2.3");
     addExisting("1.2.3");
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByBundleVersion, AnOlderSourceDoesNotReplace) {
+TEST_F(ReplaceDecisionByBundleVersion, AnOlderSourceDoesNotReplace) {
     addSource("1.2.2");
     addExisting("1.2.3");
     EXPECT_FALSE(answer());
 }
 
-TEST_F(ByBundleVersion, ANewerSourceReplaces) {
+TEST_F(ReplaceDecisionByBundleVersion, ANewerSourceReplaces) {
     addSource("1.10.0");
     addExisting("1.9.9");
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByBundleVersion, AMissingDestinationIsInstalledWithoutLookingAtTheSource) {
+TEST_F(ReplaceDecisionByBundleVersion, AMissingDestinationIsInstalledWithoutLookingAtTheSource) {
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByBundleVersion, WhatIsNoBundleIsReplaced) {
+TEST_F(ReplaceDecisionByBundleVersion, WhatIsNoBundleIsReplaced) {
     fake.memory.addFile("/old.app");
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByBundleVersion, ASourceThatIsNoBundleReplacesNoBundle) {
+TEST_F(ReplaceDecisionByBundleVersion, ASourceThatIsNoBundleReplacesNoBundle) {
     addExisting("1.0");
     EXPECT_FALSE(answer());
 }
 
-TEST_F(ByBundleVersion, ASourceWithoutVersionReplacesNothing) {
+TEST_F(ReplaceDecisionByBundleVersion, ASourceWithoutVersionReplacesNothing) {
     fake.bundles.informationByPath["/new.app"] = {};
     addExisting("0");
     EXPECT_FALSE(answer());
@@ -109,14 +109,14 @@ TEST_F(ByBundleVersion, ASourceWithoutVersionReplacesNothing) {
     EXPECT_FALSE(answer());
 }
 
-TEST_F(ByBundleVersion, AnExistingBundleWithoutVersionGivesWayToAVersion) {
+TEST_F(ReplaceDecisionByBundleVersion, AnExistingBundleWithoutVersionGivesWayToAVersion) {
     addSource("0.1");
     addExisting("");
     fake.bundles.informationByPath["/old.app"] = {};
     EXPECT_TRUE(answer());
 }
 
-class ByModificationTime : public testing::Test {
+class ReplaceDecisionByModificationTime : public testing::Test {
   protected:
     void add(const std::string& path, int seconds) {
         fake.memory.addFile(path);
@@ -132,7 +132,7 @@ class ByModificationTime : public testing::Test {
     FakePlatform fake;
 };
 
-TEST_F(ByModificationTime, OnlyAnEarlierSourceIsHeldBack) {
+TEST_F(ReplaceDecisionByModificationTime, OnlyAnEarlierSourceIsHeldBack) {
     add("/new", 100);
     add("/old", 101);
     EXPECT_FALSE(answer());
@@ -142,7 +142,7 @@ TEST_F(ByModificationTime, OnlyAnEarlierSourceIsHeldBack) {
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByModificationTime, DatesAreComparedToTheNanosecond) {
+TEST_F(ReplaceDecisionByModificationTime, DatesAreComparedToTheNanosecond) {
     add("/new", 100);
     add("/old", 100);
     fake.memory.setModificationDate(
@@ -150,12 +150,12 @@ TEST_F(ByModificationTime, DatesAreComparedToTheNanosecond) {
     EXPECT_FALSE(answer());
 }
 
-TEST_F(ByModificationTime, AMissingDestinationIsInstalled) {
+TEST_F(ReplaceDecisionByModificationTime, AMissingDestinationIsInstalled) {
     add("/new", 1);
     EXPECT_TRUE(answer());
 }
 
-TEST_F(ByModificationTime, AnEmptyFolderGivesWayWhateverItsDate) {
+TEST_F(ReplaceDecisionByModificationTime, AnEmptyFolderGivesWayWhateverItsDate) {
     add("/new", 100);
     fake.memory.addFolder("/old");
     setDate("/old", 200);
@@ -164,7 +164,7 @@ TEST_F(ByModificationTime, AnEmptyFolderGivesWayWhateverItsDate) {
     EXPECT_FALSE(answer());
 }
 
-TEST_F(ByModificationTime, ADateThatCannotBeReadHoldsNothingBack) {
+TEST_F(ReplaceDecisionByModificationTime, ADateThatCannotBeReadHoldsNothingBack) {
     add("/old", 200);
     EXPECT_TRUE(answer());
 }

@@ -41,7 +41,7 @@ TEST_F(PayloadWarningsTest, APayloadThatIsInstalledWholeGivesNone) {
     EXPECT_THAT(fake.log.lines, IsEmpty());
 }
 
-TEST_F(PayloadWarningsTest, PlainFilesOutsideTheProductFoldersOfTheMirror) {
+TEST_F(PayloadWarningsTest, NamePlainFilesOutsideTheProductFoldersOfTheMirror) {
     memory.addFile(mirror + "/usr/local/lib/x");
     memory.addFile(support + "/Acme/loose.txt");
     memory.addFile(support + "/Other/Product/file");
@@ -51,7 +51,7 @@ TEST_F(PayloadWarningsTest, PlainFilesOutsideTheProductFoldersOfTheMirror) {
                                                      warning(support + "/Other/Product/file")));
 }
 
-TEST_F(PayloadWarningsTest, HiddenEntriesOneLineForAFolder) {
+TEST_F(PayloadWarningsTest, NameHiddenEntriesWithOneLineForAFolder) {
     memory.addFile(payload + "/.DS_Store");
     memory.addFile(mirror + "/.hidden/Tool.app/x");
     memory.addFile(support + "/Acme/Filters 2/.hidden");
@@ -63,7 +63,7 @@ TEST_F(PayloadWarningsTest, HiddenEntriesOneLineForAFolder) {
                                      warning(payload + "/PHOTOSHOP/deep/.hidden")));
 }
 
-TEST_F(PayloadWarningsTest, LinksAndSpecialFilesThatAreNoPartOfAnItem) {
+TEST_F(PayloadWarningsTest, NameLinksAndSpecialFilesThatAreNoPartOfAnItem) {
     memory.addLink(mirror + "/Applications/link", "/etc");
     memory.addLink(support + "/Acme/link", "Filters 2");
     memory.addLink(payload + "/PHOTOSHOP/link", "a");
@@ -75,7 +75,7 @@ TEST_F(PayloadWarningsTest, LinksAndSpecialFilesThatAreNoPartOfAnItem) {
                                                      warning(payload + "/LIGHTROOM/fifo")));
 }
 
-TEST_F(PayloadWarningsTest, EntriesOfThePayloadThatTheInstallerDoesNotKnow) {
+TEST_F(PayloadWarningsTest, NameEntriesOfThePayloadThatTheInstallerDoesNotKnow) {
     memory.addFile(payload + "/APERTURE/x");
     memory.addFile(payload + "/read me.txt");
     log();

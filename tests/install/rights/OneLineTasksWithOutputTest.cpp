@@ -75,7 +75,7 @@ class NoLoop : public EventLoop {
     bool runOnce() override { return false; }
 };
 
-class PrivilegedRun : public testing::Test {
+class OneLineTasksWithOutputPrivilegedRun : public testing::Test {
   protected:
     std::optional<std::string> run(bool wait = true) {
         return tasks.stringByLaunchingPathWithArguments("/bin/rm", {"-fR", "/x"}, authorization,
@@ -99,10 +99,11 @@ std::string numbered(std::size_t size) {
 }
 
 using OutputAndPieces = std::tuple<std::size_t, std::size_t>;
-class DiscardedFirstChunk : public PrivilegedRun,
-                            public testing::WithParamInterface<OutputAndPieces> {};
+class OneLineTasksWithOutputDiscardedFirstChunk
+    : public OneLineTasksWithOutputPrivilegedRun,
+      public testing::WithParamInterface<OutputAndPieces> {};
 
-TEST_P(DiscardedFirstChunk, IsAFull64BytesHoweverTheyArrive) {
+TEST_P(OneLineTasksWithOutputDiscardedFirstChunk, IsAFull64BytesHoweverTheyArrive) {
     const auto [size, pieces] = GetParam();
     authorization.output = numbered(size);
     authorization.bytesAtATime = pieces;
@@ -110,7 +111,7 @@ TEST_P(DiscardedFirstChunk, IsAFull64BytesHoweverTheyArrive) {
     EXPECT_FALSE(error);
 }
 
-INSTANTIATE_TEST_SUITE_P(SizesAndPieces, DiscardedFirstChunk,
+INSTANTIATE_TEST_SUITE_P(SizesAndPieces, OneLineTasksWithOutputDiscardedFirstChunk,
                          testing::Combine(testing::Values(0, 1, 63, 64, 65, 100, 128, 1000),
                                           testing::Values(1, 7, 63, 64, 65)),
                          [](const auto& row) {
@@ -122,9 +123,10 @@ struct Status {
     std::int32_t given;
     std::int32_t code;
 };
-class TruncatedStatus : public PrivilegedRun, public testing::WithParamInterface<Status> {};
+class OneLineTasksWithOutputTruncatedStatus : public OneLineTasksWithOutputPrivilegedRun,
+                                              public testing::WithParamInterface<Status> {};
 
-TEST_P(TruncatedStatus, IsTheErrorsCode) {
+TEST_P(OneLineTasksWithOutputTruncatedStatus, IsTheErrorsCode) {
     authorization.status = GetParam().given;
     EXPECT_EQ(run(), std::nullopt);
     ASSERT_TRUE(error);
@@ -138,7 +140,7 @@ TEST_P(TruncatedStatus, IsTheErrorsCode) {
     EXPECT_EQ(error->code, GetParam().code);
 }
 
-INSTANTIATE_TEST_SUITE_P(Statuses, TruncatedStatus,
+INSTANTIATE_TEST_SUITE_P(Statuses, OneLineTasksWithOutputTruncatedStatus,
                          testing::Values(Status{-60006, 5530}, Status{-60005, 5531},
                                          Status{-59996, 5540}, Status{-60031, 5505}, Status{-1, -1},
                                          Status{40000, -25536}),
@@ -147,13 +149,13 @@ INSTANTIATE_TEST_SUITE_P(Statuses, TruncatedStatus,
                              return (row.param.given < 0 ? "Minus" : "Plus") + digits;
                          });
 
-TEST_F(PrivilegedRun, CountsAStatusWhoseLow16BitsAreZeroAsSuccess) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, CountsAStatusWhoseLow16BitsAreZeroAsSuccess) {
     authorization.status = -65536;
     EXPECT_EQ(run(), "");
     EXPECT_FALSE(error);
 }
 
-TEST_F(PrivilegedRun, PassesToolAndArgumentsOnAsTheyAre) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, PassesToolAndArgumentsOnAsTheyAre) {
     run();
     EXPECT_EQ(authorization.tool, "/bin/rm");
     EXPECT_EQ(authorization.arguments, (std::vector<std::string>{"-fR", "/x"}));
@@ -161,18 +163,18 @@ TEST_F(PrivilegedRun, PassesToolAndArgumentsOnAsTheyAre) {
     EXPECT_TRUE(authorization.arguments.empty());
 }
 
-TEST_F(PrivilegedRun, WithoutWaitStillReadsToTheEnd) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, WithoutWaitStillReadsToTheEnd) {
     authorization.output = numbered(100);
     EXPECT_EQ(run(false), authorization.output.substr(64));
     EXPECT_EQ(authorization.waits, 0);
 }
 
-TEST_F(PrivilegedRun, WithWaitWaitsOnce) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, WithWaitWaitsOnce) {
     run(true);
     EXPECT_EQ(authorization.waits, 1);
 }
 
-TEST_F(PrivilegedRun, WithoutOutputReadsNothing) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, WithoutOutputReadsNothing) {
     authorization.output = numbered(100);
     tasks.authorizedLaunchPath("/bin/mkdir", {}, authorization, &error, true);
     EXPECT_EQ(authorization.reads, 0);
@@ -182,27 +184,27 @@ TEST_F(PrivilegedRun, WithoutOutputReadsNothing) {
     EXPECT_EQ(authorization.waits, 1);
 }
 
-TEST_F(PrivilegedRun, ReportsATimeOfLossAsADeniedLaunch) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, ReportsATimeOfLossAsADeniedLaunch) {
     authorization.statusLater = authorization_status::denied;
     EXPECT_EQ(run(), std::nullopt);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, 5531);
 }
 
-TEST_F(PrivilegedRun, NeedsNoErrorSlot) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, NeedsNoErrorSlot) {
     authorization.status = authorization_status::canceled;
     EXPECT_EQ(tasks.stringByLaunchingPathWithArguments("/bin/rm", {}, authorization, nullptr, true),
               std::nullopt);
     tasks.authorizedLaunchPath("/bin/rm", {}, authorization, nullptr, true);
 }
 
-TEST_F(PrivilegedRun, DecodesEachChunkByItself) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, DecodesEachChunkByItself) {
     // "ä" stands across the end of the second chunk: each of its bytes is no character there.
     authorization.output = std::string(64, '-') + std::string(63, 'x') + "\u00e4" + "\u00f6";
     EXPECT_EQ(run(), std::string(63, 'x') + "\uFFFD" + "\uFFFD" + "\u00f6");
 }
 
-TEST_F(PrivilegedRun, KeepsAWholeCharacterAtTheEndOfAChunk) {
+TEST_F(OneLineTasksWithOutputPrivilegedRun, KeepsAWholeCharacterAtTheEndOfAChunk) {
     authorization.output = std::string(64, '-') + std::string(62, 'x') + "\u00e4" + "y";
     EXPECT_EQ(run(), std::string(62, 'x') + "\u00e4" + "y");
 }

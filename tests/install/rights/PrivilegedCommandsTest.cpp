@@ -15,7 +15,7 @@ namespace {
 using testing::ElementsAre;
 using Outcome = PrivilegedCommands::Outcome;
 
-TEST(IsFatalAuthCode, HoldsForTheTruncatedAuthorizationStatuses) {
+TEST(PrivilegedCommandsIsFatalAuthCode, HoldsForTheTruncatedAuthorizationStatuses) {
     EXPECT_FALSE(isFatalAuthCode(0));
     EXPECT_FALSE(isFatalAuthCode(5529));
     EXPECT_TRUE(isFatalAuthCode(5530));
@@ -33,16 +33,16 @@ struct CheckedRow {
     std::string executed;
 };
 
-class CheckedCommand : public testing::TestWithParam<CheckedRow> {};
+class PrivilegedCommandsWithCheckedResult : public testing::TestWithParam<CheckedRow> {};
 
-TEST_P(CheckedCommand, RunsTheToolAndWaitsForItsEnd) {
+TEST_P(PrivilegedCommandsWithCheckedResult, RunsTheToolAndWaitsForItsEnd) {
     EngineParts engine;
     EXPECT_EQ(GetParam().give(engine.commands), Outcome::finished);
     EXPECT_THAT(engine.fake.journal, ElementsAre(GetParam().executed, "wait"));
     EXPECT_FALSE(engine.run.authDenied);
 }
 
-TEST_P(CheckedCommand, IsRefusedByEachFatalStatus) {
+TEST_P(PrivilegedCommandsWithCheckedResult, IsRefusedByEachFatalStatus) {
     for (std::int32_t status = -60006; status <= -59996; ++status) {
         EngineParts engine;
         refuseFromCommand(engine.fake, 1, status);
@@ -51,7 +51,7 @@ TEST_P(CheckedCommand, IsRefusedByEachFatalStatus) {
     }
 }
 
-TEST_P(CheckedCommand, GoesOnAfterAnyOtherFailedLaunch) {
+TEST_P(PrivilegedCommandsWithCheckedResult, GoesOnAfterAnyOtherFailedLaunch) {
     for (const std::int32_t status : {-60007, -60008, -59995, -1, 1}) {
         EngineParts engine;
         refuseFromCommand(engine.fake, 1, status);
@@ -60,7 +60,7 @@ TEST_P(CheckedCommand, GoesOnAfterAnyOtherFailedLaunch) {
     }
 }
 
-TEST_P(CheckedCommand, IsRefusedWithoutAnAuthorization) {
+TEST_P(PrivilegedCommandsWithCheckedResult, IsRefusedWithoutAnAuthorization) {
     EngineParts engine;
     engine.run.setAuthorization(nullptr);
     EXPECT_EQ(GetParam().give(engine.commands), Outcome::refused);
@@ -69,7 +69,7 @@ TEST_P(CheckedCommand, IsRefusedWithoutAnAuthorization) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Commands, CheckedCommand,
+    Commands, PrivilegedCommandsWithCheckedResult,
     testing::Values(
         CheckedRow{"MakeFolders", [](auto& commands) { return commands.makeFolders("/a b"); },
                    "/bin/mkdir -m775 -p /a b"},
@@ -91,22 +91,22 @@ struct UncheckedRow {
     std::vector<std::string> executed;
 };
 
-class UncheckedCommand : public testing::TestWithParam<UncheckedRow> {};
+class PrivilegedCommandsWithIgnoredResult : public testing::TestWithParam<UncheckedRow> {};
 
-TEST_P(UncheckedCommand, RunsItsTools) {
+TEST_P(PrivilegedCommandsWithIgnoredResult, RunTheirTools) {
     EngineParts engine;
     GetParam().give(engine.commands);
     EXPECT_EQ(engine.fake.journal, GetParam().executed);
 }
 
-TEST_P(UncheckedCommand, ARefusalChangesNothing) {
+TEST_P(PrivilegedCommandsWithIgnoredResult, ARefusalChangesNothing) {
     EngineParts engine;
     refuseFromCommand(engine.fake, 1);
     GetParam().give(engine.commands);
     EXPECT_FALSE(engine.run.authDenied);
 }
 
-TEST_P(UncheckedCommand, DoesNothingWithoutAnAuthorization) {
+TEST_P(PrivilegedCommandsWithIgnoredResult, DoNothingWithoutAnAuthorization) {
     EngineParts engine;
     engine.run.setAuthorization(nullptr);
     GetParam().give(engine.commands);
@@ -115,7 +115,7 @@ TEST_P(UncheckedCommand, DoesNothingWithoutAnAuthorization) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Commands, UncheckedCommand,
+    Commands, PrivilegedCommandsWithIgnoredResult,
     testing::Values(UncheckedRow{"GiveFolderToUser",
                                  [](auto& commands) { commands.giveFolderToUser("/a"); },
                                  {"/usr/sbin/chown -R tester:admin /a", "wait"}},

@@ -116,14 +116,14 @@ struct BrokenRow {
     std::string bytes;
 };
 
-class BrokenPropertyList : public testing::TestWithParam<BrokenRow> {};
+class PropertyListThatIsBroken : public testing::TestWithParam<BrokenRow> {};
 
-TEST_P(BrokenPropertyList, IsNone) {
+TEST_P(PropertyListThatIsBroken, IsNotParsed) {
     EXPECT_FALSE(PropertyList::parse(GetParam().bytes));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Files, BrokenPropertyList,
+    Files, PropertyListThatIsBroken,
     testing::Values(
         BrokenRow{"Empty", ""}, BrokenRow{"OneByte", "<"}, BrokenRow{"Text", "just a text"},
         BrokenRow{"RootIsAText", xml("<string>x</string>")},

@@ -58,11 +58,11 @@ INSTANTIATE_TEST_SUITE_P(Tables, SampleTexts,
                              return std::filesystem::path(row.param).stem().string();
                          });
 
-TEST(SampleLanguages, AreThereInSixLanguages) {
+TEST(SampleTextsLanguages, AreThereInSixLanguages) {
     EXPECT_THAT(sampleLanguages(), ElementsAre("ar", "de", "en", "es", "fr", "ja"));
 }
 
-TEST(SampleLanguages, ABundleSpeaksEachOfItsLanguagesWithoutComplaint) {
+TEST(SampleTextsLanguages, ABundleSpeaksEachOfItsLanguagesWithoutComplaint) {
     const test::ScratchFolder disk;
     disk.addFolder("Sample.app/Contents");
     std::filesystem::create_directory_symlink(resources, disk.at("Sample.app/Contents/Resources"));

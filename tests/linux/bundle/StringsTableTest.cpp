@@ -50,7 +50,7 @@ TEST(StringsTable, ACommentMarkInsideQuotesIsText) {
     EXPECT_THAT(table.entries, ElementsAre(Pair("url", "https://example.com/*x*/")));
 }
 
-TEST(StringsTable, OfAKeyThatOccursTwiceTheLastCounts) {
+TEST(StringsTable, TheLastOfTwoEqualKeysCounts) {
     EXPECT_THAT(parseStringsTable("a = one; a = two;").entries, ElementsAre(Pair("a", "two")));
 }
 

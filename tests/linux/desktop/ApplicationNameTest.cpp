@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
                             "abcdefghijklmn\xEF\xBF\xBD"},
                     NameRow{"real text", {"Größe 日", {}, ""}, "Größe 日"}));
 
-TEST(ProcessStatus, ANameMayHoldAnything) {
+TEST(ApplicationNameProcessStatus, ANameMayHoldAnything) {
     const auto status = parsedProcessStatus("77 (a) Z 1 (b) S 1 77 77 0 -1 4194560 115 0");
     ASSERT_TRUE(status);
     EXPECT_EQ(status->shortName, "a) Z 1 (b");
@@ -137,17 +137,17 @@ TEST(ProcessStatus, ANameMayHoldAnything) {
     EXPECT_FALSE(status->isKernelThread);
 }
 
-TEST(ProcessStatus, TellsWhoHasEnded) {
+TEST(ApplicationNameProcessStatus, TellsWhoHasEnded) {
     EXPECT_TRUE(parsedProcessStatus("7 (x) Z 1 7 7 0 -1 4228100 0")->hasEnded);
     EXPECT_TRUE(parsedProcessStatus("7 (x) X 1 7 7 0 -1 4228100 0")->hasEnded);
     EXPECT_FALSE(parsedProcessStatus("7 (x) D 1 7 7 0 -1 4228100 0")->hasEnded);
 }
 
-TEST(ProcessStatus, TellsTheKernelsThreads) {
+TEST(ApplicationNameProcessStatus, TellsTheKernelsThreads) {
     EXPECT_TRUE(parsedProcessStatus("2 (kthreadd) S 0 0 0 0 -1 2129984 0")->isKernelThread);
 }
 
-TEST(ProcessStatus, IsNothingElse) {
+TEST(ApplicationNameProcessStatus, IsNotParsedFromAnyOtherLine) {
     for (const char* line : {"", "7", "7 (x", "7 x) S", "7 (x) S 1 2", ") S 1 7 7 0 -1 0 (",
                              "7 (x) S 1 7 7 0 -1 many 0"}) {
         EXPECT_FALSE(parsedProcessStatus(line)) << line;

@@ -24,14 +24,14 @@ FileDescriptor listenAt(const std::string& path) {
     return socket;
 }
 
-class WaylandCompositor : public testing::Test {
+class DisplayServersWaylandCompositor : public testing::Test {
   protected:
-    WaylandCompositor() { ::setenv("XDG_RUNTIME_DIR", session.path().c_str(), 1); }
+    DisplayServersWaylandCompositor() { ::setenv("XDG_RUNTIME_DIR", session.path().c_str(), 1); }
 
     test::ScratchFolder session;
 };
 
-TEST_F(WaylandCompositor, IsASocketInTheSessionsFolderOrAtAPath) {
+TEST_F(DisplayServersWaylandCompositor, IsASocketInTheSessionsFolderOrAtAPath) {
     const FileDescriptor compositor = listenAt(session.at("wayland-5"));
     EXPECT_TRUE(reachesWaylandCompositor("wayland-5"));
     ::unsetenv("XDG_RUNTIME_DIR");
@@ -39,17 +39,17 @@ TEST_F(WaylandCompositor, IsASocketInTheSessionsFolderOrAtAPath) {
     EXPECT_TRUE(reachesWaylandCompositor(session.at("wayland-5")));
 }
 
-TEST_F(WaylandCompositor, ThatHasEndedIsNotReached) {
+TEST_F(DisplayServersWaylandCompositor, IsNotReachedOnceItHasEnded) {
     listenAt(session.at("wayland-5")).reset();
     EXPECT_FALSE(reachesWaylandCompositor("wayland-5"));
 }
 
-TEST_F(WaylandCompositor, ThatNeverWasIsNotReached) {
+TEST_F(DisplayServersWaylandCompositor, IsNotReachedWhenThereIsNone) {
     EXPECT_FALSE(reachesWaylandCompositor("wayland-5"));
     EXPECT_FALSE(reachesWaylandCompositor(std::string(200, 'x')));
 }
 
-TEST(XServer, ThatDoesNotExistIsNotReached) {
+TEST(DisplayServersXServer, IsNotReachedWhenItDoesNotExist) {
     ::setenv("DISPLAY", ":65000", 1);
     EXPECT_EQ(connectToXServer(), nullptr);
     ::setenv("DISPLAY", "nonsense", 1);

@@ -99,7 +99,7 @@ class LinuxFileQueryTest : public testing::Test {
 
 // What it finds.
 
-TEST_F(LinuxFileQueryTest, EntriesOfEveryKindAtEveryDepth) {
+TEST_F(LinuxFileQueryTest, FindsEntriesOfEveryKindAtEveryDepth) {
     makeFile("scope/N");
     makeFile("scope/a/b/c/N");
     makeFile("scope/.hidden/N");
@@ -115,14 +115,14 @@ TEST_F(LinuxFileQueryTest, EntriesOfEveryKindAtEveryDepth) {
                                      "folder/N/inside/N", "link/N", "fifo/N"));
 }
 
-TEST_F(LinuxFileQueryTest, OnlyWhatIsCalledExactlySoInEveryLetter) {
+TEST_F(LinuxFileQueryTest, FindsExactlyTheNameInEveryLetter) {
     for (const std::string name : {"F.plugin", "f.plugin", "F.plugin 2", "My F.plugin"}) {
         makeFile("scope/" + name);
     }
     EXPECT_THAT(found("F.plugin"), ElementsAre("F.plugin"));
 }
 
-TEST_F(LinuxFileQueryTest, EverythingThatAWildcardStandsFor) {
+TEST_F(LinuxFileQueryTest, FindsEverythingThatAWildcardMatches) {
     for (const std::string name : {"F*", "Foreign", "Gr?n", "Gr\u00FCn", "Gruen"}) {
         makeFile("scope/" + name);
     }
@@ -130,26 +130,26 @@ TEST_F(LinuxFileQueryTest, EverythingThatAWildcardStandsFor) {
     EXPECT_THAT(found("Gr?n"), UnorderedElementsAre("Gr?n", "Gr\u00FCn"));
 }
 
-TEST_F(LinuxFileQueryTest, NamesThatMeanSomethingElsewhere) {
+TEST_F(LinuxFileQueryTest, FindsNamesThatAreSyntaxElsewhere) {
     for (const std::string name : {"it's \"x\" || %@", "\xFF\xFE", "-rf", "a\nb", "[x]"}) {
         makeFile("scope/deep/" + name);
         EXPECT_THAT(found(name), ElementsAre("deep/" + name));
     }
 }
 
-TEST_F(LinuxFileQueryTest, NotTheScopeItself) {
+TEST_F(LinuxFileQueryTest, DoesNotFindTheScopeItself) {
     makeFile("scope/N/x");
     query->setSearchScopes({disk.path("scope/N")});
     EXPECT_THAT(found("N"), IsEmpty());
 }
 
-TEST_F(LinuxFileQueryTest, PathsWithSingleSeparatorsHoweverTheScopeIsWritten) {
+TEST_F(LinuxFileQueryTest, GivesPathsWithSingleSeparatorsHoweverTheScopeIsWritten) {
     makeFile("scope/a/N");
     query->setSearchScopes({disk.path() + "//scope//"});
     EXPECT_THAT(found("N"), ElementsAre("a/N"));
 }
 
-TEST_F(LinuxFileQueryTest, EveryEntryOfAFolderThatIsReadInManyParts) {
+TEST_F(LinuxFileQueryTest, FindsEveryEntryOfAFolderThatIsReadInManyParts) {
     makeFolders("scope/wide");
     for (int index = 1000; index < 1500; ++index) {
         disk.makeFile("scope/wide/" + std::string(200, 'x') + std::to_string(index));
@@ -157,14 +157,14 @@ TEST_F(LinuxFileQueryTest, EveryEntryOfAFolderThatIsReadInManyParts) {
     EXPECT_THAT(found("*"), SizeIs(501));
 }
 
-TEST_F(LinuxFileQueryTest, SeveralScopesOneAfterTheOther) {
+TEST_F(LinuxFileQueryTest, SearchesSeveralScopesOneAfterTheOther) {
     makeFile("scope/one/N");
     makeFile("scope/two/N");
     EXPECT_THAT(foundIn({disk.path("scope/two"), "/nonexistent", disk.path("scope/one")}),
                 ElementsAre("two/N", "one/N"));
 }
 
-TEST_F(LinuxFileQueryTest, NothingInAScopeThatIsNoFolder) {
+TEST_F(LinuxFileQueryTest, FindsNothingInAScopeThatIsNoFolder) {
     makeFile("scope/N");
     EXPECT_THAT(foundIn({}), IsEmpty());
     EXPECT_THAT(foundIn({""}), IsEmpty());

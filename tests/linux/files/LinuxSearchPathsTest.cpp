@@ -101,14 +101,14 @@ struct VolumeRow {
     std::string onVolume;
 };
 
-class OnTargetVolume : public testing::TestWithParam<VolumeRow> {};
+class LinuxSearchPathsPathOnTargetVolume : public testing::TestWithParam<VolumeRow> {};
 
-TEST_P(OnTargetVolume, IsTheRealPath) {
+TEST_P(LinuxSearchPathsPathOnTargetVolume, IsTheRealPath) {
     EXPECT_EQ(onVolume("/vol").onTargetVolume(GetParam().path), GetParam().onVolume);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Paths, OnTargetVolume,
+    Paths, LinuxSearchPathsPathOnTargetVolume,
     testing::Values(VolumeRow{"Absolute", "/Applications/CS6", "/vol/Applications/CS6"},
                     VolumeRow{"Relative", "Applications", "/vol/Applications"},
                     VolumeRow{"Root", "/", "/vol"}, VolumeRow{"Empty", "", ""},

@@ -21,7 +21,7 @@ using Pipe = ChildProcess::Pipe;
 
 // The command runner with real programs of the current user.
 
-class UnprivilegedRun : public testing::Test {
+class LinuxChildProcessUnprivilegedRun : public testing::Test {
   protected:
     std::optional<std::string> run(const std::string& path,
                                    const std::vector<std::string>& arguments) {
@@ -37,12 +37,12 @@ class UnprivilegedRun : public testing::Test {
     std::optional<TaskError> error{std::in_place};
 };
 
-TEST_F(UnprivilegedRun, GivesTheOutput) {
+TEST_F(LinuxChildProcessUnprivilegedRun, GivesTheOutput) {
     EXPECT_EQ(run("/bin/echo", {"one", "two words"}), "one two words\n");
     EXPECT_FALSE(error);
 }
 
-TEST_F(UnprivilegedRun, GivesTheOutputTogetherWithAWarning) {
+TEST_F(LinuxChildProcessUnprivilegedRun, GivesTheOutputTogetherWithAWarning) {
     EXPECT_EQ(shell("printf ok; printf warn >&2"), "ok");
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, -2);
@@ -50,14 +50,14 @@ TEST_F(UnprivilegedRun, GivesTheOutputTogetherWithAWarning) {
     EXPECT_EQ(error->userInformation.at("standardError"), "warn");
 }
 
-TEST_F(UnprivilegedRun, TakesAFailedToolForASuccess) {
+TEST_F(LinuxChildProcessUnprivilegedRun, TakesAFailedToolForASuccess) {
     EXPECT_EQ(shell("exit 3"), "");
     EXPECT_FALSE(error);
     EXPECT_EQ(shell("kill -9 $$"), "");
     EXPECT_FALSE(error);
 }
 
-TEST_F(UnprivilegedRun, ReportsAMissingProgram) {
+TEST_F(LinuxChildProcessUnprivilegedRun, ReportsAMissingProgram) {
     EXPECT_EQ(run("/nonexistent/tool", {}), std::nullopt);
     ASSERT_TRUE(error);
     EXPECT_EQ(error->code, -1);
@@ -65,7 +65,7 @@ TEST_F(UnprivilegedRun, ReportsAMissingProgram) {
     EXPECT_THAT(error->localizedDescription, testing::HasSubstr("No such file"));
 }
 
-TEST_F(UnprivilegedRun, ReportsWhatCannotBeExecuted) {
+TEST_F(LinuxChildProcessUnprivilegedRun, ReportsWhatCannotBeExecuted) {
     EXPECT_EQ(run("/etc/passwd", {}), std::nullopt);
     EXPECT_EQ(error.value().code, -1);
     EXPECT_EQ(run("", {}), std::nullopt);
@@ -74,7 +74,7 @@ TEST_F(UnprivilegedRun, ReportsWhatCannotBeExecuted) {
     EXPECT_EQ(error.value().code, -1);
 }
 
-TEST_F(UnprivilegedRun, ReadsBothPipesAtOnce) {
+TEST_F(LinuxChildProcessUnprivilegedRun, ReadsBothPipesAtOnce) {
     const auto result =
         shell("head -c 1048576 /dev/zero | tr '\\0' e >&2; head -c 1048576 /dev/zero | tr '\\0' o");
     ASSERT_TRUE(result);
@@ -82,7 +82,7 @@ TEST_F(UnprivilegedRun, ReadsBothPipesAtOnce) {
     EXPECT_EQ(error.value().userInformation.at("standardError"), std::string(1048576, 'e'));
 }
 
-TEST_F(UnprivilegedRun, ReportsOutputThatIsNoText) {
+TEST_F(LinuxChildProcessUnprivilegedRun, ReportsOutputThatIsNoText) {
     EXPECT_EQ(shell("printf '\\377'"), std::nullopt);
     EXPECT_EQ(error.value().code, -1);
     EXPECT_EQ(shell("printf ok; printf '\\377' >&2"), std::nullopt);
@@ -91,18 +91,18 @@ TEST_F(UnprivilegedRun, ReportsOutputThatIsNoText) {
     EXPECT_FALSE(error);
 }
 
-TEST_F(UnprivilegedRun, GivesTheToolAnEmptyStandardInput) {
+TEST_F(LinuxChildProcessUnprivilegedRun, GivesTheToolAnEmptyStandardInput) {
     EXPECT_EQ(run("/bin/cat", {}), "");
 }
 
-TEST_F(UnprivilegedRun, GivesTheToolNoOtherDescriptor) {
+TEST_F(LinuxChildProcessUnprivilegedRun, GivesTheToolNoOtherDescriptor) {
     const int leaked = ::dup2(STDERR_FILENO, 700);
     EXPECT_EQ(shell("for d in /proc/self/fd/*; do test -e $d && echo ${d##*/}; done | grep -x 700"),
               "");
     ::close(leaked);
 }
 
-TEST_F(UnprivilegedRun, GivesTheToolDefaultSignals) {
+TEST_F(LinuxChildProcessUnprivilegedRun, GivesTheToolDefaultSignals) {
     ::signal(SIGPIPE, SIG_IGN);
     const auto ignored = run("/bin/grep", {"SigIgn", "/proc/self/status"});
     ::signal(SIGPIPE, SIG_DFL);
@@ -111,7 +111,7 @@ TEST_F(UnprivilegedRun, GivesTheToolDefaultSignals) {
     EXPECT_EQ(std::stoull(ignored->substr(8), nullptr, 16) & 0x7fffffffU, 0U);
 }
 
-TEST_F(UnprivilegedRun, LeavesOtherChildrenToThoseWhoStartedThem) {
+TEST_F(LinuxChildProcessUnprivilegedRun, LeavesOtherChildrenToThoseWhoStartedThem) {
     pid_t other = -1;
     char name[] = "true";
     char* arguments[] = {name, nullptr};
@@ -121,7 +121,7 @@ TEST_F(UnprivilegedRun, LeavesOtherChildrenToThoseWhoStartedThem) {
     EXPECT_EQ(::waitpid(other, &status, 0), other);
 }
 
-TEST_F(UnprivilegedRun, LeavesNoZombieAndNoDescriptor) {
+TEST_F(LinuxChildProcessUnprivilegedRun, LeavesNoZombieAndNoDescriptor) {
     run("/bin/true", {});
     const int before = ::dup(STDERR_FILENO);
     ::close(before);
@@ -132,7 +132,7 @@ TEST_F(UnprivilegedRun, LeavesNoZombieAndNoDescriptor) {
     EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
 }
 
-TEST_F(UnprivilegedRun, EndsWithItsToolEvenWhenAGrandchildHoldsThePipe) {
+TEST_F(LinuxChildProcessUnprivilegedRun, EndsWithItsToolEvenWhenAGrandchildHoldsThePipe) {
     // The sleeping process is ended by its own parent's end being noticed: read its number first.
     const auto result = shell("sleep 1000 & echo $!");
     ASSERT_TRUE(result);
@@ -141,7 +141,7 @@ TEST_F(UnprivilegedRun, EndsWithItsToolEvenWhenAGrandchildHoldsThePipe) {
     ::kill(sleeper, SIGKILL);
 }
 
-TEST_F(UnprivilegedRun, WorksWhenTheStandardDescriptorsAreClosed) {
+TEST_F(LinuxChildProcessUnprivilegedRun, WorksWhenTheStandardDescriptorsAreClosed) {
     const pid_t child = ::fork();
     if (child == 0) {
         for (int descriptor = 0; descriptor < 3; ++descriptor) ::close(descriptor);

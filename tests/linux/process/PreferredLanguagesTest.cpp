@@ -48,31 +48,31 @@ TEST(PreferredLanguages, TheLocaleCHidesTheVariablesAfterIt) {
                 ElementsAre("fr"));
 }
 
-TEST(ChosenLanguage, IsTheFirstPreferredOneThatIsThere) {
+TEST(PreferredLanguagesChosenLanguage, IsTheFirstPreferredOneThatIsThere) {
     EXPECT_EQ(chosenLanguage({"fr", "de", "en"}, {"en", "de"}), "de");
 }
 
-TEST(ChosenLanguage, ALanguageStandsInForItsRegions) {
+TEST(PreferredLanguagesChosenLanguage, ALanguageStandsInForItsRegions) {
     EXPECT_EQ(chosenLanguage({"de_AT"}, {"en", "de"}), "de");
     EXPECT_EQ(chosenLanguage({"de_AT", "fr"}, {"fr", "de"}), "de");
 }
 
-TEST(ChosenLanguage, TheRegionsOwnWinsHoweverItIsWritten) {
+TEST(PreferredLanguagesChosenLanguage, TheRegionsOwnWinsHoweverItIsWritten) {
     EXPECT_EQ(chosenLanguage({"de_AT"}, {"de", "de_AT"}), "de_AT");
     EXPECT_EQ(chosenLanguage({"pt_BR"}, {"pt", "pt-br"}), "pt-br");
     EXPECT_EQ(chosenLanguage({"pt-BR"}, {"pt", "pt_BR"}), "pt_BR");
 }
 
-TEST(ChosenLanguage, IsEnglishWhenNoPreferredOneIsThere) {
+TEST(PreferredLanguagesChosenLanguage, IsEnglishWhenNoPreferredOneIsThere) {
     EXPECT_EQ(chosenLanguage({"ja"}, {"de", "en", "fr"}), "en");
     EXPECT_EQ(chosenLanguage({}, {"de", "en"}), "en");
 }
 
-TEST(ChosenLanguage, IsTheFirstByNameWithoutEnglish) {
+TEST(PreferredLanguagesChosenLanguage, IsTheFirstByNameWithoutEnglish) {
     EXPECT_EQ(chosenLanguage({"ja"}, {"fr", "de", "it"}), "de");
 }
 
-TEST(ChosenLanguage, IsNoneWhenNoneIsThere) {
+TEST(PreferredLanguagesChosenLanguage, IsNoneWhenNoneIsThere) {
     EXPECT_EQ(chosenLanguage({"de"}, {}), "");
 }
 

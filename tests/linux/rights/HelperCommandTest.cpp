@@ -26,26 +26,26 @@ AdministratorMeans withoutPolkit() {
     return means;
 }
 
-TEST(AdministratorWay, OfRootIsDirect) {
+TEST(HelperCommandAdministratorWay, IsDirectForRoot) {
     AdministratorMeans means = desktop();
     means.isRoot = true;
     EXPECT_EQ(administratorWay(means), AdministratorWay::alreadyRoot);
 }
 
-TEST(AdministratorWay, IsPolkitEvenWhereSudoIsToo) {
+TEST(HelperCommandAdministratorWay, IsPolkitEvenWhereSudoIsToo) {
     AdministratorMeans means = desktop();
     means.hasTerminal = true;
     means.hasAskpass = true;
     EXPECT_EQ(administratorWay(means), AdministratorWay::polkit);
 }
 
-TEST(AdministratorWay, IsSudoWherePkexecHasNobodyToAsk) {
+TEST(HelperCommandAdministratorWay, IsSudoWherePkexecHasNobodyToAsk) {
     AdministratorMeans means = desktop();
     means.hasSystemBus = false;
     EXPECT_EQ(administratorWay(means), AdministratorWay::sudoWithoutAsking);
 }
 
-TEST(AdministratorWay, OfSudoAsksWhereSomebodyCanAnswer) {
+TEST(HelperCommandAdministratorWay, AsksThroughSudoWhereSomebodyCanAnswer) {
     AdministratorMeans means = withoutPolkit();
     EXPECT_EQ(administratorWay(means), AdministratorWay::sudoWithoutAsking);
     means.hasAskpass = true;
@@ -54,7 +54,7 @@ TEST(AdministratorWay, OfSudoAsksWhereSomebodyCanAnswer) {
     EXPECT_EQ(administratorWay(means), AdministratorWay::sudoOnTerminal);
 }
 
-TEST(AdministratorWay, IsNoneWithoutEither) {
+TEST(HelperCommandAdministratorWay, IsNoneWithoutEither) {
     AdministratorMeans means;
     means.hasTerminal = true;
     means.hasAskpass = true;
@@ -65,7 +65,7 @@ TEST(AdministratorWay, IsNoneWithoutEither) {
     EXPECT_EQ(administratorWay(means), AdministratorWay::none);
 }
 
-TEST(AdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
+TEST(HelperCommandAdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
     EXPECT_TRUE(mayAsk(AdministratorWay::polkit));
     EXPECT_TRUE(mayAsk(AdministratorWay::sudoOnTerminal));
     EXPECT_TRUE(mayAsk(AdministratorWay::sudoWithAskpass));
@@ -74,14 +74,14 @@ TEST(AdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
     EXPECT_FALSE(mayAsk(AdministratorWay::none));
 }
 
-TEST(HelperCommand, OfRootIsTheHelperWithAnEmptyEnvironment) {
+TEST(HelperCommand, ForRootIsTheHelperWithAnEmptyEnvironment) {
     const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, "/a b/helper", "why");
     EXPECT_EQ(command.path, "/a b/helper");
     EXPECT_THAT(command.arguments, testing::IsEmpty());
     EXPECT_EQ(command.environment, Environment::empty);
 }
 
-TEST(HelperCommand, OfPolkitNeverAsksByItself) {
+TEST(HelperCommand, ForPolkitNeverAsksByItself) {
     AdministratorMeans means = desktop();
     for (const bool hasTerminal : {false, true}) {
         means.hasTerminal = hasTerminal;
@@ -93,7 +93,7 @@ TEST(HelperCommand, OfPolkitNeverAsksByItself) {
     }
 }
 
-TEST(TerminalAgentCommand, IsForPolkitOnATerminalOnly) {
+TEST(HelperCommandOfTheTerminalAgent, IsForPolkitOnATerminalOnly) {
     AdministratorMeans means = desktop();
     means.textAgent = "/usr/bin/pkttyagent";
     EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
@@ -105,7 +105,7 @@ TEST(TerminalAgentCommand, IsForPolkitOnATerminalOnly) {
     EXPECT_FALSE(terminalAgentCommand(AdministratorWay::polkit, means));
 }
 
-TEST(TerminalAgentCommand, StandsBehindTheDialoguesOfADesktop) {
+TEST(HelperCommandOfTheTerminalAgent, StandsBehindTheDialoguesOfADesktop) {
     AdministratorMeans means = desktop();
     means.hasTerminal = true;
     means.textAgent = "/usr/bin/pkttyagent";
@@ -117,14 +117,14 @@ TEST(TerminalAgentCommand, StandsBehindTheDialoguesOfADesktop) {
     EXPECT_EQ(terminalAgentCommand(AdministratorWay::polkit, means)->arguments, arguments);
 }
 
-TEST(HelperCommand, OfSudoNeverWaitsWhereNobodyCanAnswer) {
+TEST(HelperCommand, ForSudoNeverWaitsWhereNobodyCanAnswer) {
     const auto command =
         helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), "/helper", "why");
     EXPECT_EQ(command.path, "/usr/bin/sudo");
     EXPECT_EQ(command.arguments, (std::vector<std::string>{"-n", "--", "/helper"}));
 }
 
-TEST(HelperCommand, OfSudoSaysInItsPromptWhoAsks) {
+TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
     auto command =
         helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "-helper", "100% why");
     EXPECT_EQ(command.arguments,

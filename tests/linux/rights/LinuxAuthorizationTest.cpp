@@ -126,10 +126,10 @@ TEST_F(LinuxAuthorizationTest, RemembersThatItWasCancelled) {
     EXPECT_EQ(announced.size(), 1U);
 }
 
-class RefusedStart : public LinuxAuthorizationTest,
-                     public testing::WithParamInterface<std::string> {};
+class LinuxAuthorizationRefusedStart : public LinuxAuthorizationTest,
+                                       public testing::WithParamInterface<std::string> {};
 
-TEST_P(RefusedStart, IsADenialAndRemembered) {
+TEST_P(LinuxAuthorizationRefusedStart, IsADenialAndRemembered) {
     usePkexec("echo started >> \"$LOG\"\n" + GetParam());
     const auto authorization = obtained();
     EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
@@ -139,7 +139,7 @@ TEST_P(RefusedStart, IsADenialAndRemembered) {
     EXPECT_EQ(log().size(), 1U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Endings, RefusedStart,
+INSTANTIATE_TEST_SUITE_P(Endings, LinuxAuthorizationRefusedStart,
                          testing::Values("exit 127", "exit 1", "exit 0", "kill -9 $$",
                                          "kill -15 $$", "echo 'password: --------'; exit 1"));
 
@@ -274,7 +274,7 @@ class FreeingSink : public ProgressSink {
     std::string fifo_;
 };
 
-class WaitsOfAnAuthorization : public LinuxAuthorizationTest {
+class LinuxAuthorizationProgress : public LinuxAuthorizationTest {
   protected:
     std::unique_ptr<Authorization> obtainedWithSink() {
         auto authorization = obtained();
@@ -286,21 +286,21 @@ class WaitsOfAnAuthorization : public LinuxAuthorizationTest {
     FreeingSink sink{fifo};
 };
 
-TEST_F(WaitsOfAnAuthorization, TheSinkIsToldOfNothingWhileSomebodyIsAsked) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileSomebodyIsAsked) {
     usePkexec("read line < '" + fifo + "'; shift; exec \"$@\"");
     const auto authorization = obtainedWithSink();
     EXPECT_EQ(authorization->execute("/print", {}).status, 0);
     EXPECT_TRUE(sink.freed);
 }
 
-TEST_F(WaitsOfAnAuthorization, AndWhileTheOneWhoAskedEnds) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhilePkexecEnds) {
     usePkexec("exec <&- >&-; read line < '" + fifo + "'; exit 126");
     const auto authorization = obtainedWithSink();
     EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::canceled);
     EXPECT_TRUE(sink.freed);
 }
 
-TEST_F(WaitsOfAnAuthorization, AndWhileAToolRuns) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAToolRuns) {
     const auto authorization = obtainedWithSink();
     const PrivilegedLaunch launch = authorization->execute("/await", {fifo});
     launch.tool->waitUntilEnded();
@@ -308,20 +308,20 @@ TEST_F(WaitsOfAnAuthorization, AndWhileAToolRuns) {
     EXPECT_EQ(readAll(*launch.tool), "go");
 }
 
-TEST_F(WaitsOfAnAuthorization, AndWhileAToolsOutputIsAwaited) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAToolsOutputIsAwaited) {
     const auto authorization = obtainedWithSink();
     EXPECT_EQ(readAll(*authorization->execute("/await", {fifo}).tool), "go");
     EXPECT_TRUE(sink.freed);
 }
 
-TEST_F(WaitsOfAnAuthorization, AndWhileAnEarlierToolHoldsUpTheNext) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAnEarlierToolHoldsUpTheNext) {
     const auto authorization = obtainedWithSink();
     static_cast<void>(authorization->execute("/await", {fifo}));
     EXPECT_EQ(authorization->execute("/print", {}).status, 0);
     EXPECT_TRUE(sink.freed);
 }
 
-TEST_F(WaitsOfAnAuthorization, AndWhileAToolThatNobodyWaitsForIsLeftToFinish) {
+TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAToolThatNobodyWaitsForFinishes) {
     auto authorization = obtainedWithSink();
     static_cast<void>(authorization->execute("/await", {fifo}));
     authorization.reset();
@@ -410,7 +410,7 @@ TEST_F(LinuxAuthorizationTest, ReapsItsHelperAndNobodyElse) {
 
 // With the real helper.
 
-class WithTheRealHelper : public LinuxAuthorizationTest {
+class LinuxAuthorizationWithTheRealHelper : public LinuxAuthorizationTest {
   protected:
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper must run as root";
@@ -418,7 +418,7 @@ class WithTheRealHelper : public LinuxAuthorizationTest {
     }
 };
 
-TEST_F(WithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
+TEST_F(LinuxAuthorizationWithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
     access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " PRIVILEGED_HELPER);
     const auto authorization = obtained();
     folder.write("file", "");
@@ -436,7 +436,7 @@ TEST_F(WithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
     EXPECT_EQ(log().size(), 1U);
 }
 
-TEST_F(WithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
+TEST_F(LinuxAuthorizationWithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
     folder.write("source/file", std::string(5000000, 'x'));
     const auto authorization = obtained();
     tasks.authorizedLaunchPath("/bin/cp", {"-R", folder / "source", folder / "copy"},
@@ -448,7 +448,7 @@ TEST_F(WithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
     EXPECT_EQ(std::filesystem::file_size(folder / "copy/file"), 5000000U);
 }
 
-TEST_F(WithTheRealHelper, TellsTheSinkOfEveryByteOfACopy) {
+TEST_F(LinuxAuthorizationWithTheRealHelper, TellsTheSinkOfEveryByteOfACopy) {
     folder.write("source/file", std::string(5000000, 'x'));
     CountingSink sink;
     const auto authorization = obtained();
@@ -458,7 +458,7 @@ TEST_F(WithTheRealHelper, TellsTheSinkOfEveryByteOfACopy) {
     EXPECT_EQ(sink.bytes, 5000000U);
 }
 
-TEST_F(WithTheRealHelper, TakesAToolThatFailsForALaunchThatSucceeded) {
+TEST_F(LinuxAuthorizationWithTheRealHelper, TakesAToolThatFailsForALaunchThatSucceeded) {
     const auto authorization = obtained();
     EXPECT_EQ(
         tasks.stringByLaunchingPathWithArguments("/bin/rm", {"-x"}, *authorization, &error, true),
@@ -466,7 +466,7 @@ TEST_F(WithTheRealHelper, TakesAToolThatFailsForALaunchThatSucceeded) {
     EXPECT_FALSE(error);
 }
 
-TEST_F(WithTheRealHelper, KeepsTheUserThatAnEarlierSudoNamedOutOfIt) {
+TEST_F(LinuxAuthorizationWithTheRealHelper, KeepsTheUserThatAnEarlierSudoNamedOutOfIt) {
     ::setenv("SUDO_UID", "65534", 1);
     const auto authorization = obtained();
     folder.write("file", "");

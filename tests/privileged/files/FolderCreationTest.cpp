@@ -90,7 +90,7 @@ TEST(FolderCreation, LeavesTheFoldersMadeSoFar) {
         makeFolders(disk.path("a/" + std::string(255, 'n') + "/b"), 0775, LinkPolicy::follow));
 }
 
-TEST(TouchFile, MakesAnEmptyFileLessTheMask) {
+TEST(FolderCreationTouchFile, MakesAnEmptyFileLessTheMask) {
     const Disk disk;
     const Mask mask(027);
     ASSERT_FALSE(touchFile(disk.path("file"), LinkPolicy::follow));
@@ -98,7 +98,7 @@ TEST(TouchFile, MakesAnEmptyFileLessTheMask) {
     EXPECT_EQ(disk.mode("file"), 0640U);
 }
 
-TEST(TouchFile, RenewsTheTimesAndNothingElse) {
+TEST(FolderCreationTouchFile, RenewsTheTimesAndNothingElse) {
     const Disk disk;
     disk.makeFile("file", "kept", 0400);
     disk.setTimes("file", {1000, 0}, {1000, 0});
@@ -110,7 +110,7 @@ TEST(TouchFile, RenewsTheTimesAndNothingElse) {
     EXPECT_EQ(disk.mode("file"), 0400U);
 }
 
-TEST(TouchFile, NeverFollowsALink) {
+TEST(FolderCreationTouchFile, NeverFollowsALink) {
     const Disk disk;
     disk.makeFile("target");
     disk.setTimes("target", {1000, 0}, {1000, 0});
@@ -122,7 +122,7 @@ TEST(TouchFile, NeverFollowsALink) {
     EXPECT_FALSE(disk.exists("nowhere"));
 }
 
-TEST(TouchFile, NeverWaitsForAFifo) {
+TEST(FolderCreationTouchFile, NeverWaitsForAFifo) {
     const Disk disk;
     disk.makeFifo("fifo");
     disk.setTimes("fifo", {1000, 0}, {1000, 0});

@@ -217,7 +217,7 @@ TEST_F(HelperAgainstTools, CpMakesTheSameEntries) {
               withoutModesAndLinkCounts(snapshot(toolPath("copy"))));
 }
 
-TEST_F(HelperAgainstTools, UnlikePlainCpKeepsModesTimesAttributesAndHardLinks) {
+TEST_F(HelperAgainstTools, CopyKeepsModesTimesAttributesAndHardLinksThoughPlainCpDoesNot) {
     const std::vector<std::string> tool{"-R", "--preserve=mode,timestamps,links,xattr",
                                         toolPath("tree"), toolPath("copy")};
     const std::vector<std::string> own{"-R", helperPath("tree"), helperPath("copy")};
@@ -245,14 +245,14 @@ TEST_F(HelperAgainstTools, CpFailsAlikeWithoutSourceOrFolder) {
     expectEqualTrees(Times::compared);
 }
 
-TEST_F(HelperAgainstTools, UnlikeCpRefusesAFifoAndLeavesNothing) {
+TEST_F(HelperAgainstTools, CopyRefusesAFifoAndLeavesNothingThoughCpCopiesIt) {
     ASSERT_EQ(::mkfifo((folder / "helper/tree/.hidden/deep/fifo").c_str(), 0600), 0);
     EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree"), helperPath("copy")}), 1U);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "helper"), fs::directory_iterator()),
               1);
 }
 
-TEST_F(HelperAgainstTools, UnlikeCpDropsWhatLetsOthersActAsTheOwner) {
+TEST_F(HelperAgainstTools, CopyDropsWhatLetsOthersActAsTheOwnerThoughCpKeepsIt) {
     ::chmod(helperPath("tree/big").c_str(), 06755);
     ::chmod(helperPath("tree/empty").c_str(), 03775);
     EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree"), helperPath("copy")}), 0U);
@@ -266,7 +266,7 @@ TEST_F(HelperAgainstTools, UnlikeCpDropsWhatLetsOthersActAsTheOwner) {
     EXPECT_EQ(status.st_mode & 07777U, 0755U);
 }
 
-TEST_F(HelperAgainstTools, UnlikeCpNeverNestsIntoAnExistingFolder) {
+TEST_F(HelperAgainstTools, CopyNeverNestsIntoAnExistingFolderThoughCpDoes) {
     folder.write("helper/copy/old", "old");
     const auto before = snapshot(folder / "helper", Times::compared);
     EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree"), helperPath("copy")}), 1U);
@@ -296,7 +296,7 @@ TEST_F(HelperAgainstTools, ChmodSetsTheSameModesAndFollowsNoLinkInATree) {
     expectEqualTrees(Times::compared);
 }
 
-TEST_F(HelperAgainstTools, UnlikeChmodClearsSetGroupBitsOfFolders) {
+TEST_F(HelperAgainstTools, ModeChangeClearsSetGroupBitsOfFoldersThoughChmodKeepsThem) {
     ::chmod(helperPath("tree/empty").c_str(), 07777);
     EXPECT_EQ(helper->run("/bin/chmod", {"-R", "0775", helperPath("tree")}), 0U);
     struct stat status{};
@@ -304,7 +304,7 @@ TEST_F(HelperAgainstTools, UnlikeChmodClearsSetGroupBitsOfFolders) {
     EXPECT_EQ(status.st_mode & 07777U, 0775U);
 }
 
-TEST_F(HelperAgainstTools, UnlikeChmodNeverFollowsTheLinkThatItIsGiven) {
+TEST_F(HelperAgainstTools, ModeChangeNeverFollowsTheGivenLinkThoughChmodDoes) {
     ASSERT_TRUE(helper->run("/bin/chmod", {"-R", "0775", helperPath("tree/link out")}));
     expectEqualTrees(Times::compared);
 }
@@ -323,7 +323,7 @@ TEST_F(HelperAgainstTools, TouchMakesTheSameFilesAndRenewsTimes) {
     }
 }
 
-TEST_F(HelperAgainstTools, UnlikeTouchNeverFollowsALink) {
+TEST_F(HelperAgainstTools, TouchingNeverFollowsALinkThoughTouchDoes) {
     fs::create_symlink(folder / "outside/made", folder / "helper/link");
     ASSERT_TRUE(helper->run("/usr/bin/touch", {helperPath("link")}));
     EXPECT_FALSE(folder.holds("outside/made"));

@@ -59,9 +59,9 @@ int flood(HelperProcess& helper, const std::string& request) {
     return sent - static_cast<int>(answers);
 }
 
-class Flood : public HelperPeer, public testing::WithParamInterface<std::size_t> {};
+class HelperPeerFlood : public HelperPeer, public testing::WithParamInterface<std::size_t> {};
 
-TEST_P(Flood, IsHeldBackAndAnsweredToTheLast) {
+TEST_P(HelperPeerFlood, IsHeldBackAndAnsweredToTheLastRequest) {
     // Else a sanitizer keeps everything that was given back.
     HelperProcess helper(
         withEnvironment({"ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64"}));
@@ -80,7 +80,7 @@ TEST_P(Flood, IsHeldBackAndAnsweredToTheLast) {
     EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "last"}), 0U);
 }
 
-TEST_P(Flood, EndsWithItsSender) {
+TEST_P(HelperPeerFlood, EndsTheHelperWhenThePeerClosesTheConnection) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const ToolRequest request{"/usr/bin/touch", {folder / std::string(GetParam(), 'x')}};
@@ -89,9 +89,9 @@ TEST_P(Flood, EndsWithItsSender) {
     EXPECT_EQ(helper.exitStatus(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(LengthsOfNames, Flood, testing::Values(10, 60'000));
+INSTANTIATE_TEST_SUITE_P(LengthsOfNames, HelperPeerFlood, testing::Values(10, 60'000));
 
-TEST_F(HelperPeer, ReportsThatNobodyReadsDoNotStopIt) {
+TEST_F(HelperPeer, ReportsThatNobodyReadsDoNotStopTheHelper) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     // More than any pipe holds, and the peer that would read them waits for an answer.
@@ -101,7 +101,7 @@ TEST_F(HelperPeer, ReportsThatNobodyReadsDoNotStopIt) {
     EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "made"}), 0U);
 }
 
-TEST_F(HelperPeer, AReportThatFillsItsPipeAlmostDoesNotStopItEither) {
+TEST_F(HelperPeer, AReportThatAlmostFillsItsPipeDoesNotStopTheHelper) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const std::vector<std::string> arguments(15, std::string(200, '\n'));
@@ -128,7 +128,7 @@ std::string copyRequest(const std::string& folder) {
     return encodedRequest(request).value();
 }
 
-class PeerKilled : public HelperPeer, public testing::WithParamInterface<Phase> {
+class HelperPeerThatIsKilled : public HelperPeer, public testing::WithParamInterface<Phase> {
   protected:
     /// Starts a helper from a process of its own, which is killed when it has reached the phase.
     /// Gives a descriptor that tells of the helper's end.
@@ -155,7 +155,7 @@ class PeerKilled : public HelperPeer, public testing::WithParamInterface<Phase> 
     }
 };
 
-TEST_P(PeerKilled, EndsTheHelperAndLeavesNothingHalfDone) {
+TEST_P(HelperPeerThatIsKilled, EndsTheHelperAndLeavesNothingHalfDone) {
     folder.write("source/first", std::string(std::size_t{4} << 20U, 'x'));
     folder.write("source/second", "contents");
     folder.write("to/canary", "alive");
@@ -172,7 +172,7 @@ TEST_P(PeerKilled, EndsTheHelperAndLeavesNothingHalfDone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Phases, PeerKilled,
+    Phases, HelperPeerThatIsKilled,
     testing::Values(
         Phase{"beforeItReadsTheHello", [](HelperProcess&, const std::string&) { return true; }},
         Phase{"betweenTwoRequests",

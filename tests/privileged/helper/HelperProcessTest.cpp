@@ -25,6 +25,8 @@
 namespace installer::test {
 namespace {
 
+using HelperProcessTest = PrivilegedHelperProgram;
+
 using testing::HasSubstr;
 using testing::Not;
 
@@ -42,7 +44,7 @@ std::set<std::string> descriptorsOf(const HelperProcess& helper) {
 
 // Its life.
 
-TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerClosesTheConnection) {
+TEST_F(HelperProcessTest, EndsWhenItsPeerClosesTheConnection) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     helper.closeConnection();
@@ -50,7 +52,7 @@ TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerClosesTheConnection) {
     EXPECT_EQ(helper.standardError(), "");
 }
 
-TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerIsKilled) {
+TEST_F(HelperProcessTest, EndsWhenItsPeerIsKilled) {
     std::array<int, 2> pipe{};
     ASSERT_EQ(::pipe(pipe.data()), 0);
     const pid_t peer = ::fork();
@@ -73,7 +75,7 @@ TEST_F(PrivilegedHelperProgram, EndsWhenItsPeerIsKilled) {
     ::close(pipe[1]);
 }
 
-TEST_F(PrivilegedHelperProgram, RefusesToRunAsAnOrdinaryUser) {
+TEST_F(HelperProcessTest, RefusesToRunAsAnOrdinaryUser) {
     HelperProcess helper(afterDoing([] {
         if (::setresgid(nobody, nobody, nobody) != 0 || ::setresuid(nobody, nobody, nobody) != 0) {
             ::_exit(98);
@@ -84,7 +86,7 @@ TEST_F(PrivilegedHelperProgram, RefusesToRunAsAnOrdinaryUser) {
     EXPECT_THAT(helper.standardError(), HasSubstr("must be started by root"));
 }
 
-TEST_F(PrivilegedHelperProgram, RefusesToRunForAnOrdinaryUserWithRootsEffectiveRights) {
+TEST_F(HelperProcessTest, RefusesToRunForAnOrdinaryUserWithRootsEffectiveRights) {
     HelperProcess helper(afterDoing([] {
         if (::setresuid(nobody, 0, 0) != 0) ::_exit(98);
     }));
@@ -94,14 +96,14 @@ TEST_F(PrivilegedHelperProgram, RefusesToRunForAnOrdinaryUserWithRootsEffectiveR
 
 // What it was started with.
 
-TEST_F(PrivilegedHelperProgram, KeepsNothingOfItsEnvironment) {
+TEST_F(HelperProcessTest, KeepsNothingOfItsEnvironment) {
     HelperProcess helper(withEnvironment({"SECRET=canary", "PATH=/tmp", "PKEXEC_UID=0"}));
     ASSERT_TRUE(helper.saysHello());
     const std::string environment = contentsOf(procFile(helper, "environ"));
     EXPECT_EQ(environment.find_first_not_of('\0'), std::string::npos);
 }
 
-TEST_F(PrivilegedHelperProgram, KeepsNoDescriptorBeyondTheStandardThree) {
+TEST_F(HelperProcessTest, KeepsNoDescriptorBeyondTheStandardThree) {
     HelperProcess helper(afterDoing([] {
         const int opened = ::open("/etc/passwd", O_RDONLY);
         ::dup2(opened, 3);
@@ -112,20 +114,20 @@ TEST_F(PrivilegedHelperProgram, KeepsNoDescriptorBeyondTheStandardThree) {
     EXPECT_EQ(descriptorsOf(helper), (std::set<std::string>{"0", "1", "2"}));
 }
 
-TEST_F(PrivilegedHelperProgram, OpensAMissingStandardErrorOnNothing) {
+TEST_F(HelperProcessTest, OpensAMissingStandardErrorOnNothing) {
     HelperProcess helper(afterDoing([] { ::close(STDERR_FILENO); }));
     ASSERT_TRUE(helper.saysHello());
     EXPECT_EQ(std::filesystem::read_symlink(procFile(helper, "fd/2")), "/dev/null");
     EXPECT_EQ(helper.run("/bin/sh", {}), 126U) << "its report goes nowhere, and harms nothing";
 }
 
-TEST_F(PrivilegedHelperProgram, EndsAtOnceWithoutStandardInput) {
+TEST_F(HelperProcessTest, EndsAtOnceWithoutStandardInput) {
     HelperProcess helper(afterDoing([] { ::close(STDIN_FILENO); }));
     EXPECT_TRUE(helper.saysHello());
     EXPECT_EQ(helper.exitStatus(), 0);
 }
 
-TEST_F(PrivilegedHelperProgram, EndsAtOnceWithoutAnyStandardDescriptor) {
+TEST_F(HelperProcessTest, EndsAtOnceWithoutAnyStandardDescriptor) {
     HelperProcess helper(afterDoing([] {
         for (int descriptor = 0; descriptor < 3; ++descriptor) ::close(descriptor);
     }));
@@ -133,7 +135,7 @@ TEST_F(PrivilegedHelperProgram, EndsAtOnceWithoutAnyStandardDescriptor) {
     EXPECT_EQ(helper.exitStatus(), 0);
 }
 
-TEST_F(PrivilegedHelperProgram, HasItsOwnMaskFolderAndSignals) {
+TEST_F(HelperProcessTest, HasItsOwnMaskFolderAndSignals) {
     HelperProcess helper(afterDoing([] {
         ::umask(0);
         if (::chdir("/tmp") != 0) ::_exit(98);
@@ -148,9 +150,10 @@ TEST_F(PrivilegedHelperProgram, HasItsOwnMaskFolderAndSignals) {
     EXPECT_THAT(status, HasSubstr("SigBlk:\t0000000000000000"));
 }
 
-class KeysOfATerminal : public PrivilegedHelperProgram, public testing::WithParamInterface<int> {};
+class HelperProcessTerminalKeys : public PrivilegedHelperProgram,
+                                  public testing::WithParamInterface<int> {};
 
-TEST_P(KeysOfATerminal, DoNotEndIt) {
+TEST_P(HelperProcessTerminalKeys, DoNotEndTheHelper) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     ASSERT_EQ(::kill(helper.process(), GetParam()), 0);
@@ -158,7 +161,7 @@ TEST_P(KeysOfATerminal, DoNotEndIt) {
     EXPECT_TRUE(folder.holds("made"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, KeysOfATerminal,
+INSTANTIATE_TEST_SUITE_P(Signals, HelperProcessTerminalKeys,
                          testing::Values(SIGINT, SIGQUIT, SIGHUP, SIGTSTP, SIGTTIN, SIGTTOU,
                                          SIGPIPE),
                          [](const auto& row) { return std::string(sigabbrev_np(row.param)); });
@@ -173,10 +176,10 @@ void PrintTo(const Malformed& row, std::ostream* out) {
     *out << row.name;
 }
 
-class MalformedMessage : public PrivilegedHelperProgram,
-                         public testing::WithParamInterface<Malformed> {};
+class HelperProcessMalformedMessage : public PrivilegedHelperProgram,
+                                      public testing::WithParamInterface<Malformed> {};
 
-TEST_P(MalformedMessage, EndsItWithAReportAndWithoutAction) {
+TEST_P(HelperProcessMalformedMessage, EndsTheHelperWithAReportAndWithoutAction) {
     folder.write("canary", "alive");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
@@ -195,7 +198,7 @@ std::string bytesOf(std::initializer_list<unsigned> values) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Messages, MalformedMessage,
+    Messages, HelperProcessMalformedMessage,
     testing::Values(Malformed{"unknownType", bytesOf({9, 0, 0, 0, 0, 0, 0, 0})},
                     Malformed{"typeZero", bytesOf({0, 0, 0, 0, 0, 0, 0, 0})},
                     Malformed{"hugeLength", bytesOf({2, 0, 0, 0, 255, 255, 255, 255})},
@@ -211,7 +214,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Malformed{"text", "rm -fR /\n"}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(PrivilegedHelperProgram, DoesNothingOfARequestThatIsCutShort) {
+TEST_F(HelperProcessTest, DoesNothingOfARequestThatIsCutShort) {
     folder.write("canary", "alive");
     const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
     for (const std::size_t size : {std::size_t{1}, std::size_t{8}, removal.size() - 1}) {
@@ -224,7 +227,7 @@ TEST_F(PrivilegedHelperProgram, DoesNothingOfARequestThatIsCutShort) {
     }
 }
 
-TEST_F(PrivilegedHelperProgram, AnswersEachOfManyRequestsThatComeAtOnce) {
+TEST_F(HelperProcessTest, AnswersEachOfManyRequestsThatComeAtOnce) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     std::string bytes;
@@ -243,7 +246,7 @@ TEST_F(PrivilegedHelperProgram, AnswersEachOfManyRequestsThatComeAtOnce) {
 
 // Requests that the policy does not know.
 
-TEST_F(PrivilegedHelperProgram, RefusesWithAReportAndGoesOn) {
+TEST_F(HelperProcessTest, RefusesWithAReportAndGoesOn) {
     folder.write("canary", "alive");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
@@ -257,7 +260,7 @@ TEST_F(PrivilegedHelperProgram, RefusesWithAReportAndGoesOn) {
     EXPECT_THAT(helper.standardError(), HasSubstr("refused: /bin/sh '-c'"));
 }
 
-TEST_F(PrivilegedHelperProgram, ReportsOneLineWhateverAnArgumentHolds) {
+TEST_F(HelperProcessTest, ReportsOneLineWhateverAnArgumentHolds) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     EXPECT_EQ(helper.run("/bin/rm", {std::string("a\nforged\x1b[2J\0z", 14)}), 126U);
@@ -280,10 +283,10 @@ void PrintTo(const ForWhom& row, std::ostream* out) {
     *out << row.name;
 }
 
-class InvokingUserOfTheHelper : public PrivilegedHelperProgram,
-                                public testing::WithParamInterface<ForWhom> {};
+class HelperProcessInvokingUser : public PrivilegedHelperProgram,
+                                  public testing::WithParamInterface<ForWhom> {};
 
-TEST_P(InvokingUserOfTheHelper, IsTheOnlyOneToWhomItGivesFiles) {
+TEST_P(HelperProcessInvokingUser, IsTheOnlyOneToWhomTheHelperGivesFiles) {
     folder.write("file", "");
     HelperProcess helper(withEnvironment(GetParam().environment));
     ASSERT_TRUE(helper.saysHello());
@@ -300,16 +303,16 @@ TEST_P(InvokingUserOfTheHelper, IsTheOnlyOneToWhomItGivesFiles) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Environments, InvokingUserOfTheHelper,
+    Environments, HelperProcessInvokingUser,
     testing::Values(ForWhom{"rootItself", {}, 0}, ForWhom{"pkexec", {"PKEXEC_UID=65534"}, nobody},
                     ForWhom{"sudo", {"SUDO_UID=65534"}, nobody},
                     ForWhom{"pkexecWithinSudo", {"SUDO_UID=0", "PKEXEC_UID=65534"}, nobody}),
     [](const auto& row) { return std::string(row.param.name); });
 
-class BrokenUserNumber : public PrivilegedHelperProgram,
-                         public testing::WithParamInterface<std::string> {};
+class HelperProcessBrokenUserNumber : public PrivilegedHelperProgram,
+                                      public testing::WithParamInterface<std::string> {};
 
-TEST_P(BrokenUserNumber, EndsItBeforeItListens) {
+TEST_P(HelperProcessBrokenUserNumber, EndsTheHelperBeforeItListens) {
     for (const char* variable : {"PKEXEC_UID=", "SUDO_UID="}) {
         HelperProcess helper(withEnvironment({variable + GetParam()}));
         EXPECT_FALSE(helper.saysHello()) << variable;
@@ -317,12 +320,12 @@ TEST_P(BrokenUserNumber, EndsItBeforeItListens) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Numbers, BrokenUserNumber,
+INSTANTIATE_TEST_SUITE_P(Numbers, HelperProcessBrokenUserNumber,
                          testing::Values("", "-1", "-0", "+1", " 1", "1 ", "1\n", "0x1", "1e3",
                                          "1.0", "1,2", "\xd9\xa1", "nobody", "4294967295",
                                          "4294967296", "99999999999999999999"));
 
-TEST_F(PrivilegedHelperProgram, DoesNotListenWhenTwoUsersStandInOneVariable) {
+TEST_F(HelperProcessTest, DoesNotListenWhenTwoUsersStandInOneVariable) {
     for (const std::string variable : {"PKEXEC_UID", "SUDO_UID"}) {
         HelperProcess helper(withEnvironment({variable + "=65534", variable + "=0"}));
         EXPECT_FALSE(helper.saysHello()) << variable;
@@ -332,7 +335,7 @@ TEST_F(PrivilegedHelperProgram, DoesNotListenWhenTwoUsersStandInOneVariable) {
 
 // What it does.
 
-TEST_F(PrivilegedHelperProgram, NeverCopiesIntoAnExistingDestination) {
+TEST_F(HelperProcessTest, NeverCopiesIntoAnExistingDestination) {
     folder.write("source/file", "new");
     folder.write("destination/old", "old");
     HelperProcess helper;
@@ -343,7 +346,7 @@ TEST_F(PrivilegedHelperProgram, NeverCopiesIntoAnExistingDestination) {
     EXPECT_EQ(contentsOf(folder / "destination/old"), "old");
 }
 
-TEST_F(PrivilegedHelperProgram, TellsOfEveryByteThatItCopies) {
+TEST_F(HelperProcessTest, TellsOfEveryByteThatItCopies) {
     const std::size_t size = (std::size_t{3} << 20U) + 17;
     folder.write("source/big", std::string(size, 'x'));
     folder.write("source/small", "12345");
@@ -362,7 +365,7 @@ TEST_F(PrivilegedHelperProgram, TellsOfEveryByteThatItCopies) {
     EXPECT_EQ(told, size + 5);
 }
 
-TEST_F(PrivilegedHelperProgram, FinishesWhatItIsDoingWhenItsPeerIsGone) {
+TEST_F(HelperProcessTest, FinishesWhatItIsDoingWhenItsPeerIsGone) {
     folder.write("source/file", "contents");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
@@ -373,7 +376,7 @@ TEST_F(PrivilegedHelperProgram, FinishesWhatItIsDoingWhenItsPeerIsGone) {
     EXPECT_EQ(contentsOf(folder / "copy/file"), "contents");
 }
 
-TEST_F(PrivilegedHelperProgram, FollowsNoLinkThatAnOrdinaryUserCouldHavePutIntoAPath) {
+TEST_F(HelperProcessTest, FollowsNoLinkThatAnOrdinaryUserCouldHavePutIntoAPath) {
     folder.write("target/canary", "alive");
     folder.write("users/own", "");
     ASSERT_EQ(::chown((folder / "users").c_str(), nobody, nobody), 0);
@@ -394,7 +397,7 @@ TEST_F(PrivilegedHelperProgram, FollowsNoLinkThatAnOrdinaryUserCouldHavePutIntoA
     EXPECT_EQ(contentsOf(folder / "target/canary"), "alive");
 }
 
-TEST_F(PrivilegedHelperProgram, RefreshesTheDesktopDatabaseInTheBackground) {
+TEST_F(HelperProcessTest, RefreshesTheDesktopDatabaseInTheBackground) {
     if (::access("/usr/bin/update-desktop-database", X_OK) != 0) {
         GTEST_SKIP() << "NOT TESTED: this machine has no desktop-file-utils";
     }

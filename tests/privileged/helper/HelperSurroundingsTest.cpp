@@ -154,7 +154,8 @@ TEST_F(HelperSurroundings, SignalsThatWereIgnoredEndItAgain) {
     EXPECT_EQ(helper.exitStatus(), -SIGTERM);
 }
 
-class SignalDuringACopy : public HelperSurroundings, public testing::WithParamInterface<int> {
+class HelperSurroundingsSignalDuringACopy : public HelperSurroundings,
+                                            public testing::WithParamInterface<int> {
   protected:
     /// Asks for the copy and stops the helper in the middle of it; false when it was too fast.
     bool stopInTheMiddle(HelperProcess& helper) {
@@ -175,7 +176,7 @@ class SignalDuringACopy : public HelperSurroundings, public testing::WithParamIn
     }
 };
 
-TEST_P(SignalDuringACopy, WaitsForItsEnd) {
+TEST_P(HelperSurroundingsSignalDuringACopy, WaitsForTheEndOfTheCopy) {
     constexpr std::size_t size = 32 * mebibyte;
     folder.write("source", std::string(size, 'x'));
     folder.write("to/other", "");
@@ -192,7 +193,8 @@ TEST_P(SignalDuringACopy, WaitsForItsEnd) {
     EXPECT_THAT(namesIn("to"), testing::UnorderedElementsAre("copy", "other"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Signals, SignalDuringACopy, testing::Values(SIGTERM, SIGALRM, SIGUSR1),
+INSTANTIATE_TEST_SUITE_P(Signals, HelperSurroundingsSignalDuringACopy,
+                         testing::Values(SIGTERM, SIGALRM, SIGUSR1),
                          [](const auto& row) { return std::string(sigabbrev_np(row.param)); });
 
 TEST_F(HelperSurroundings, ASignalEndsItWhileItWaitsForAPeerThatDoesNotRead) {
@@ -262,9 +264,10 @@ void PrintTo(const Input& row, std::ostream* out) {
     *out << row.name;
 }
 
-class StandardInput : public HelperSurroundings, public testing::WithParamInterface<Input> {};
+class HelperSurroundingsStandardInput : public HelperSurroundings,
+                                        public testing::WithParamInterface<Input> {};
 
-TEST_P(StandardInput, OfAnotherKindIsReadToItsEnd) {
+TEST_P(HelperSurroundingsStandardInput, IsReadToItsEndWhenItIsNoSocket) {
     folder.write("canary", "alive");
     const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
     folder.write("cut short", removal.substr(0, removal.size() - 1));
@@ -327,7 +330,7 @@ FileDescriptor openFile(const std::string& file) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Kinds, StandardInput,
+    Kinds, HelperSurroundingsStandardInput,
     testing::Values(Input{"file", openFile, 1},
                     Input{"emptyFile", openPath("/dev/null", O_RDONLY), 0},
                     Input{"writeOnlyFile", openPath("/dev/null", O_WRONLY), 1},

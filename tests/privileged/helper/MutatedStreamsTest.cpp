@@ -316,7 +316,7 @@ TEST_F(MutatedStreams, AreAnsweredToTheirFirstMistakeByTheProcess) {
 }
 
 /// Every length at which a good request can be cut.
-TEST_F(MutatedStreams, ThatAreCutAtAnyByteDoNothing) {
+TEST_F(MutatedStreams, DoNothingWhenTheyAreCutAtAnyByte) {
     const std::string found = onReadOnlyMachine([]() -> std::string {
         ::dup2(::open("/dev/null", O_WRONLY), STDERR_FILENO);
         makeCanaries();

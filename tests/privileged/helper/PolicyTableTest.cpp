@@ -238,7 +238,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PolicyTable, testing::ValuesIn(table()),
                          [](const auto& row) { return std::string(row.param.name); });
 
 /// Every mode that can be written, through each tool that takes one.
-TEST(PolicyModes, AreTheFourOfTheTableAndNoOther) {
+TEST(PolicyTableModes, AreTheFourOfTheTableAndNoOther) {
     std::set<std::string> taken;
     for (int mode = 0; mode <= 07777; ++mode) {
         std::string octal;

@@ -159,14 +159,14 @@ INSTANTIATE_TEST_SUITE_P(
                     NearMiss{"twoPaths", chown, {"-R", "nobody:admin", "/a", "/b"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(PlainPath, TakesAnyBytesAsNames) {
+TEST(PolicyPlainPath, TakesAnyBytesAsNames) {
     EXPECT_TRUE(isPlainPath("/a"));
     EXPECT_TRUE(isPlainPath("/Library/Application Support/x.y"));
     EXPECT_TRUE(isPlainPath("/-rf/ \n%\xff/..."));
     EXPECT_TRUE(isPlainPath("/..a/b../.c"));
 }
 
-TEST(PlainPath, IsAbsoluteAndNamesOnePlace) {
+TEST(PolicyPlainPath, IsAbsoluteAndNamesOnePlace) {
     for (const std::string path :
          {"", "/", "a", "a/b", "./a", "../a", "-fR", "/a/", "//a", "/a//b", "/.", "/..", "/a/.",
           "/a/..", "/a/./b", "/a/../b", "/a/b/../../etc", "~/a", "/a/b/"}) {
@@ -177,7 +177,7 @@ TEST(PlainPath, IsAbsoluteAndNamesOnePlace) {
     EXPECT_FALSE(isPlainPath(std::string("\0/a", 3)));
 }
 
-TEST(PlainPath, FitsIntoWhatTheSystemTakes) {
+TEST(PolicyPlainPath, FitsIntoWhatTheSystemTakes) {
     std::string path;
     while (path.size() < PATH_MAX - 3) path += "/a";
     path.resize(PATH_MAX - 2, 'a');

@@ -44,7 +44,7 @@ TEST(Message, IsNotTakenForAnotherKind) {
     EXPECT_FALSE(progressBytes(decoded(encodedEnded(1))));
 }
 
-TEST(Message, ComesByteForByteToo) {
+TEST(Message, IsReadWhenItComesByteForByte) {
     const std::string bytes = encodedRequest({"/bin/touch", {"/x"}}).value() + encodedEnded(3);
     MessageDecoder decoder;
     Message message;
@@ -58,7 +58,7 @@ TEST(Message, ComesByteForByteToo) {
     EXPECT_TRUE(decoder.atBoundary());
 }
 
-TEST(Message, WithAnUnknownTypeIsMalformedBeforeItsLengthIsThere) {
+TEST(Message, IsMalformedBeforeItsLengthIsThereWhenItsTypeIsUnknown) {
     for (const std::uint32_t type : {0U, 6U, 0xffffffffU}) {
         MessageDecoder decoder;
         decoder.append(number(type));
@@ -67,21 +67,21 @@ TEST(Message, WithAnUnknownTypeIsMalformedBeforeItsLengthIsThere) {
     }
 }
 
-TEST(Message, LongerThanTheLimitIsMalformedBeforeItsBodyIsThere) {
+TEST(Message, IsMalformedBeforeItsBodyIsThereWhenItIsTooLong) {
     MessageDecoder decoder;
     decoder.append(number(2) + number(message_limits::bodySize + 1));
     Message message;
     EXPECT_EQ(decoder.next(message), State::malformed);
 }
 
-TEST(Message, OfExactlyTheLimitIsTaken) {
+TEST(Message, IsTakenWhenItIsExactlyAsLongAsTheLimit) {
     EXPECT_EQ(decoded(encodedOutput(std::string(message_limits::bodySize, 'x'))).body.size(),
               message_limits::bodySize);
     EXPECT_EQ(decoded(encodedOutput(std::string(message_limits::bodySize + 5, 'x'))).body.size(),
               message_limits::bodySize);
 }
 
-TEST(Message, CutShortIsIncompleteAndNotAtABoundary) {
+TEST(Message, IsIncompleteAndNotAtABoundaryWhenItIsCutShort) {
     const std::string bytes = encodedEnded(1);
     for (std::size_t size = 1; size < bytes.size(); ++size) {
         MessageDecoder decoder;
@@ -92,7 +92,7 @@ TEST(Message, CutShortIsIncompleteAndNotAtABoundary) {
     }
 }
 
-TEST(ToolRequest, IsRefusedWhenItsBodyIsNotExactlyAsDescribed) {
+TEST(MessageToolRequest, IsRefusedWhenItsBodyIsNotExactlyAsDescribed) {
     const std::string text = number(1) + "x";
     EXPECT_TRUE(toolRequest(requestWithBody(number(1) + text)));
     EXPECT_FALSE(toolRequest(requestWithBody("")));
@@ -105,7 +105,7 @@ TEST(ToolRequest, IsRefusedWhenItsBodyIsNotExactlyAsDescribed) {
     EXPECT_FALSE(toolRequest(requestWithBody(number(1) + "\1"))) << "half a length";
 }
 
-TEST(ToolRequest, HasAtMostSixteenTexts) {
+TEST(MessageToolRequest, HasAtMostSixteenTexts) {
     EXPECT_TRUE(encodedRequest({"t", std::vector<std::string>(15, "a")}));
     EXPECT_FALSE(encodedRequest({"t", std::vector<std::string>(16, "a")}));
     std::string body = number(17);
@@ -113,7 +113,7 @@ TEST(ToolRequest, HasAtMostSixteenTexts) {
     EXPECT_FALSE(toolRequest(requestWithBody(body)));
 }
 
-TEST(ToolRequest, ThatFitsInNoMessageIsNotEncoded) {
+TEST(MessageToolRequest, IsNotEncodedWhenItFitsInNoMessage) {
     EXPECT_FALSE(encodedRequest({"t", {std::string(message_limits::bodySize, 'a')}}));
     EXPECT_FALSE(encodedRequest({std::string(message_limits::bodySize, 'a'), {}}));
     EXPECT_TRUE(encodedRequest({"", {std::string(message_limits::bodySize - 12, 'a')}}));

@@ -78,7 +78,7 @@ TEST(Temporary, IsLockedWhileItLives) {
     EXPECT_EQ(flock(other.get(), LOCK_EX | LOCK_NB), 0);
 }
 
-TEST(DeadTemporaries, AreClearedByTheNextCopyIntoTheFolder) {
+TEST(TemporaryOfADeadProcess, IsClearedByTheNextCopyIntoTheFolder) {
     const Disk disk;
     disk.makeFile("source", "text");
     disk.makeFile(deadName, "half");
@@ -89,7 +89,7 @@ TEST(DeadTemporaries, AreClearedByTheNextCopyIntoTheFolder) {
     EXPECT_EQ(disk.names(), (std::vector<std::string>{".installing-mine", "copy", "source"}));
 }
 
-TEST(DeadTemporaries, LinksAndFifosOfSuchANameAreNotTouched) {
+TEST(TemporaryOfADeadProcess, LinksAndFifosOfSuchANameAreNotTouched) {
     const Disk disk;
     disk.makeFile("target", "kept");
     disk.makeLink("target", deadName);
@@ -99,7 +99,7 @@ TEST(DeadTemporaries, LinksAndFifosOfSuchANameAreNotTouched) {
     EXPECT_EQ(disk.contents("target"), "kept");
 }
 
-TEST(DeadTemporaries, AreLookedForOnceInAFolder) {
+TEST(TemporaryOfADeadProcess, IsLookedForOnceInAFolder) {
     const Disk disk;
     const auto folder = opened(disk);
     clearDeadTemporaries(folder.get());
@@ -109,7 +109,7 @@ TEST(DeadTemporaries, AreLookedForOnceInAFolder) {
 }
 
 // A child that is killed in the middle of a copy leaves what it made; one that is alive keeps it.
-TEST(DeadTemporaries, AreToldFromLiveOnesByTheirLock) {
+TEST(TemporaryOfADeadProcess, IsToldFromALiveOneByItsLock) {
     const Disk disk;
     disk.makeFolder("source");
     disk.makeFile("source/file", "text");
@@ -142,7 +142,7 @@ TEST(DeadTemporaries, AreToldFromLiveOnesByTheirLock) {
 }
 
 // Two processes that start at the same moment clear the folder while the other fills it.
-TEST(DeadTemporaries, ClearingNeverDisturbsACopyThatIsJustStarting) {
+TEST(TemporaryOfADeadProcess, ClearingNeverDisturbsACopyThatIsJustStarting) {
     const Disk disk;
     disk.makeFile("source", "text");
     for (int round = 0; round < 50; ++round) {

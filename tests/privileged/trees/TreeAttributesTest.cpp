@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* quarantine = "user.com.apple.quarantine";
 
-TEST(SetModeOfTree, SetsExactlyTheModeWhateverTheMask) {
+TEST(TreeAttributesSetMode, SetsExactlyTheModeWhateverTheMask) {
     const Mask mask(077);
     const Disk disk;
     disk.makeFolder("folder", 02700);
@@ -24,7 +24,7 @@ TEST(SetModeOfTree, SetsExactlyTheModeWhateverTheMask) {
     EXPECT_EQ(disk.mode("folder/inner/file"), 06755U);
 }
 
-TEST(SetModeOfTree, NeverFollowsALink) {
+TEST(TreeAttributesSetMode, NeverFollowsALink) {
     const Disk disk;
     disk.makeFile("target", "x", 0600);
     disk.makeFolder("target folder", 0700);
@@ -42,7 +42,7 @@ TEST(SetModeOfTree, NeverFollowsALink) {
     EXPECT_EQ(disk.mode("target folder/file"), 0600U);
 }
 
-TEST(SetModeOfTree, OpensAndLocksFoldersOfAnOrdinaryUser) {
+TEST(TreeAttributesSetMode, OpensAndLocksFoldersOfAnOrdinaryUser) {
     const Disk disk;
     EXPECT_EQ(asOrdinaryUser([&] {
                   disk.makeFolder("folder");
@@ -59,7 +59,7 @@ TEST(SetModeOfTree, OpensAndLocksFoldersOfAnOrdinaryUser) {
     EXPECT_EQ(disk.mode("folder"), 0U);
 }
 
-TEST(SetModeOfTree, GoesOnAfterAFailureAndTellsTheFirst) {
+TEST(TreeAttributesSetMode, GoesOnAfterAFailureAndTellsTheFirst) {
     if (geteuid() != 0) GTEST_SKIP() << "needs root to prepare an entry that is not ours";
     const Disk disk;
     ASSERT_EQ(asOrdinaryUser([&] {
@@ -80,7 +80,7 @@ TEST(SetModeOfTree, GoesOnAfterAFailureAndTellsTheFirst) {
     EXPECT_EQ(disk.mode("folder/m"), 0644U);
 }
 
-TEST(SetOwnerOfTree, ChangesEverythingAndLinksThemselves) {
+TEST(TreeAttributesSetOwner, ChangesEverythingAndLinksThemselves) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can give files away";
     const Disk disk;
     disk.makeFile("target");
@@ -98,7 +98,7 @@ TEST(SetOwnerOfTree, ChangesEverythingAndLinksThemselves) {
     EXPECT_EQ(disk.status("target").st_uid, 0U);
 }
 
-TEST(SetOwnerOfTree, IsRefusedToOrdinaryUsers) {
+TEST(TreeAttributesSetOwner, IsRefusedToOrdinaryUsers) {
     const Disk disk;
     EXPECT_EQ(asOrdinaryUser([&] {
                   disk.makeFile("file");
@@ -107,7 +107,7 @@ TEST(SetOwnerOfTree, IsRefusedToOrdinaryUsers) {
               "Operation not permitted");
 }
 
-TEST(RemoveAttributeOfTree, TakesItFromFilesAndFolders) {
+TEST(TreeAttributesRemoveAttribute, TakesItFromFilesAndFolders) {
     const Disk disk;
     disk.makeFolder("folder");
     disk.makeFolder("folder/inner");
@@ -126,7 +126,7 @@ TEST(RemoveAttributeOfTree, TakesItFromFilesAndFolders) {
     EXPECT_FALSE(removeAttributeOfTree(disk.path("folder"), quarantine, LinkPolicy::trustedOnly));
 }
 
-TEST(RemoveAttributeOfTree, NeverFollowsALink) {
+TEST(TreeAttributesRemoveAttribute, NeverFollowsALink) {
     const Disk disk;
     disk.makeFile("target");
     disk.setAttribute("target", quarantine, "x");
@@ -138,7 +138,7 @@ TEST(RemoveAttributeOfTree, NeverFollowsALink) {
     EXPECT_EQ(disk.attribute("target", quarantine), "x");
 }
 
-TEST(RemoveAttributeOfTree, IsNowhereOnAFileSystemWithoutAttributes) {
+TEST(TreeAttributesRemoveAttribute, SucceedsOnAFileSystemWithoutAttributes) {
     if (geteuid() != 0) GTEST_SKIP() << "only root may ask there";
     EXPECT_FALSE(removeAttributeOfTree("/proc/version", quarantine, LinkPolicy::follow));
 }

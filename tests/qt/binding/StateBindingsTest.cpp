@@ -102,15 +102,16 @@ struct Visibility {
     bool visible;
 };
 
-class VisibleBindingTest : public InterfaceTest, public testing::WithParamInterface<Visibility> {};
+class StateBindingsVisible : public InterfaceTest,
+                             public testing::WithParamInterface<Visibility> {};
 
-TEST_P(VisibleBindingTest, ShowsTheControlWhereThereIsSomething) {
+TEST_P(StateBindingsVisible, ShowsTheControlWhereThereIsSomething) {
     owner.values["what"] = GetParam().value;
     show("QLabel", {{"visibleBinding", "what"}});
     EXPECT_EQ(shown<QLabel>().isVisible(), GetParam().visible);
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, VisibleBindingTest,
+INSTANTIATE_TEST_SUITE_P(Values, StateBindingsVisible,
                          testing::Values(Visibility{"none", {}, false},
                                          Visibility{"false", false, false},
                                          Visibility{"true", true, true},
@@ -163,7 +164,7 @@ TEST_F(StateBindingsTest, AMenuItemCanBeSwitchedDisabledAndHidden) {
     EXPECT_TRUE(item->isChecked());
 }
 
-class ImageBindingTest : public StateBindingsTest {
+class StateBindingsImage : public StateBindingsTest {
   protected:
     std::string picture(int width, int height) {
         QImage image(width, height, QImage::Format_ARGB32);
@@ -182,7 +183,7 @@ class ImageBindingTest : public StateBindingsTest {
     QTemporaryDir folder_;
 };
 
-TEST_F(ImageBindingTest, APictureOfOtherProportionsIsFittedWithoutBeingStretched) {
+TEST_F(StateBindingsImage, APictureOfOtherProportionsIsFittedWithoutBeingStretched) {
     owner.values["picture"] = Image{picture(64, 32)};
     show("QLabel", {{"imageBinding", "picture"}}, fixedSize);
     auto& label = shown<QLabel>();
@@ -193,7 +194,7 @@ TEST_F(ImageBindingTest, APictureOfOtherProportionsIsFittedWithoutBeingStretched
     EXPECT_NE(seen.pixelColor(8, 14), QColor(Qt::red));
 }
 
-TEST_F(ImageBindingTest, AMissingOrBrokenPictureShowsNothing) {
+TEST_F(StateBindingsImage, AMissingOrBrokenPictureShowsNothing) {
     owner.values["picture"] = Image{picture(64, 64)};
     show("QLabel", {{"imageBinding", "picture"}}, fixedSize);
     EXPECT_FALSE(shown<QLabel>().pixmap().isNull());

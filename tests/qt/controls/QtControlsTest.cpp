@@ -10,19 +10,19 @@ namespace {
 
 using namespace installer;
 
-class QtTextFieldTest : public testing::Test {
+class QtControlsTextField : public testing::Test {
   protected:
     QLabel label;
     QtTextField field{&label};
 };
 
-TEST_F(QtTextFieldTest, ShowsItsTextAsItIs) {
+TEST_F(QtControlsTextField, ShowsItsTextAsItIs) {
     field.setText("<b>Licence</b>");
     EXPECT_EQ(label.text(), "<b>Licence</b>");
     EXPECT_EQ(label.textFormat(), Qt::PlainText);
 }
 
-TEST_F(QtTextFieldTest, TakesTheSystemsFontInEitherWeight) {
+TEST_F(QtControlsTextField, TakesTheSystemsFontInEitherWeight) {
     field.setSystemFont(TextField::Weight::bold);
     EXPECT_TRUE(label.font().bold());
     EXPECT_EQ(label.font().pointSizeF(), QApplication::font().pointSizeF());
@@ -30,7 +30,7 @@ TEST_F(QtTextFieldTest, TakesTheSystemsFontInEitherWeight) {
     EXPECT_FALSE(label.font().bold());
 }
 
-TEST_F(QtTextFieldTest, KeepsRoomForTheBoldTextWhileItIsRegular) {
+TEST_F(QtControlsTextField, KeepsRoomForTheBoldTextWhileItIsRegular) {
     field.setText("Running Programs");
     field.setSystemFont(TextField::Weight::bold);
     const int bold = label.sizeHint().width();
@@ -41,7 +41,7 @@ TEST_F(QtTextFieldTest, KeepsRoomForTheBoldTextWhileItIsRegular) {
     EXPECT_LT(label.minimumWidth(), bold);
 }
 
-TEST_F(QtTextFieldTest, ShowsAColourThatCanBeReadAsItIs) {
+TEST_F(QtControlsTextField, ShowsAColourThatCanBeReadAsItIs) {
     QPalette white;
     white.setColor(QPalette::Window, Qt::white);
     label.setPalette(white);
@@ -51,7 +51,7 @@ TEST_F(QtTextFieldTest, ShowsAColourThatCanBeReadAsItIs) {
     EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(90, 90, 90));
 }
 
-TEST_F(QtTextFieldTest, DarkensAGreyThatIsTooLightForItsGround) {
+TEST_F(QtControlsTextField, DarkensAGreyThatIsTooLightForItsGround) {
     QPalette white;
     white.setColor(QPalette::Window, Qt::white);
     label.setPalette(white);
@@ -77,14 +77,14 @@ TEST(QtControls, ActOnNothingWhenTheWindowIsGone) {
     EXPECT_EQ(selection.selectedRow(), std::nullopt);
 }
 
-class QtListSelectionTest : public testing::Test {
+class QtControlsListSelection : public testing::Test {
   protected:
     void SetUp() override { list.addItems({"a", "b", "c"}); }
     QListWidget list;
     QtListSelection selection{&list};
 };
 
-TEST_F(QtListSelectionTest, SelectsOneRowOnly) {
+TEST_F(QtControlsListSelection, SelectsOneRowOnly) {
     list.setSelectionMode(QAbstractItemView::ExtendedSelection);
     EXPECT_EQ(selection.selectedRow(), std::nullopt);
     list.selectAll();
@@ -93,7 +93,7 @@ TEST_F(QtListSelectionTest, SelectsOneRowOnly) {
     EXPECT_EQ(list.selectedItems().size(), 1);
 }
 
-TEST_F(QtListSelectionTest, ARowThatDoesNotExistSelectsNone) {
+TEST_F(QtControlsListSelection, ARowThatDoesNotExistSelectsNone) {
     selection.setSelectedRow(1);
     selection.setSelectedRow(3);
     EXPECT_EQ(selection.selectedRow(), std::nullopt);

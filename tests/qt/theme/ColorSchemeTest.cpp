@@ -23,14 +23,14 @@ QPalette lightPalette() {
     return {Qt::lightGray, Qt::white};
 }
 
-TEST(NeedsDarkPalette, WhenTheDesktopPrefersDarkAndTheApplicationIsLight) {
+TEST(ColorSchemeNeedsDarkPalette, HoldsWhenTheDesktopPrefersDarkAndTheApplicationIsLight) {
     EXPECT_TRUE(needsDarkPalette(1U, lightPalette()));
     EXPECT_FALSE(needsDarkPalette(0U, lightPalette()));
     EXPECT_FALSE(needsDarkPalette(2U, lightPalette()));
     EXPECT_FALSE(needsDarkPalette(std::nullopt, lightPalette()));
 }
 
-TEST(NeedsDarkPalette, NotWhereTheDesktopHasGivenOneAlready) {
+TEST(ColorSchemeNeedsDarkPalette, DoesNotHoldWhereTheDesktopHasGivenOneAlready) {
     QPalette dark = lightPalette();
     dark.setColor(QPalette::Window, Qt::black);
     dark.setColor(QPalette::WindowText, Qt::white);

@@ -129,7 +129,7 @@ TEST_F(StyledTextDocumentTest, ReadsInTheWindowsDirectionUnlessTheTextSaysRightT
     EXPECT_EQ(formatted({}).layoutDirection(), Qt::RightToLeft);
 }
 
-TEST(TextLook, AViewWithoutAGroundOfItsOwnLiesOnTheWindow) {
+TEST(StyledTextDocumentTextLook, AViewWithoutAGroundOfItsOwnLiesOnTheWindow) {
     QWidget widget;
     QPalette palette;
     palette.setColor(QPalette::Window, QColor(1, 2, 3));

@@ -19,7 +19,7 @@ namespace {
 using namespace installer;
 using testing::ElementsAre;
 
-TEST(ReadingDirection, IsThatOfTheLanguage) {
+TEST(ApplicationSetupReadingDirection, IsThatOfTheLanguage) {
     for (const char* language : {"ar", "he", "fa", "ur", "he-IL"})
         EXPECT_EQ(readingDirection(language), Qt::RightToLeft) << language;
     for (const char* language : {"en", "de", "ja", "pt-BR", "zh_CN", ""})

@@ -30,7 +30,7 @@ TEST(ToolkitMessages, RemarksAboutHarmlessSurroundingsAreLeftOut) {
     EXPECT_THAT(log.lines, ElementsAre());
 }
 
-TEST(ToolkitMessages, OfOtherThreadsDoNotReachTheLog) {
+TEST(ToolkitMessages, DoNotReachTheLogFromOtherThreads) {
     test::RecordingLog log;
     const ToolkitMessages messages(log);
     testing::internal::CaptureStderr();

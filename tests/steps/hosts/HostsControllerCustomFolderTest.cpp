@@ -198,10 +198,10 @@ struct ForwardRow {
     bool enabled = false;
 };
 
-class HostsControllerForward : public HostsControllerScene,
-                               public testing::WithParamInterface<ForwardRow> {};
+class HostsControllerCustomFolderForwardButton : public HostsControllerScene,
+                                                 public testing::WithParamInterface<ForwardRow> {};
 
-TEST_P(HostsControllerForward, NeedsSomethingToInstallAndAFolderForThePlugIn) {
+TEST_P(HostsControllerCustomFolderForwardButton, NeedsSomethingToInstallAndAFolderForThePlugIn) {
     enterCustomScreen();
     customHost().setPlugInPath(GetParam().folder);
     controller.setInstallPluginForCustomInstall(GetParam().plugIn);
@@ -209,7 +209,7 @@ TEST_P(HostsControllerForward, NeedsSomethingToInstallAndAFolderForThePlugIn) {
     EXPECT_EQ(controller.enableForward(), GetParam().enabled);
 }
 
-INSTANTIATE_TEST_SUITE_P(OnTheCustomInstall, HostsControllerForward,
+INSTANTIATE_TEST_SUITE_P(OnTheCustomInstall, HostsControllerCustomFolderForwardButton,
                          testing::Values(ForwardRow{"PlugInAndFolder", true, false, "/P", true},
                                          ForwardRow{"PlugInWithoutFolder", true, false, "", false},
                                          ForwardRow{"NothingButAFolder", false, false, "/P", false},

@@ -92,16 +92,16 @@ struct FileRow {
     bool listed;
 };
 
-class DiscoveredFile : public testing::TestWithParam<FileRow> {};
+class HostsModelDiscoveredFile : public testing::TestWithParam<FileRow> {};
 
-TEST_P(DiscoveredFile, IsListedByItsName) {
+TEST_P(HostsModelDiscoveredFile, IsListedByItsName) {
     FakePlatform fake;
     fake.memory.addFile(preferences + GetParam().file, "/Photoshop\0/Plug-Ins\0"s);
     EXPECT_THAT(HostsModel(fake.platform).hostsArray(), SizeIs(GetParam().listed ? 1 : 0));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    PathsFiles, DiscoveredFile,
+    PathsFiles, HostsModelDiscoveredFile,
     testing::Values(
         FileRow{"Adobe Photoshop CS3 Paths", false}, FileRow{"Adobe Photoshop CS5 Paths", false},
         FileRow{"Adobe Photoshop CS6 Paths", true}, FileRow{"Adobe Photoshop CS-3 Paths", true},
@@ -118,7 +118,7 @@ INSTANTIATE_TEST_SUITE_P(
         FileRow{".Adobe CS6 Paths", true}, FileRow{"\u5199\u771F Adobe CC 2018 Paths", true}),
     [](const auto& row) { return rowName(row.param.file); });
 
-INSTANTIATE_TEST_SUITE_P(SettingsFiles, DiscoveredFile,
+INSTANTIATE_TEST_SUITE_P(SettingsFiles, HostsModelDiscoveredFile,
                          testing::Values(FileRow{"Adobe Photoshop CC 2018 Settings", false},
                                          FileRow{"Adobe Photoshop CC 2019 Settings", true},
                                          FileRow{"Adobe Photoshop CC 2020 Settings", true},

@@ -235,10 +235,10 @@ struct RefusalRow {
     Lines installed;
 };
 
-class RefusedRun : public InstallFilesControllerTest,
-                   public testing::WithParamInterface<RefusalRow> {};
+class InstallFilesControllerRefusedRun : public InstallFilesControllerTest,
+                                         public testing::WithParamInterface<RefusalRow> {};
 
-TEST_P(RefusedRun, ListsWhatWasFinishedBefore) {
+TEST_P(InstallFilesControllerRefusedRun, ListsWhatWasFinishedBefore) {
     refuseFromCommand(fake, GetParam().place);
     controller.install({photoshopHost(), customHost()}, false);
     EXPECT_TRUE(controller.authDenied());
@@ -251,7 +251,7 @@ TEST_P(RefusedRun, ListsWhatWasFinishedBefore) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Commands, RefusedRun,
+    Commands, InstallFilesControllerRefusedRun,
     testing::Values(RefusalRow{2, {}}, RefusalRow{4, {tool}}, RefusalRow{5, {tool}},
                     RefusalRow{7, {tool, product + "/guide.txt"}},
                     RefusalRow{9, {tool, product + "/guide.txt", photoshop + "/Presets/run.jsx"}}),
@@ -319,9 +319,9 @@ TEST_F(InstallFilesControllerTest, ARunWithoutAuthorizationNamesNoItemThatFailed
 }
 
 // A payload of 100 bytes in the mirror, 60 for a Photoshop and 40 for a custom folder.
-class InstallProgressOfARun : public InstallFilesControllerTest {
+class InstallFilesControllerProgress : public InstallFilesControllerTest {
   protected:
-    InstallProgressOfARun() {
+    InstallFilesControllerProgress() {
         memory.addFile(mirror + tool + "/Contents/x", std::string(70, 'x'));
         memory.addFile(mirror + product + "/guide.txt", std::string(30, 'x'));
         memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx", std::string(20, 'x'));
@@ -337,14 +337,14 @@ class InstallProgressOfARun : public InstallFilesControllerTest {
     std::vector<double> beforeCopies;  ///< what was shown when each copy began
 };
 
-TEST_F(InstallProgressOfARun, CountsTheBytesOfEverythingThatTheRunInstalls) {
+TEST_F(InstallFilesControllerProgress, CountsTheBytesOfEverythingThatTheRunInstalls) {
     controller.install({photoshopHost(), customHost()}, true);
     EXPECT_THAT(beforeCopies, ElementsAre(0.0, 70 / 200.0, 100 / 200.0, 120 / 200.0, 160 / 200.0));
     EXPECT_EQ(indicator.fractions.back(), 1.0);
     EXPECT_TRUE(std::is_sorted(indicator.fractions.begin(), indicator.fractions.end()));
 }
 
-TEST_F(InstallProgressOfARun, StartsAnewWithTheNextRun) {
+TEST_F(InstallFilesControllerProgress, StartsAnewWithTheNextRun) {
     controller.install({customHost()}, false);
     beforeCopies.clear();
     controller.install({}, false);
@@ -352,25 +352,25 @@ TEST_F(InstallProgressOfARun, StartsAnewWithTheNextRun) {
     EXPECT_EQ(indicator.fractions.back(), 1.0);
 }
 
-TEST_F(InstallProgressOfARun, IsNotFullAfterARunThatFailed) {
+TEST_F(InstallFilesControllerProgress, IsNotFullAfterARunThatFailed) {
     failItem("guide.txt");
     controller.install({customHost()}, false);
     EXPECT_EQ(indicator.fractions.back(), 100 / 140.0);
 }
 
-TEST_F(InstallProgressOfARun, IsNotFullAfterARefusal) {
+TEST_F(InstallFilesControllerProgress, IsNotFullAfterARefusal) {
     refuseFromCommand(fake, 1);
     controller.install({customHost()}, false);
     EXPECT_EQ(indicator.fractions.back(), 70 / 140.0);
 }
 
-TEST_F(InstallProgressOfARun, WithNothingToInstallIsFullAtTheEnd) {
+TEST_F(InstallFilesControllerProgress, WithNothingToInstallIsFullAtTheEnd) {
     memory.removeAsAdministrator(payload);
     controller.install({customHost()}, false);
     EXPECT_EQ(indicator.fractions.back(), 1.0);
 }
 
-TEST_F(InstallProgressOfARun, IsToldByTheAdministratorsCopiesToo) {
+TEST_F(InstallFilesControllerProgress, IsToldByTheAdministratorsCopiesToo) {
     controller.install({}, false);
     ASSERT_NE(fake.authorizations.progressSink, nullptr);
     const auto before = indicator.fractions.size();
@@ -378,7 +378,7 @@ TEST_F(InstallProgressOfARun, IsToldByTheAdministratorsCopiesToo) {
     EXPECT_EQ(indicator.fractions.size(), before + 1);
 }
 
-TEST_F(InstallProgressOfARun, ChangesNothingOfWhatTheRunDoes) {
+TEST_F(InstallFilesControllerProgress, ChangesNothingOfWhatTheRunDoes) {
     controller.install({photoshopHost(), customHost()}, true);
     EXPECT_THAT(operationsOf(fake),
                 ElementsAreArray(joined({toolOperations(),
@@ -390,7 +390,7 @@ TEST_F(InstallProgressOfARun, ChangesNothingOfWhatTheRunDoes) {
                                          logOperations()})));
 }
 
-TEST_F(InstallProgressOfARun, WithoutAnIndicatorNothingIsMeasuredAndNobodyTold) {
+TEST_F(InstallFilesControllerProgress, WithoutAnIndicatorNothingIsMeasuredAndNobodyTold) {
     controller.setProgressIndicator(nullptr);
     EXPECT_EQ(fake.authorizations.progressSink, nullptr);
     indicator.fractions.assign({0.5});
@@ -401,9 +401,9 @@ TEST_F(InstallProgressOfARun, WithoutAnIndicatorNothingIsMeasuredAndNobodyTold) 
 
 // The step in the window.
 
-class InstallStep : public InstallFilesControllerTest {
+class InstallFilesControllerStep : public InstallFilesControllerTest {
   protected:
-    InstallStep() {
+    InstallFilesControllerStep() {
         fake.eventLoop.duringTurn = [this] { events.emplace_back("turn"); };
         main.onNextView = [this] {
             movedWithSuccess = controller.successfulInstall();
@@ -436,7 +436,7 @@ const Lines inProgressEvents = {"will enableForward",  "will enableBackward", "w
 const Lines textEvents = {"will informativeText", "will mainLabelText", "did informativeText",
                           "did mainLabelText", "turn"};
 
-TEST_F(InstallStep, EnteringForwardInstallsAnnouncesAndMovesOn) {
+TEST_F(InstallFilesControllerStep, EnteringForwardInstallsAnnouncesAndMovesOn) {
     main.selected = {customHost()};
     enter(1);
     EXPECT_THAT(events, ElementsAreArray(joined({inProgressEvents,
@@ -457,7 +457,7 @@ TEST_F(InstallStep, EnteringForwardInstallsAnnouncesAndMovesOn) {
     EXPECT_TRUE(controller.installComplete());
 }
 
-TEST_F(InstallStep, NothingMovesWhileARunIsGoingOn) {
+TEST_F(InstallFilesControllerStep, NothingMovesWhileARunIsGoingOn) {
     bool sawOpenStep = false;
     fake.eventLoop.duringTurn = [&] {
         if (texts.empty() || texts.back() == "Done") return;
@@ -471,7 +471,7 @@ TEST_F(InstallStep, NothingMovesWhileARunIsGoingOn) {
     EXPECT_FALSE(controller.copyInProgress());
 }
 
-TEST_F(InstallStep, OnlyTheSelectedHostsAreInstalledAndTheEditorsWhenWanted) {
+TEST_F(InstallFilesControllerStep, OnlyTheSelectedHostsAreInstalledAndTheEditorsWhenWanted) {
     main.found = {photoshopHost(), customHost()};
     main.selected = {customHost()};
     main.configureEditors = true;
@@ -483,26 +483,26 @@ TEST_F(InstallStep, OnlyTheSelectedHostsAreInstalledAndTheEditorsWhenWanted) {
                 HasSubstr(",Adobe Photoshop CC 2019,9,"));
 }
 
-TEST_F(InstallStep, TheEditorsAreLeftAloneWhenNotWanted) {
+TEST_F(InstallFilesControllerStep, TheEditorsAreLeftAloneWhenNotWanted) {
     enter(1);
     EXPECT_FALSE(memory.exists(editors));
 }
 
-TEST_F(InstallStep, TheAuthorizationEndsWithTheRunAndTheNextOneAsksAgain) {
+TEST_F(InstallFilesControllerStep, TheAuthorizationEndsWithTheRunAndTheNextOneAsksAgain) {
     enter(1);
     EXPECT_EQ(fake.authorizations.destroyed, 1);
     enter(1);
     EXPECT_EQ(fake.authorizations.created, 2);
 }
 
-TEST_F(InstallStep, TheAuthorizationIsGoneBeforeTheWizardMovesOn) {
+TEST_F(InstallFilesControllerStep, TheAuthorizationIsGoneBeforeTheWizardMovesOn) {
     int destroyedAtMove = 0;
     main.onNextView = [&] { destroyedAtMove = fake.authorizations.destroyed; };
     enter(1);
     EXPECT_EQ(destroyedAtMove, 1);
 }
 
-TEST_F(InstallStep, ARunWithoutRightsForgetsWhatTheRunBeforeItInstalled) {
+TEST_F(InstallFilesControllerStep, ARunWithoutRightsForgetsWhatTheRunBeforeItInstalled) {
     enter(1);
     ASSERT_FALSE(controller.installedPaths().empty());
     fake.authorizations.obtainable = false;
@@ -510,9 +510,10 @@ TEST_F(InstallStep, ARunWithoutRightsForgetsWhatTheRunBeforeItInstalled) {
     EXPECT_THAT(controller.installedPaths(), IsEmpty());
 }
 
-class EnteredGoingBack : public InstallStep, public testing::WithParamInterface<int> {};
+class InstallFilesControllerEnteredGoingBack : public InstallFilesControllerStep,
+                                               public testing::WithParamInterface<int> {};
 
-TEST_P(EnteredGoingBack, OnlyShowsItself) {
+TEST_P(InstallFilesControllerEnteredGoingBack, OnlyShowsItself) {
     enter(GetParam());
     EXPECT_FALSE(view->hidden);
     EXPECT_THAT(fake.journal, IsEmpty());
@@ -520,10 +521,11 @@ TEST_P(EnteredGoingBack, OnlyShowsItself) {
     EXPECT_EQ(fake.authorizations.created, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Directions, EnteredGoingBack, testing::Values(0, -1, -3),
+INSTANTIATE_TEST_SUITE_P(Directions, InstallFilesControllerEnteredGoingBack,
+                         testing::Values(0, -1, -3),
                          [](const auto& test) { return "By" + std::to_string(-test.param); });
 
-TEST_F(InstallStep, LeavingHidesTheViewAndLetsModelAndViewGo) {
+TEST_F(InstallFilesControllerStep, LeavingHidesTheViewAndLetsModelAndViewGo) {
     enter(-1);
     EXPECT_GT(view.use_count(), 1);
     controller.didProceed(1);
@@ -532,7 +534,7 @@ TEST_F(InstallStep, LeavingHidesTheViewAndLetsModelAndViewGo) {
     EXPECT_EQ(model.use_count(), 1);
 }
 
-TEST_F(InstallStep, LeavingBackwardForgetsThatTheInstallationIsComplete) {
+TEST_F(InstallFilesControllerStep, LeavingBackwardForgetsThatTheInstallationIsComplete) {
     enter(1);
     controller.didProceed(1);
     EXPECT_TRUE(controller.successfulInstall());
@@ -541,7 +543,7 @@ TEST_F(InstallStep, LeavingBackwardForgetsThatTheInstallationIsComplete) {
     EXPECT_FALSE(controller.successfulInstall());
 }
 
-TEST_F(InstallStep, MovingOnMayLeaveTheStepBeforeEnteringItHasReturned) {
+TEST_F(InstallFilesControllerStep, MovingOnMayLeaveTheStepBeforeEnteringItHasReturned) {
     main.onNextView = [this] { controller.didProceed(1); };
     enter(1);
     EXPECT_TRUE(view->hidden);
@@ -549,7 +551,7 @@ TEST_F(InstallStep, MovingOnMayLeaveTheStepBeforeEnteringItHasReturned) {
     EXPECT_EQ(events.back(), "did successfulInstall");
 }
 
-TEST_F(InstallStep, AFailedItemIsNoSuccessAndTheWizardMovesOn) {
+TEST_F(InstallFilesControllerStep, AFailedItemIsNoSuccessAndTheWizardMovesOn) {
     failItem("guide.txt");
     enter(1);
     EXPECT_FALSE(controller.installComplete());
@@ -557,7 +559,7 @@ TEST_F(InstallStep, AFailedItemIsNoSuccessAndTheWizardMovesOn) {
     EXPECT_THAT(events, Contains("next view"));
 }
 
-TEST_F(InstallStep, ARefusalIsNoSuccessEvenThoughNoItemFailed) {
+TEST_F(InstallFilesControllerStep, ARefusalIsNoSuccessEvenThoughNoItemFailed) {
     refuseFromCommand(fake, 1);
     enter(1);
     EXPECT_TRUE(controller.installComplete());
@@ -565,7 +567,7 @@ TEST_F(InstallStep, ARefusalIsNoSuccessEvenThoughNoItemFailed) {
     EXPECT_FALSE(movedWithSuccess);
 }
 
-TEST_F(InstallStep, RightsThatCannotBeObtainedAreSaidAndAtOnceReplacedByDone) {
+TEST_F(InstallFilesControllerStep, RightsThatCannotBeObtainedAreSaidAndAtOnceReplacedByDone) {
     fake.authorizations.obtainable = false;
     enter(1);
     EXPECT_THAT(texts, ElementsAre("No rights", "Done"));
@@ -574,7 +576,7 @@ TEST_F(InstallStep, RightsThatCannotBeObtainedAreSaidAndAtOnceReplacedByDone) {
     EXPECT_THAT(events, Contains("next view"));
 }
 
-TEST_F(InstallStep, ARunAfterAFailedOneCanSucceed) {
+TEST_F(InstallFilesControllerStep, ARunAfterAFailedOneCanSucceed) {
     failItem("guide.txt");
     enter(1);
     fake.files.setFault(nullptr);

@@ -52,9 +52,9 @@ struct RunningRow {
     bool counts = false;
 };
 
-class RunningApplication : public testing::TestWithParam<RunningRow> {};
+class RunningHostSearchApplication : public testing::TestWithParam<RunningRow> {};
 
-TEST_P(RunningApplication, CountsByItsName) {
+TEST_P(RunningHostSearchApplication, CountsByItsName) {
     FakeWindowPlatform fake;
     const RunningHostViewController controller(fake.windowPlatform);
     fake.workspace.running = {"Files", GetParam().application, ""};
@@ -62,7 +62,7 @@ TEST_P(RunningApplication, CountsByItsName) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, RunningApplication,
+    Names, RunningHostSearchApplication,
     testing::Values(
         RunningRow{"PhotoshopAtTheStart", "Photoshop", "Photoshop CC", true},
         RunningRow{"PhotoshopAlone", "Photoshop", "Photoshop", true},
