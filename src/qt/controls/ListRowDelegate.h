@@ -4,8 +4,8 @@
 
 namespace installer {
 
-/// Paints a row of a list: what the style paints before a text, then the title and below it,
-/// quieter and shortened in its middle, the detail.
+/// Paints a row of a list: first what the style paints before a text, then the title. Below the
+/// title it paints the detail in a quieter colour, shortened in its middle.
 class ListRowDelegate final : public QStyledItemDelegate {
   public:
     static constexpr int detailRole = Qt::UserRole;

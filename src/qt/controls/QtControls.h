@@ -13,7 +13,7 @@ class QtTextField final : public TextField {
     explicit QtTextField(QLabel* label);
     void setText(const std::string& text) override;
     void setSystemFont(Weight weight) override;
-    /// Darker or lighter than asked where the text could not be read on its ground.
+    /// Makes the colour darker or lighter if it cannot be read on its background.
     void setColor(Color color) override;
 
   private:

@@ -4,15 +4,15 @@
 
 namespace installer {
 
-/// How far two colours are apart in lightness, from 1 for the same to 21 for black and white, as
-/// the guidelines for accessible pages measure it.
+/// The contrast ratio of two colours, from 1 (equal) to 21 (black and white), as the accessibility
+/// guidelines of the web define it.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);
 
-/// The colour itself where it can be read on the ground; else the nearest one that can, lighter or
-/// darker, so that a text written for white paper stays readable in a dark window.
+/// The colour itself if it can be read on the background, else the nearest lighter or darker one
+/// that can. So a text made for white paper can be read in a dark window.
 [[nodiscard]] QColor readableColor(const QColor& wanted, const QColor& ground);
 
-/// The text's colour brought nearer to the ground, as quiet as can still be read.
+/// A colour between text and background: as quiet as possible while it can still be read.
 [[nodiscard]] QColor quietColor(const QColor& text, const QColor& ground);
 
 }  // namespace installer
