@@ -32,6 +32,9 @@ class Tokenizer {
 
     [[nodiscard]] Token next();
 
+    /// How many bytes have been read.
+    [[nodiscard]] std::size_t place() const { return place_; }
+
   private:
     Token textToken();
     Token controlToken();

@@ -43,7 +43,8 @@ class Parser {
         auto& problems = table_.problems;
         for (const std::size_t line : text_.damagedLines) {
             if (problems.size() >= 2 * StringsTable::maximumProblems) break;
-            problems.push_back({line, "bytes that are no text were replaced"});
+            problems.push_back(
+                {line, "bytes that are no text were replaced", Mistake::damagedBytes});
         }
         std::stable_sort(problems.begin(), problems.end(), [](const auto& left, const auto& right) {
             return left.line < right.line;
@@ -72,9 +73,23 @@ class Parser {
         if (place_.index < text_.characters.size()) ++place_.index;
     }
 
-    void problem(std::size_t line, std::string message) {
+    using Mistake = StringsTable::Mistake;
+
+    void problem(std::size_t line, std::string message, Mistake mistake) {
         if (table_.problems.size() < StringsTable::maximumProblems)
-            table_.problems.push_back({line, std::move(message)});
+            table_.problems.push_back({line, std::move(message), mistake});
+    }
+
+    void remark(std::size_t line, std::string message, Mistake mistake) {
+        if (table_.remarks.size() < StringsTable::maximumProblems)
+            table_.remarks.push_back({line, std::move(message), mistake});
+    }
+
+    void keep(const std::string& key, std::size_t keyLine, std::string value) {
+        const auto [entry, isNew] = table_.lines.insert_or_assign(key, keyLine);
+        if (!isNew)
+            remark(keyLine, "the key " + inQuotes(key) + " occurs again", Mistake::repeatedKey);
+        table_.entries.insert_or_assign(key, std::move(value));
     }
 
     /// Skips white space and comments; false when a comment does not end.
@@ -98,7 +113,7 @@ class Parser {
         advance();
         while (current() != endOfText && (current() != U'*' || at(1) != U'/')) advance();
         if (current() == endOfText) {
-            problem(line, "this comment does not end");
+            problem(line, "this comment does not end", Mistake::commentWithoutEnd);
             return false;
         }
         advance();
@@ -114,7 +129,8 @@ class Parser {
         const Place afterKey = place_;
         if (!skipSpace()) return;
         if (current() != U'=') {
-            problem(keyLine, "\"=\" is missing after the key " + inQuotes(*key));
+            problem(keyLine, "\"=\" is missing after the key " + inQuotes(*key),
+                    Mistake::incompletePair);
             return resumeAfter(afterKey);
         }
         advance();
@@ -129,16 +145,27 @@ class Parser {
         const Place afterValue = place_;
         const bool hasEnd = skipSpace();
         if (current() == U'=') {
-            problem(keyLine, "the value of " + inQuotes(key) + " is missing");
+            problem(keyLine, "the value of " + inQuotes(key) + " is missing",
+                    Mistake::incompletePair);
             place_ = start;
             return;
         }
         const bool isWhole = hasEnd && current() == U';';
-        if (!isWhole) problem(start.line, "\";\" is missing after the value of " + inQuotes(key));
+        if (!isWhole) tellMissingEnd(key, start.line);
         // A value over several lines without its ";" is rather one that lacks its closing quote.
-        if (isWhole || !spansLines_) table_.entries.insert_or_assign(key, std::move(*value));
+        if (isWhole || !spansLines_) keep(key, keyLine, std::move(*value));
         if (isWhole) return advance();
         resumeAfter(afterValue);
+    }
+
+    /// A text over several lines without its ";" most likely lacks its closing quote.
+    void tellMissingEnd(const std::string& key, std::size_t line) {
+        if (spansLines_) {
+            problem(line, "this text has no closing quote", Mistake::textWithoutClosingQuote);
+        } else {
+            problem(line, "\";\" is missing after the value of " + inQuotes(key),
+                    Mistake::missingSemicolon);
+        }
     }
 
     /// Goes on where the parser is when that is on a later line than the broken pair's last text:
@@ -183,7 +210,7 @@ class Parser {
             advance();
         }
         if (!text.empty()) return text;
-        problem(place_.line, std::string(what) + " is missing");
+        problem(place_.line, std::string(what) + " is missing", Mistake::incompletePair);
         resumption_ = place_;
         return std::nullopt;
     }
@@ -194,7 +221,8 @@ class Parser {
         advance();
         while (current() != U'"') {
             if (current() == endOfText) {
-                problem(start.line, "this text has no closing quote");
+                problem(start.line, "this text has no closing quote",
+                        Mistake::textWithoutClosingQuote);
                 resumption_ = lineEndAfter(start);
                 return std::nullopt;
             }
@@ -246,9 +274,21 @@ class Parser {
                 return readUnicode();
             case endOfText:
                 return U'\\';
+            case U'"':
+            case U'\'':
+            case U'\\':
+            case U'\n':
+                return letter;
             default:
+                remarkUnknown(letter);
                 return letter;
         }
+    }
+
+    void remarkUnknown(char32_t letter) {
+        std::string escape = "\\";
+        appendUtf8(escape, letter);
+        remark(place_.line, "the escape " + escape + " is unknown", Mistake::unknownEscape);
     }
 
     char32_t readDigits(char32_t base, int count) {
@@ -278,7 +318,8 @@ class Parser {
     char32_t checked(char32_t character) {
         if (character != 0 && !isLeadingSurrogate(character) && !isTrailingSurrogate(character))
             return character;
-        problem(place_.line, "an escape that gives no character was replaced");
+        problem(place_.line, "an escape that gives no character was replaced",
+                Mistake::escapeWithoutCharacter);
         return replacementCharacter;
     }
 

@@ -6,6 +6,7 @@
 namespace installer {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -198,6 +199,32 @@ TEST(StringsTable, ALongKeyIsCutInMessagesBetweenTwoCharacters) {
     ASSERT_THAT(table.problems, SizeIs(1));
     EXPECT_LT(table.problems[0].message.size(), 200u);
     EXPECT_THAT(table.problems[0].message, HasSubstr("\xC3\xA4...\""));
+}
+
+TEST(StringsTable, KnowsTheLineOfEachKey) {
+    const auto table = parseStringsTable("/* a\n note */ a = b;\n\"c\" =\n\"d\";\n");
+    EXPECT_THAT(table.lines, ElementsAre(Pair("a", 2u), Pair("c", 3u)));
+}
+
+TEST(StringsTable, RemarksOnWhatItReadsAllTheSame) {
+    const auto table = parseStringsTable("a = b;\na = c;\nd = \"\\e\";\nf = \"\\\"\\'\\\\\";\n");
+    EXPECT_THAT(table.problems, IsEmpty());
+    ASSERT_THAT(table.remarks, SizeIs(2));
+    EXPECT_EQ(table.remarks[0].line, 2u);
+    EXPECT_EQ(table.remarks[0].mistake, StringsTable::Mistake::repeatedKey);
+    EXPECT_EQ(table.remarks[1].line, 3u);
+    EXPECT_EQ(table.remarks[1].mistake, StringsTable::Mistake::unknownEscape);
+    EXPECT_THAT(table.lines, Contains(Pair("a", 2u)));
+}
+
+TEST(StringsTable, TellsAMissingQuoteFromAMissingSemicolon) {
+    const auto quote = parseStringsTable("a = \"b;\nc = \"d\";\n");
+    ASSERT_FALSE(quote.problems.empty());
+    EXPECT_EQ(quote.problems[0].mistake, StringsTable::Mistake::textWithoutClosingQuote);
+    EXPECT_EQ(quote.problems[0].line, 1u);
+    const auto semicolon = parseStringsTable("a = \"b\"\nc = \"d\";\n");
+    ASSERT_THAT(semicolon.problems, SizeIs(1));
+    EXPECT_EQ(semicolon.problems[0].mistake, StringsTable::Mistake::missingSemicolon);
 }
 
 TEST(StringsTable, ReportsAtMostSoManyProblems) {

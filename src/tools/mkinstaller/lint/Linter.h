@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vector>
+
+#include "tools/mkinstaller/lint/Findings.h"
+#include "tools/mkinstaller/sources/Kit.h"
+#include "tools/mkinstaller/sources/Product.h"
+
+namespace installer {
+
+/// Everything that is wrong with the product, ordered by file and line. Reads what the installer
+/// would read, with its own readers; changes nothing.
+[[nodiscard]] std::vector<Finding> lint(const Product& product, const Kit& kit);
+
+}  // namespace installer
