@@ -7,7 +7,8 @@
 namespace installer {
 
 /// A folder whose name ends in one of these suffixes is a package: people see it as one item. There
-/// is no other list of them.
+/// is no other list of them. The folder panel of the custom install does not ask for a name: it
+/// hides each folder that holds an entry "Contents".
 inline constexpr std::array<std::string_view, 12> packageSuffixes = {
     "app",      "bundle",      "plugin",     "component", "kext", "lrplugin",
     "prefPane", "qlgenerator", "mdimporter", "pkg",       "mpkg", "rtfd"};

@@ -32,8 +32,7 @@ void showPlain(QLabel& label, const QString& text) {
     label.setText(text);
 }
 
-/// Keeps the height for several lines, so that the controls below do not move when the text
-/// changes.
+/// A visible label keeps its height while it shows texts, so that the controls below do not move.
 void keepHeight(QLabel& label, const QString& nextText) {
     if (nextText.isEmpty()) {
         label.setMinimumHeight(0);
