@@ -10,8 +10,8 @@ class HostModel;
 class PrivilegedCommands;
 struct Platform;
 
-/// Copies that earlier installations have left in a host's plug-in folder: entries at any depth with
-/// the name of a plug-in or an auto-layer item of this installer's bundle. In reserve: no run
+/// Copies that earlier installations have left in a host's plug-in folder: entries at any depth
+/// with the name of a plug-in or an auto-layer item of this installer's bundle. In reserve: no run
 /// searches for them.
 class EarlierCopies {
   public:

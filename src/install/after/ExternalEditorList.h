@@ -10,9 +10,10 @@ class HostModel;
 struct InstallRun;
 struct Platform;
 
-/// The list of external editors of the maker's photo editor Prismor X. It has one row for the newest
-/// Photoshop of the given hosts, and one for each of two sibling products if it is installed. A
-/// quiet run gives no hosts; a window gives the found ones, but nothing enables its check box today.
+/// The list of external editors of the maker's photo editor Prismor X. It has one row for the
+/// newest Photoshop of the given hosts, and one for each of two sibling products if it is
+/// installed. A quiet run gives no hosts; a window gives the found ones, but nothing enables its
+/// check box today.
 class ExternalEditorList {
   public:
     ExternalEditorList(Platform& platform, InstallRun& run, DestinationFolders& folders)

@@ -44,8 +44,8 @@ class OneLineTasksWithOutput {
     /// Runs the tool as the administrator and blocks the caller. If the launch is refused, the
     /// result is nullopt, and the error's code is the low 16 bits of the authorization status, with
     /// their sign. The tool's exit status is ignored. The first 64 bytes of the tool's output are
-    /// never in the result, on purpose. With `wait` false, the tool's end is not waited for, but its
-    /// output is still read to the end.
+    /// never in the result, on purpose. With `wait` false, the tool's end is not waited for, but
+    /// its output is still read to the end.
     std::optional<std::string> stringByLaunchingPathWithArguments(
         const std::string& path, const std::vector<std::string>& arguments,
         Authorization& authorization, std::optional<TaskError>* error, bool wait);

@@ -14,8 +14,8 @@ struct Platform;
 
 /// Whether the error code of a privileged command means that the user will not get administrator
 /// rights. These are the codes 5530 to 5540. They are the authorization statuses -60006 to -59996
-/// after the command runner has cut them to 16 bits: 5530 is -60006, the user has cancelled; 5531 is
-/// -60005, the request was denied; the others are their neighbours.
+/// after the command runner has cut them to 16 bits: 5530 is -60006, the user has cancelled; 5531
+/// is -60005, the request was denied; the others are their neighbours.
 [[nodiscard]] bool isFatalAuthCode(std::uint32_t code);
 
 /// Every command that an install run gives as the administrator, with the exact tool and arguments.
