@@ -25,7 +25,7 @@ def free_bytes(folder):
     return status.f_bavail * status.f_frsize
 
 
-class Disks(SystemTest):
+class DisksOfATest(SystemTest):
     """On the throw-away machine, whose mounts end with it; each is taken away with its test."""
 
     def setUp(self):
@@ -75,7 +75,7 @@ class Disks(SystemTest):
         self.assertEqual(temporaries("/Library", "/Applications", self.disk.home), [])
 
 
-class FullDisk(Disks):
+class FullDisk(DisksOfATest):
     def test_what_does_not_fit_fails_and_what_fits_is_whole(self):
         self.small_disk(FOLDER, "size=2m")
         self.add("fits.bin", b"f" * MEBIBYTE)
@@ -175,7 +175,7 @@ class FullDisk(Disks):
         self.assertNoTemporaries()
 
 
-class ReadOnlyFolders(Disks):
+class FullDiskOrReadOnlyFolder(DisksOfATest):
     def test_new_items_in_a_read_only_folder_fail_and_the_others_are_installed(self):
         pathlib.Path(FOLDER).mkdir(parents=True)
         self.add("readme.txt", "read me")
@@ -227,7 +227,7 @@ class ReadOnlyFolders(Disks):
         self.assertFalse(manifest.exists())
 
 
-class OrdinaryUsersFolders(Disks):
+class FullDiskOrClosedFolderOfAnOrdinaryUser(DisksOfATest):
     @classmethod
     def setUpClass(cls):
         cls.user = make_ordinary_user()

@@ -80,7 +80,7 @@ class Neighbour:
         self.swaps = int(output)
 
 
-class RaceWithANeighbour(SystemTest):
+class NeighbourRace(SystemTest):
     def setUp(self):
         super().setUp()
         self.disk, self.environment = self.new_machine()

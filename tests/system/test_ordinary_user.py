@@ -55,7 +55,7 @@ class OrdinaryUser(SystemTest):
             wait_until(lambda p=program: not processes(p), f"{program} to end")
 
 
-class WithoutAQuestion(OrdinaryUser):
+class OrdinaryUserWithoutAQuestion(OrdinaryUser):
     """Where the rules let the user become root just so, or where nobody could answer."""
 
     def test_what_root_must_write_belongs_to_the_user_and_the_administrators_group(self):
@@ -88,7 +88,7 @@ class WithoutAQuestion(OrdinaryUser):
         self.assertNothingInstalled()
 
 
-class WithAWindowThatAsks(OrdinaryUser):
+class OrdinaryUserWithAWindowThatAsks(OrdinaryUser):
     """sudo was told of a program that asks for the password."""
 
     def make_program(self, answer):
@@ -121,7 +121,7 @@ class WithAWindowThatAsks(OrdinaryUser):
         self.assertNothingInstalled()
 
 
-class OnATerminal(OrdinaryUser):
+class OrdinaryUserOnATerminal(OrdinaryUser):
     """sudo asks there."""
 
     def start(self, twice=False):

@@ -94,7 +94,7 @@ class Root:
     options = {"cwd": "/"}
 
 
-class Asked(User):
+class PolkitQuestion(User):
     def test_one_right_password_installs_everything_for_the_user_and_the_group(self):
         installation = self.install(*self.granted)
         self.assertComplete(installation)
@@ -126,7 +126,7 @@ class Asked(User):
             self.assertEqual(len(installation.questions), 1)
         self.assertEqual(no_leftovers("/Applications", "/Library"), [])
 
-    def test_it_says_who_asks_and_why_before_anybody_is_asked(self):
+    def test_who_asks_and_why_is_said_before_anybody_is_asked(self):
         installation = self.start(("never",)).go_on()
         installation.agent.wait_for_question()
         self.assertIn(REASON, installation.messages_file.read_text())
@@ -139,7 +139,7 @@ class Asked(User):
         self.assertNotIn(REASON, installation.messages)
 
 
-class Refused(User):
+class PolkitRefusal(User):
     """Rights that are not given: nothing is installed, nobody is asked again, and it is told."""
 
     def setUp(self):
@@ -152,30 +152,30 @@ class Refused(User):
         self.assertEqual(len(installation.questions), questions)
         self.assertEqual(tree("/Library", "/Applications"), self.before)
 
-    def test_by_a_wrong_password(self):
+    def test_a_wrong_password_installs_nothing(self):
         self.assertNothingInstalled(self.install("password", "wrong"), questions=1)
 
-    def test_by_a_dismissed_question(self):
+    def test_a_dismissed_question_installs_nothing(self):
         self.assertNothingInstalled(self.install("cancel"), questions=1)
 
-    def test_by_a_rule(self):
+    def test_a_rule_that_refuses_installs_nothing(self):
         self.refused.own(self.disk.home)
         installation = self.install("password", self.refused.password, account=self.refused)
         self.assertNothingInstalled(installation, questions=0)
 
-    def test_where_nobody_can_be_asked(self):
+    def test_nothing_is_installed_where_nobody_can_be_asked(self):
         self.assertNothingInstalled(self.install(), questions=0)
 
-    def test_by_an_agent_that_dies_with_the_question_open(self):
+    def test_an_agent_that_dies_with_the_question_open_installs_nothing(self):
         self.assertNothingInstalled(self.install("die"), questions=1)
 
-    def test_by_an_agent_that_never_answers_and_is_killed(self):
+    def test_an_agent_that_never_answers_and_is_killed_installs_nothing(self):
         installation = self.start(("never",)).go_on()
         installation.agent.wait_for_question()
         installation.agent.kill()
         self.assertNothingInstalled(installation.wait(), questions=1)
 
-    def test_by_the_end_of_the_program_that_asks(self):
+    def test_the_end_of_the_program_that_asks_installs_nothing(self):
         installation = self.start(("never",)).go_on()
         installation.agent.wait_for_question()
         os.kill(processes("/usr/bin/pkexec")[0], signal.SIGKILL)
@@ -190,7 +190,7 @@ class Refused(User):
         wait_until(lambda: not processes("/usr/bin/pkexec"), "the question to go")
         self.assertEqual(tree("/Library", "/Applications"), self.before)
 
-    def test_after_what_the_user_may_write_alone_was_copied(self):
+    def test_a_refusal_keeps_what_the_user_could_copy_alone_and_does_not_log_it(self):
         """It is not finished, since only the administrator can give it away, so no log lists it."""
         folder = pathlib.Path("/Applications")
         os.chown(folder, self.account.user, self.account.group)
@@ -205,7 +205,7 @@ class Refused(User):
         self.assertEqual(self.log.read_text(), "of an earlier run\n")
 
 
-class LastCopy(User):
+class PolkitLastCopy(User):
     """What happens in the middle of the last copy of a run."""
 
     folder = pathlib.Path("/Applications/Adobe Photoshop CS6/Plug-Ins")
@@ -262,22 +262,22 @@ class LastCopy(User):
         self.assertEqual(len(installation.questions), 1)
         self.assertWhole()
 
-    def test_of_a_killed_helper_leaves_nothing_half_installed_and_the_next_run_no_debris(self):
+    def test_a_killed_helper_leaves_nothing_half_installed_and_the_next_run_no_debris(self):
         self.install_with_a_killed_helper()
         self.install_again()
 
-    def test_of_a_killed_helper_what_was_installed_until_then_is_listed_in_the_log(self):
+    def test_what_was_installed_before_the_helper_was_killed_is_listed_in_the_log(self):
         write(self.disk.installer_log(self.product), "of an earlier run\n")
         self.account.own(self.disk.support("Acme"))
         self.install_with_a_killed_helper()
         self.assertEqual(self.disk.logged_paths(self.product), ITEMS)
 
-    def test_of_a_killed_helper_and_an_older_item_leaves_nothing_of_either(self):
+    def test_a_killed_helper_leaves_nothing_of_the_older_item_either(self):
         write(self.big / "Contents/old", "old")
         self.install_with_a_killed_helper()
         self.install_again()
 
-    def test_that_stands_still_is_not_disturbed_by_another_run(self):
+    def test_a_stopped_copy_is_not_disturbed_by_another_run(self):
         other = self.new_product("other maker")
         other.add_package("PHOTOSHOP_PLUGINS/Other.plugin", {"Contents/1": "y"})
         installation, helper = self.start_and_stop_the_helper()
@@ -286,7 +286,7 @@ class LastCopy(User):
         self.assertComplete(installation.wait(), items=4)
         self.assertWhole()
 
-    def test_that_stands_still_leaves_the_whole_item_that_another_run_has_made(self):
+    def test_a_stopped_copy_leaves_the_whole_item_that_another_run_has_made(self):
         other = self.new_product("other maker")
         self.add_big_item(other, "y")
         installation, helper = self.start_and_stop_the_helper()
@@ -299,7 +299,7 @@ class LastCopy(User):
         self.assertWhole("y")
 
 
-class Together(User):
+class PolkitParallelRuns(User):
     """Two installations at the same time, each of them granted."""
 
     def run_together(self, *products):
@@ -319,7 +319,7 @@ class Together(User):
                                 {f"Contents/{number}": content for number in range(60)})
         return product
 
-    def test_of_the_same_product_leave_one_whole_item_at_each_place(self):
+    def test_runs_of_the_same_product_leave_one_whole_item_at_each_place(self):
         versions = [self.with_packages(self.new_product(content, content=content), content)
                     for content in ("one", "another")]
         for _ in range(3):
@@ -331,7 +331,7 @@ class Together(User):
                 self.assertEqual(len(os.listdir(contents)), 61)
                 self.assertInstalled(contents, owner=self.account.user)
 
-    def test_of_two_products_install_both(self):
+    def test_runs_of_two_products_install_both(self):
         other = self.new_product("other", name="Other Filters")
         os.rename(other.files / "HD/Applications/Tool.app",
                   other.files / "HD/Applications/Other Tool.app")
@@ -343,7 +343,7 @@ class Together(User):
                 self.assertInstalled(path, owner=self.account.user)
 
 
-class OnATerminal(User):
+class PolkitOnATerminal(User):
     """polkit asks there where no dialogue can."""
 
     def start_on_terminal(self, agent=None):
@@ -383,7 +383,7 @@ class OnATerminal(User):
         self.assertFalse(os.path.lexists(ITEMS[0]))
         self.assertNoAgentIsLeft(terminal)
 
-    def test_a_dialogue_comes_first(self):
+    def test_a_dialogue_is_asked_before_the_terminal(self):
         terminal = self.start_on_terminal(agent=self.granted).wait()
         self.assertIn("The installation is complete (3 items", terminal.messages)
         self.assertNotIn("Password: ", terminal.messages)
@@ -395,7 +395,7 @@ class OnATerminal(User):
         self.assertIsNotNone(terminal.process.returncode)
 
 
-class WithoutPolkit(User):
+class PolkitMissing(User):
     """sudo is used, and only then."""
 
     def setUp(self):
@@ -406,10 +406,10 @@ class WithoutPolkit(User):
     def assertUsesSudo(self):
         self.assertComplete(self.start().go_on().wait())
 
-    def test_where_polkit_is_sudo_is_not_used(self):
+    def test_sudo_is_not_used_where_polkit_is(self):
         self.assertRefused(self.install("cancel"))
 
-    def test_where_pkexec_cannot_be_started(self):
+    def test_sudo_is_used_where_pkexec_cannot_be_started(self):
         os.chmod("/usr/bin/pkexec", 0o644)
         self.addCleanup(os.chmod, "/usr/bin/pkexec", 0o4755)
         self.assertUsesSudo()
@@ -419,11 +419,11 @@ class WithoutPolkit(User):
         BUS.rename(hidden)
         self.addCleanup(hidden.rename, BUS)
 
-    def test_where_there_is_no_system_bus(self):
+    def test_sudo_is_used_where_there_is_no_system_bus(self):
         self.hide_the_bus()
         self.assertUsesSudo()
 
-    def test_where_only_the_socket_of_a_bus_is_left(self):
+    def test_sudo_is_used_where_only_the_socket_of_a_bus_is_left(self):
         self.hide_the_bus()
         with socket.socket(socket.AF_UNIX) as stale:
             stale.bind(str(BUS))

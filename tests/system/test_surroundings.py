@@ -30,7 +30,7 @@ class Surroundings(SystemTest):
         for word in ("libQt", "libX11", "libxcb", "libwayland", "X11-unix", "wayland-0"):
             self.assertNotIn(word, trace.read_text(errors="replace"), word)
 
-    def test_home_is_the_only_variable_that_it_needs(self):
+    def test_home_is_the_only_variable_that_the_installer_needs(self):
         self.assertEqual(set(self.environment), {"HOME", "INSTALLER_TARGET_VOLUME"})
         self.assertEqual(run(self.product, environment=self.environment).status, 0)
         self.assertTrue(self.readme.exists())

@@ -13,7 +13,7 @@ FRAMED = ("push button", "text")
 SUFFICIENT_CONTRAST = 4.5
 
 
-class EveryPage(WindowTest):
+class WindowAccessibilityOfEveryPage(WindowTest):
     mirrored = False
     appearance = None
     surroundings = {}
@@ -30,7 +30,7 @@ class EveryPage(WindowTest):
 
     # One walk goes through all pages; each is looked at in every respect.
 
-    def test_from_the_licence_to_the_last_page(self):
+    def test_pages_from_the_licence_to_the_last_one_can_be_read_aloud(self):
         window = self.start()
         window.wait_for_label(self.text("license_instructions"))
         self.look_at(window, "continue")
@@ -48,14 +48,14 @@ class EveryPage(WindowTest):
         self.install(window)
         self.look_at(window, "finish")
 
-    def test_the_page_of_running_hosts(self):
+    def test_the_page_of_running_hosts_can_be_read_aloud(self):
         self.run_program("Photoshop")
         window = self.reach_hosts(self.start())
         window.press(self.text("continue"))
         window.wait_for_label(self.text("host_running_title"))
         self.look_at(window, "continue")
 
-    def test_the_alert_and_the_last_page_after_a_failure(self):
+    def test_the_alert_and_the_last_page_after_a_failure_can_be_read_aloud(self):
         self.paths[0].parent.mkdir(parents=True)
         self.cover_read_only(self.paths[0].parent)
         window = self.reach_hosts(self.start())
@@ -129,7 +129,7 @@ class EveryPage(WindowTest):
         return in_one_row and self.place(before)[1] < self.place(after)[1]
 
 
-class EveryPageDark(EveryPage):
+class WindowAccessibilityOfEveryPageInTheDark(WindowAccessibilityOfEveryPage):
     appearance = "dark"
 
     def test_the_window_is_dark(self):
@@ -160,12 +160,12 @@ class EveryPageDark(EveryPage):
         return display.luminance(display.most_frequent(display.Screen().colours(heading.extents)))
 
 
-class EveryPageFromRightToLeft(EveryPage):
+class WindowAccessibilityOfEveryPageFromRightToLeft(WindowAccessibilityOfEveryPage):
     language = "ar"
     mirrored = True
 
 
-class EveryPageInLargeText(EveryPage):
+class WindowAccessibilityOfEveryPageInLargeText(WindowAccessibilityOfEveryPage):
     # The toolkit enlarges everything together with the text.
     surroundings = {"QT_FONT_DPI": "144"}
     pixels_per_unit = 1.5
@@ -179,7 +179,7 @@ class EveryPageInLargeText(EveryPage):
         self.assertLessEqual(height, 800)
 
 
-class Values(WindowTest):
+class WindowAccessibilityOfValues(WindowTest):
     def test_the_picture_of_the_last_page_has_a_name_that_says_how_it_went(self):
         self.photoshop()
         window = self.install(self.reach_hosts(self.start()))

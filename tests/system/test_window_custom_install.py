@@ -7,7 +7,7 @@ import unittest
 from walk import WindowTest
 
 
-class CustomPage:
+class WindowCustomInstall:
     """What holds for the custom page, however it was reached."""
 
     def setUp(self):
@@ -52,7 +52,7 @@ class CustomPage:
         self.assertIn("read-only", self.custom_folder(window).states)
 
 
-class CustomInstallWithoutHosts(CustomPage, WindowTest):
+class WindowCustomInstallWithoutHosts(WindowCustomInstall, WindowTest):
     def start_at_custom_page(self):
         window = self.agree(self.start())
         self.custom_folder(window)
@@ -68,7 +68,7 @@ class CustomInstallWithoutHosts(CustomPage, WindowTest):
         self.assertInstalled(self.plug_in(), "filter")
 
 
-class CustomInstallBesideHosts(CustomPage, WindowTest):
+class WindowCustomInstallBesideHosts(WindowCustomInstall, WindowTest):
     """Where there are hosts a button leads to the custom page, and Back leads to the list again."""
 
     def setUp(self):
@@ -102,7 +102,7 @@ class CustomInstallBesideHosts(CustomPage, WindowTest):
         self.assertFalse(os.path.lexists(self.plug_in()))
 
 
-class FolderPanel(WindowTest):
+class WindowCustomInstallFolderPanel(WindowTest):
     def setUp(self):
         super().setUp()
         self.shown = self.disk.home / "Plug-ins"
@@ -120,18 +120,18 @@ class FolderPanel(WindowTest):
         self.window.press(self.text("custom_install_browse_button"))
         self.window.wait_until(lambda: "Plug-ins" in self.names(), "the folder's items")
 
-    def test_it_starts_at_home_and_hides_packages_and_plain_files(self):
+    def test_the_panel_starts_at_home_and_hides_packages_and_plain_files(self):
         self.open()
         names = self.names()
         for name in ("Photoshop.app", "Package without a suffix", "a file.txt"):
             self.assertNotIn(name, names)
 
-    def test_it_says_what_it_is_for(self):
+    def test_the_panel_says_what_it_is_for(self):
         self.open()
         self.assertIn(self.text("browse_path_msg"), self.names())
         self.assertIn(self.text("browse_path_prompt"), self.names())
 
-    def test_cancelling_changes_nothing(self):
+    def test_cancelling_the_panel_changes_nothing(self):
         self.choose_folder(self.window, self.shown)
         self.window.press(self.text("custom_install_browse_button"))
         self.folder_panel(self.window)
@@ -157,7 +157,7 @@ class FolderPanel(WindowTest):
                      if control.role == "text")
         field.replace_text(str(path))
 
-    def test_it_starts_in_the_folder_chosen_before(self):
+    def test_the_panel_starts_in_the_folder_chosen_before(self):
         (self.shown / "inner").mkdir()
         self.choose_folder(self.window, self.shown)
         self.window.press(self.text("custom_install_browse_button"))

@@ -10,7 +10,7 @@ from walk import WindowTest
 ITEMS = 9000
 
 
-class FailedItem(WindowTest):
+class WindowFailuresOfItems(WindowTest):
     def setUp(self):
         super().setUp()
         self.item, self.plug_in = self.photoshop()
@@ -90,7 +90,7 @@ class FailedItem(WindowTest):
         self.assertEqual(len(window.controls("list item")), 2)
 
 
-class WhileInstalling(WindowTest):
+class WindowFailuresWhileInstalling(WindowTest):
     """The installer is stopped in the middle of its work, asked to end, and let go on."""
 
     def setUp(self):
@@ -115,11 +115,11 @@ class WhileInstalling(WindowTest):
         self.window.wait_for_label(self.text("register_title"))
         self.assertEqual(len(os.listdir(self.folder)), ITEMS + 1)
 
-    def test_the_window_does_not_close(self):
+    def test_the_window_does_not_close_while_installing(self):
         front = self.window.front()
         self.in_the_middle(lambda: display.ask_to_close(front))
 
-    def test_the_quit_key_does_nothing(self):
+    def test_the_quit_key_does_nothing_while_installing(self):
         self.in_the_middle(lambda: display.press_keys("ctrl+q"))
 
     def test_progress_is_shown_and_both_buttons_are_disabled(self):

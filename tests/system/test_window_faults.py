@@ -8,7 +8,7 @@ import display
 from walk import WindowTest
 
 
-class Damaged(WindowTest):
+class DamagedBundle(WindowTest):
     def setUp(self):
         super().setUp()
         self.installed = self.photoshop()
@@ -38,21 +38,21 @@ class Damaged(WindowTest):
             self.assertInstalled(path)
 
 
-class WithoutMainWindow(Damaged):
+class WindowFaultsOfTheMainDescription(DamagedBundle):
     def test_a_missing_description_is_said_and_ends_with_a_failure(self):
         self.remove("MainWindow.ui")
         self.assertEndsSaying(self.start(), "MainWindow")
 
-    def test_a_broken_description_too(self):
+    def test_a_broken_description_is_said_and_ends_with_a_failure(self):
         self.break_files("MainWindow.ui")
         self.assertEndsSaying(self.start(), "MainWindow")
 
-    def test_an_empty_description_too(self):
+    def test_an_empty_description_is_said_and_ends_with_a_failure(self):
         for path in self.resources_named("MainWindow.ui"):
             path.write_text("")
         self.assertEndsSaying(self.start(), "MainWindow")
 
-    def test_a_description_of_something_else_too(self):
+    def test_a_description_of_something_else_is_said_and_ends_with_a_failure(self):
         for path in self.resources_named("MainWindow.ui"):
             path.write_text('<ui version="4.0"><class>X</class>'
                             '<widget class="QLabel" name="label"/></ui>')
@@ -63,7 +63,7 @@ class WithoutMainWindow(Damaged):
         self.assertEndsSaying(self.start(), "Frameworks")
 
 
-class WithoutOtherResources(Damaged):
+class WindowFaultsOfOtherResources(DamagedBundle):
     def test_without_the_custom_page_its_button_does_nothing(self):
         self.remove("CustomInstall.ui")
         window = self.reach_hosts(self.start())
@@ -127,14 +127,14 @@ class WithoutOtherResources(Damaged):
         self.assertEqual(window.wait_for_end(), 0)
 
 
-class Displays(WindowTest):
+class WindowFaultsOfDisplays(WindowTest):
     def assertRefuses(self, **environment):
         window = self.start(**environment)
         self.assertEqual(window.wait_for_end(), 1, window.messages)
         self.assertIn("display", window.messages)
         self.assertIn("-quiet", window.messages)
 
-    def test_without_a_display_it_says_so_and_what_can_be_done(self):
+    def test_the_installer_says_that_there_is_no_display_and_what_can_be_done(self):
         self.assertRefuses(DISPLAY="")
 
     def test_a_display_that_is_not_there_is_no_display(self):

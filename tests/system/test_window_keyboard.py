@@ -7,7 +7,7 @@ import display
 from walk import WindowTest
 
 
-class Keyboard(WindowTest):
+class WindowKeyboard(WindowTest):
     def setUp(self):
         super().setUp()
         self.installed = self.photoshop("Adobe Photoshop CS6")

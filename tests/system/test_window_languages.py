@@ -5,7 +5,7 @@ import unittest
 from walk import WindowTest
 
 
-class German(WindowTest):
+class WindowLanguagesGerman(WindowTest):
     language = "de"
     mirrored = False
 
@@ -80,16 +80,16 @@ class German(WindowTest):
         self.assertNotIn("%HOSTNAME%", " ".join(window.texts()))
 
 
-class Japanese(German):
+class WindowLanguagesJapanese(WindowLanguagesGerman):
     language = "ja"
 
 
-class Arabic(German):
+class WindowLanguagesArabic(WindowLanguagesGerman):
     language = "ar"
     mirrored = True
 
 
-class EnglishAndOthers(WindowTest):
+class WindowLanguagesThatAreMissing(WindowTest):
     def test_a_language_that_the_bundle_lacks_gives_english(self):
         window = self.start(LANG="eo.UTF-8")
         window.wait_for_label(self.text("license_instructions"))

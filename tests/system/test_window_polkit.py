@@ -15,11 +15,11 @@ MANY = 1000
 def setUpModule():
     if not ON_PRIVATE_MACHINE:
         raise AssertionError("this test would make an account on the real system")
-    OrdinaryUser.person = Account(LOGIN)
+    WindowPolkit.person = Account(LOGIN)
     start_polkit()
 
 
-class OrdinaryUser(WindowTest):
+class WindowPolkit(WindowTest):
     login = LOGIN
     person = None
 

@@ -16,7 +16,7 @@ def setUpModule():
     subprocess.run(["useradd", "--create-home", LOGIN], check=True, capture_output=True)
 
 
-class OrdinaryUser(WindowTest):
+class WindowRights(WindowTest):
     login = LOGIN
 
     def setUp(self):

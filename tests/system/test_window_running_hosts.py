@@ -5,7 +5,7 @@ import unittest
 from walk import WindowTest
 
 
-class RunningHosts(WindowTest):
+class WindowRunningHosts(WindowTest):
     def setUp(self):
         super().setUp()
         self.installed = self.photoshop()
@@ -25,7 +25,7 @@ class RunningHosts(WindowTest):
         self.assertFalse(window.find("push button", self.text("continue")).enabled)
         self.assertTrue(window.find("push button", self.text("go_back")).enabled)
 
-    def test_its_end_opens_the_way_on_and_the_user_goes_it(self):
+    def test_the_end_of_the_host_enables_continue_and_the_user_presses_it(self):
         program = self.run_program("Photoshop")
         window = self.leave_hosts(self.reach_hosts(self.start()))
         self.wait_for_page(window, "Photoshop")

@@ -12,7 +12,7 @@ from walk import WindowTest
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 
 
-class WholeWalk(WindowTest):
+class WindowWalk(WindowTest):
     def help_address(self):
         return self.text("help_url_format", "tonewright2")
 
@@ -94,7 +94,7 @@ class WholeWalk(WindowTest):
             self.assertEqual(tops, sorted(set(tops)))
 
 
-class Licence(WindowTest):
+class WindowWalkLicence(WindowTest):
     def test_a_refused_licence_stays_and_is_asked_for_again(self):
         window = self.start()
         for _ in range(2):
@@ -139,7 +139,7 @@ class Licence(WindowTest):
         self.assertAlmostEqual(top + height / 2, 600, delta=40)
 
 
-class Menus(WindowTest):
+class WindowWalkMenus(WindowTest):
     def test_the_menus_about_item_names_product_and_version(self):
         information = plistlib.loads((self.product.contents / "Info.plist").read_bytes())
         window = self.start()
@@ -163,7 +163,7 @@ class Menus(WindowTest):
         self.assertEqual(self.desktop.opened(), [])
 
 
-class LastPage(WindowTest):
+class WindowWalkLastPage(WindowTest):
     def setUp(self):
         super().setUp()
         self.photoshop()

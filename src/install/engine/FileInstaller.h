@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,6 +13,8 @@
 #include "install/rights/PrivilegedCommands.h"
 
 namespace installer {
+
+struct PlannedItem;
 
 /// Puts items of the payload where they belong, replacing what is there.
 class FileInstaller {
@@ -33,10 +38,20 @@ class FileInstaller {
     void installSourceFiles(const std::vector<std::string>& sources, const std::string& toPath,
                             bool isBundle, bool alwaysInstall);
 
+    /// The same for items of a plan, which go into the folder of the first one, and always install.
+    void install(std::span<const PlannedItem> items);
+
   private:
     using Outcome = PrivilegedCommands::Outcome;
 
-    void beginItem(const std::string& source);
+    struct Source {
+        std::string path;
+        std::optional<std::uint64_t> bytes;  ///< nullopt if nobody has measured it
+    };
+
+    void installEach(const std::vector<Source>& sources, const std::string& toPath, bool isBundle,
+                     bool alwaysInstall);
+    void beginItem(const Source& source);
     [[nodiscard]] bool mayReplace(const std::string& source, const std::string& destination,
                                   bool isBundle) const;
     [[nodiscard]] Outcome removeExisting(const std::string& destination);

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "foundation/values/PackageName.h"
+#include "linux/files/FolderReading.h"
 #include "ports/SystemLog.h"
 #include "privileged/files/EntryMode.h"
 #include "privileged/files/FolderCreation.h"
@@ -50,79 +51,9 @@ Result<struct stat> statusOf(const std::string& path) {
     return status;
 }
 
-FileType fileType(unsigned char directoryType) {
-    switch (directoryType) {
-        case DT_REG:
-            return FileType::regular;
-        case DT_DIR:
-            return FileType::folder;
-        case DT_LNK:
-            return FileType::symbolicLink;
-        default:
-            return FileType::other;
-    }
-}
-
 FileTime fileTime(const timespec& time) {
     return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
-
-Result<std::vector<FolderEntry>> entriesOf(const std::string& folder, int linkFlag) {
-    const FileDescriptor opened(
-        open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag));
-    if (!opened) return systemError();
-    return listFolder(opened.get());
-}
-
-/// What lies in the folder is passed over, so somebody should know.
-void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error) {
-    if (error == std::errc::no_such_file_or_directory) return;
-    log.log("Could not list the folder " + folder + ": " + error.message());
-}
-
-class FolderWalk {
-  public:
-    FolderWalk(SystemLog& log, WalkDepth depth, const std::function<void(const WalkEntry&)>& visit)
-        : log_(log), depth_(depth), visit_(visit) {}
-
-    void run(const std::string& folder) {
-        enter(folder, 0);
-        while (!levels_.empty()) {
-            Level& level = levels_.back();
-            if (level.next == level.entries.size()) {
-                levels_.pop_back();
-                continue;
-            }
-            const FolderEntry entry = std::move(level.entries[level.next++]);
-            if (!entry.name.starts_with('.')) meet(level.path + entry.name, entry);
-        }
-    }
-
-  private:
-    struct Level {
-        std::string path;  ///< with a separator at its end
-        std::vector<FolderEntry> entries;
-        std::size_t next = 0;
-    };
-
-    void meet(const std::string& path, const FolderEntry& entry) {
-        const bool isFolder = entry.type == DT_DIR;
-        const bool package = isFolder && isPackageName(entry.name);
-        visit_({path, fileType(entry.type), package});
-        if (isFolder && !package && depth_ == WalkDepth::everything) enter(path, O_NOFOLLOW);
-    }
-
-    void enter(const std::string& folder, int linkFlag) {
-        auto entries = entriesOf(folder, linkFlag);
-        if (!entries) return reportUnlisted(log_, folder, entries.error());
-        levels_.push_back({folder == "/" ? folder : folder + '/', std::move(entries).value()});
-    }
-
-    SystemLog& log_;
-    WalkDepth depth_;
-    const std::function<void(const WalkEntry&)>& visit_;
-    std::vector<Level> levels_;
-};
 
 /// A folder is told apart from what else cannot be read or written as a file.
 std::error_code unlessRegular(const struct stat& status) {
@@ -213,7 +144,7 @@ bool LinuxFileManager::exists(const std::string& path) {
 Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folder) {
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
-    auto entries = entriesOf(*path, 0);
+    auto entries = listFolderAt(*path, 0);
     if (!entries) {
         reportUnlisted(log_, folder, entries.error());
         return entries.error();
@@ -226,7 +157,14 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
 
 void LinuxFileManager::walk(const std::string& folder, WalkDepth depth,
                             const std::function<void(const WalkEntry&)>& visit) {
-    if (const auto path = usablePath(folder)) FolderWalk(log_, depth, visit).run(*path);
+    if (const auto path = usablePath(folder)) walkFolder(log_, *path, depth, visit);
+}
+
+Result<std::vector<TreeEntry>> LinuxFileManager::readTree(const std::string& folder,
+                                                          ProgressSink* progress) {
+    const auto path = usablePath(folder);
+    if (!path) return systemError(ENOENT);
+    return readFolderTree(log_, *path, progress);
 }
 
 bool LinuxFileManager::isPackage(const std::string& path) {

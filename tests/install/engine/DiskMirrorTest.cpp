@@ -5,6 +5,7 @@
 
 #include "foundation/values/Paths.h"
 #include "install/engine/DiskMirror.h"
+#include "install/plan/InstallPlan.h"
 #include "tests/install/engine/EngineParts.h"
 
 namespace installer::test {
@@ -208,7 +209,7 @@ TEST_F(DiskMirrorTest, WithoutTheMakersNameItsKeyNamesTheFolder) {
     EXPECT_THAT(installed, ElementsAre(support + "/company_name/Filters 2/guide.txt"));
 }
 
-TEST_F(DiskMirrorTest, TheSourcesAreExactlyWhatIsCopiedInThatOrder) {
+TEST_F(DiskMirrorTest, ThePlanIsExactlyWhatIsInstalledInThatOrder) {
     memory.addFile(mirror + support + "/Acme/One/Extra.plugin/x");
     memory.addFile(mirror + support + "/Acme/One/Presets/Deep.app/x");
     memory.addFile(mirror + support + "/Acme/One/guide.txt");
@@ -218,17 +219,33 @@ TEST_F(DiskMirrorTest, TheSourcesAreExactlyWhatIsCopiedInThatOrder) {
     memory.addFile(mirror + "/Applications/Tool.app/x");
     memory.addFile(mirror + "/usr/local/lib/x");
     install();
+    std::vector<std::string> sources;
     std::vector<std::string> texts;
-    for (const std::string& source : DiskMirror::sources(fake.platform)) {
-        texts.push_back("Installing " + lastPathComponent(source));
+    std::vector<std::string> destinations;
+    for (const PlannedItem& item : makeInstallPlan(fake.platform, {}).items) {
+        sources.push_back(item.source);
+        texts.push_back("Installing " + lastPathComponent(item.source));
+        destinations.push_back(item.destination);
     }
     EXPECT_EQ(engine.texts, texts);
-    EXPECT_THAT(
-        DiskMirror::sources(fake.platform),
-        ElementsAre(mirror + support + "/Acme/One/Extra.plugin",
-                    mirror + support + "/Acme/One/Presets/Deep.app",
-                    mirror + "/Applications/Tool.app", mirror + support + "/Acme/One/Presets",
-                    mirror + support + "/Acme/One/guide.txt"));
+    EXPECT_EQ(installed, destinations);
+    EXPECT_THAT(sources, ElementsAre(mirror + support + "/Acme/One/Extra.plugin",
+                                     mirror + support + "/Acme/One/Presets/Deep.app",
+                                     mirror + "/Applications/Tool.app",
+                                     mirror + support + "/Acme/One/Presets",
+                                     mirror + support + "/Acme/One/guide.txt"));
+}
+
+// The text of the mirror's path may end within a name.
+TEST_F(DiskMirrorTest, APackageIsRegisteredUnderTheNameThatItIsInstalledUnder) {
+    fake.bundle.folder = "/Unpacked";
+    const std::string unpacked = "/Unpacked/Contents/Resources/files/HD";
+    memory.addFile(unpacked + "/Applications/X" + unpacked + "-Tool.app/x");
+    install();
+    EXPECT_THAT(installed, ElementsAre("/Applications/HD-Tool.app"));
+    EXPECT_THAT(engine.operations(), Contains("register /Applications/HD-Tool.app"));
+    EXPECT_THAT(engine.operations(),
+                Contains("/usr/bin/xattr -dr com.apple.quarantine /Applications/HD-Tool.app"));
 }
 
 TEST_F(DiskMirrorTest, APayloadWithoutMirrorInstallsNothing) {

@@ -5,6 +5,7 @@
 
 #include "hosts/HostModel.h"
 #include "install/engine/HostPayload.h"
+#include "install/plan/InstallPlan.h"
 #include "tests/install/engine/EngineParts.h"
 
 namespace installer::test {
@@ -152,12 +153,21 @@ TEST_F(HostPayloadTest, WithoutADestinationNothingGoesToTheRootOfTheDisk) {
     EXPECT_THAT(engine.operations(), IsEmpty());
 }
 
-TEST_F(HostPayloadTest, TheSourcesOfAHostAreWhatIsCopiedForIt) {
+TEST_F(HostPayloadTest, ThePlannedItemsOfAHostAreWhatIsInstalledForIt) {
     addPayloadOfEveryKind();
     memory.addFile(payload + "/PHOTOSHOP/.hidden");
     memory.addLink(payload + "/PHOTOSHOP/link", "/etc");
     const auto sourcesFor = [this](const HostModel& host) {
-        return HostPayload::sources(fake.platform, host);
+        std::vector<std::string> sources;
+        std::vector<std::string> destinations;
+        for (const PlannedItem& item : makeInstallPlan(fake.platform, {host}).items) {
+            sources.push_back(item.source);
+            destinations.push_back(item.destination);
+        }
+        installed.clear();
+        install(host);
+        EXPECT_EQ(installed, destinations) << host.hostName();
+        return sources;
     };
     EXPECT_THAT(
         sourcesFor(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019")),

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
 #include "tests/install/engine/EngineParts.h"
 
@@ -21,7 +22,7 @@ std::string warning(const std::string& path) {
 
 class PayloadWarningsTest : public testing::Test {
   protected:
-    void log() { PayloadWarnings(fake.platform).log(); }
+    void log() { logPayloadWarnings(makeInstallPlan(fake.platform, {}), fake.log); }
 
     FakePlatform fake;
     MemoryFileManager& memory = fake.memory;

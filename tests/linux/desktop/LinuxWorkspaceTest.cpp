@@ -138,7 +138,7 @@ TEST_F(LinuxWorkspaceTest, TheOpenerHasASessionOfItsOwnAndNothingOfThisProcess) 
 
 TEST_F(LinuxWorkspaceTest, TheOpenerOutlivesThisProcess) {
     addOpener();
-    EXPECT_EQ(tests::inChild([&] {
+    EXPECT_EQ(test::inChild([&] {
                   return workspace_.openAddress("http://example.com/") ? "" : "not started";
               }),
               "");

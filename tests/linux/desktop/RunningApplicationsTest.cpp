@@ -145,7 +145,7 @@ TEST_F(RunningApplicationsTest, OneThatHasEndedIsNotListedEvenIfNobodyWaitedForI
 
 TEST_F(RunningApplicationsTest, OtherUsersProgramsAreListedByTheirWholeNames) {
     const RunningProgram program = start(photoshop);
-    EXPECT_EQ(tests::asOrdinaryUser([&] {
+    EXPECT_EQ(test::asOrdinaryUser([&] {
                   const auto names = running();
                   return std::count(names.begin(), names.end(), photoshop) == 1 ? "" : "not listed";
               }),
@@ -272,7 +272,7 @@ TEST_F(RunningApplicationsTest, FewDescriptorsAreNotUsedUpAndEveryProgramIsListe
     programs.reserve(40);
     const std::string path = addSleeper(disk_, photoshop);
     for (int count = 0; count < 40; ++count) programs.emplace_back(path);
-    EXPECT_EQ(tests::inChild([&] {
+    EXPECT_EQ(test::inChild([&] {
                   const rlimit few{32, 32};
                   if (::setrlimit(RLIMIT_NOFILE, &few) != 0) return "cannot limit descriptors";
                   CountingWatcher watcher;

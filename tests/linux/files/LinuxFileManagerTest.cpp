@@ -14,7 +14,7 @@
 #include "tests/privileged/trees/Disk.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr std::size_t plenty = 1 << 20;
@@ -101,6 +101,7 @@ TEST_F(LinuxFileManagerTest, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_FALSE(files_.isPackage(name));
         EXPECT_EQ(files_.attributes(name).error(), missing);
         EXPECT_EQ(files_.list(name).error(), missing);
+        EXPECT_EQ(files_.readTree(name, nullptr).error(), missing);
         EXPECT_EQ(files_.read(name, plenty).error(), missing);
         EXPECT_EQ(files_.remove(name), missing);
         EXPECT_EQ(files_.createFolders(name, 0755), missing);
@@ -509,4 +510,4 @@ TEST_F(LinuxFileManagerTest, CreateFoldersAndRemoveWorkOnTheRealDisk) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -20,7 +20,7 @@
 #include "privileged/system/FileDescriptor.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 using testing::AllOf;
@@ -384,4 +384,4 @@ TEST_F(LinuxFileQueryTest, WithoutADescriptorToSpareItIsOverAtOnce) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -5,7 +5,7 @@
 #include "privileged/system/FileDescriptor.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 using Rename = std::error_code (*)(int, const std::string&, int, const std::string&);
@@ -77,4 +77,4 @@ INSTANTIATE_TEST_SUITE_P(Ways, ExclusiveRename,
                          [](const auto& way) { return way.param.name; });
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -4,7 +4,7 @@
 #include "privileged/files/FolderCreation.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr LinkPolicy bothPolicies[] = {LinkPolicy::follow, LinkPolicy::trustedOnly};
@@ -131,4 +131,4 @@ TEST(FolderCreationTouchFile, NeverWaitsForAFifo) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -7,7 +7,7 @@
 #include "privileged/files/Location.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr LinkPolicy bothPolicies[] = {LinkPolicy::follow, LinkPolicy::trustedOnly};
@@ -161,4 +161,4 @@ TEST(Location, EndsInALoopOfLinks) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -18,7 +18,7 @@
 
 #include "privileged/trees/TreeRemoval.h"
 
-namespace installer::tests {
+namespace installer::test {
 
 namespace {
 
@@ -191,4 +191,4 @@ std::string inChild(const std::function<std::string()>& work) {
     return runChild(work, false);
 }
 
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-namespace installer::tests {
+namespace installer::test {
 
 /// A folder on the real disk that lives as long as the test, with short ways to fill it and to
 /// look at it. Names are relative to it. What a test needs of the system and does not get is a
@@ -65,4 +65,4 @@ class Mask {
     mode_t previous_;
 };
 
-}  // namespace installer::tests
+}  // namespace installer::test

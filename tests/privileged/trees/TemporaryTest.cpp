@@ -12,7 +12,7 @@
 #include "privileged/trees/TreeCopy.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr const char* deadName = ".installing-0123abcd";
@@ -169,4 +169,4 @@ TEST(TemporaryOfADeadProcess, ClearingNeverDisturbsACopyThatIsJustStarting) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

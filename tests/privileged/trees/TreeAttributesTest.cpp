@@ -4,7 +4,7 @@
 #include "privileged/trees/TreeAttributes.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr const char* quarantine = "user.com.apple.quarantine";
@@ -171,4 +171,4 @@ TEST(TreeAttributes, SayWhenThereIsNoEntryOrALinkOnTheWayIsForbidden) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -9,7 +9,7 @@
 #include "privileged/trees/TreeCopy.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr std::uint64_t mebibyte = 1 << 20;
@@ -121,4 +121,4 @@ TEST(TreeCopyContents, AHugeEmptyFileTakesNoTimeAndNoSpace) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -11,7 +11,7 @@
 #include "privileged/trees/TreeCopy.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 std::error_code copy(const Disk& disk, const std::string& from, const std::string& to) {
@@ -164,4 +164,4 @@ TEST(TreeCopyFailure, AFullDiskLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

@@ -6,7 +6,7 @@
 #include "privileged/trees/TreeRemoval.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 constexpr timespec oldTime = {1'000'000'000, 123'456'789};
@@ -261,4 +261,4 @@ TEST(TreeCopyDepth, CopiesAndRemovesVeryDeepTrees) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

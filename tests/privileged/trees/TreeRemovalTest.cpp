@@ -6,7 +6,7 @@
 #include "privileged/trees/TreeRemoval.h"
 #include "tests/privileged/trees/Disk.h"
 
-namespace installer::tests {
+namespace installer::test {
 namespace {
 
 class TreeRemoval : public testing::TestWithParam<LinkPolicy> {
@@ -134,4 +134,4 @@ TEST(TreeRemovalLinks, ALinkOnTheWayIsFollowedOnlyWhereThePolicyAllows) {
 }
 
 }  // namespace
-}  // namespace installer::tests
+}  // namespace installer::test

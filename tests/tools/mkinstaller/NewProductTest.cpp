@@ -105,7 +105,7 @@ TEST(NewProduct, FillsAnEmptyFolder) {
     EXPECT_EQ(makeProduct(scratch.at("product"), acme(), kitOfBuild()), std::nullopt);
 }
 
-TEST(NewProductNames, OfAcmeAreFine) {
+TEST(NewProductNames, TheNamesOfAcmeAreFine) {
     EXPECT_EQ(problemOf(acme(), kitOfBuild()), std::nullopt);
 }
 
@@ -115,16 +115,16 @@ struct BadNames {
     std::string problem;
 };
 
-class BadNewProductNames : public testing::TestWithParam<BadNames> {};
+class NewProductBadNames : public testing::TestWithParam<BadNames> {};
 
-TEST_P(BadNewProductNames, AreRefused) {
+TEST_P(NewProductBadNames, AreRefused) {
     NewProductNames names = acme();
     GetParam().spoil(names);
     EXPECT_THAT(problemOf(names, kitOfBuild()), Optional(HasSubstr(GetParam().problem)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    NewProduct, BadNewProductNames,
+    NewProduct, NewProductBadNames,
     testing::Values(
         BadNames{"CompanyWithASlash", [](auto& names) { names.company = "A/B"; }, "the company"},
         BadNames{"ProductEmpty", [](auto& names) { names.product = ""; }, "the product"},

@@ -31,9 +31,9 @@ auto appending(std::string file, std::string text) {
     return [=](const ProductFolder& product) { product.append(file, text); };
 }
 
-class TextMistake : public testing::TestWithParam<Mistake> {};
+class TextMistakesRow : public testing::TestWithParam<Mistake> {};
 
-TEST_P(TextMistake, IsToldAtItsLine) {
+TEST_P(TextMistakesRow, IsToldAtItsLine) {
     expectTold(GetParam());
 }
 
@@ -42,7 +42,7 @@ std::string nameOf(const testing::TestParamInfo<Mistake>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Tables, TextMistake,
+    Tables, TextMistakesRow,
     testing::Values(
         Mistake{"TableMissing", "M010", removing(german), german},
         Mistake{"NamesMissing", "M010", removing(germanNames), germanNames},
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
-    Names, TextMistake,
+    Names, TextMistakesRow,
     testing::Values(
         Mistake{"CompanyMissing", "M030",
                 replacing(germanNames, "\"company_name\" = \"Acme\";", ""), germanNames,
@@ -212,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
-    Pages, TextMistake,
+    Pages, TextMistakesRow,
     testing::Values(
         Mistake{"PageMissing", "M040", removing("de.lproj/proceed.rtf"), "de.lproj/proceed.rtf"},
         Mistake{"LicenceMissing", "M040", removing("ja.lproj/license.txt"), "ja.lproj/license.txt"},
@@ -277,7 +277,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
-    Folder, TextMistake,
+    Folder, TextMistakesRow,
     testing::Values(
         Mistake{"NoLanguageAtAll", "M001",
                 [](const ProductFolder& product) {
