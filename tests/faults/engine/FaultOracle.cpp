@@ -221,13 +221,16 @@ class Oracle {
         }
     }
 
-    /// The folder itself, the folder around it, or those in it; or the payload seems to be missing.
+    /// The folder itself, a folder around it or one in it is named as unread; or the payload seems
+    /// to be missing. A folder in an item that is copied whole is named by the file manager.
     [[nodiscard]] bool isSaidToBeUnread(const std::string& folder) const {
-        const std::string words = "This payload folder cannot be read: ";
+        const std::string ofPayload = "This payload folder cannot be read: ";
+        const std::string inFolder = "Could not list the folder " + folder + "/";
         return std::any_of(report_.log.begin(), report_.log.end(), [&](const std::string& line) {
             if (line == "There is no payload to install: " + fault_scene::payload) return true;
-            if (!line.starts_with(words)) return false;
-            const std::string unread = line.substr(words.size());
+            if (line.starts_with(inFolder)) return true;
+            if (!line.starts_with(ofPayload)) return false;
+            const std::string unread = line.substr(ofPayload.size());
             return isAtOrBelow(unread, folder) || isAtOrBelow(folder, unread);
         });
     }
