@@ -9,7 +9,8 @@
 
 namespace installer::rtf {
 
-/// The colours of a document by number. An entry without any part is the window's own colour.
+/// The colours of a document by number. An entry without red, green and blue means the window's own
+/// colour.
 class ColorTable {
   public:
     /// Sets the red, green or blue of the entry that is being listed.

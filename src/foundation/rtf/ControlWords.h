@@ -13,7 +13,7 @@ enum class Destination {
     fontTable,
     colorTable,
     fieldInstruction,
-    alternatives,  ///< the same text twice: for readers without Unicode, then for others
+    alternatives,  ///< the same text twice: first for readers without Unicode, then for others
 };
 
 enum class CharacterProperty {
@@ -47,7 +47,7 @@ enum class ParagraphProperty {
 
 enum class Command {
     endParagraph,
-    endPage,  ///< ends a paragraph only where one has begun
+    endPage,  ///< ends a paragraph only if one has begun
     unicode,
     fallbackLength,
     field,
@@ -66,16 +66,17 @@ enum class Command {
     blue,
 };
 
-/// A word that stands for a character has that character's code point as its meaning.
+/// What a control word means. For a word that stands for a character it is the code point.
 using Meaning = std::variant<char32_t, Destination, CharacterProperty, ParagraphProperty, Command>;
 
 constexpr char32_t lineSeparator = 0x2028;
 constexpr char32_t paragraphSeparator = 0x2029;
 
-/// What the word means; none for the many that change nothing here.
+/// What the word means; nullopt if this reader ignores the word.
 [[nodiscard]] std::optional<Meaning> meaningOf(std::string_view controlWord);
 
-/// The character that a backslash and this one stand for; none when it is no character.
+/// The character that a backslash with this symbol stands for; nullopt if it does not stand for
+/// one.
 [[nodiscard]] std::optional<char32_t> characterOfSymbol(char symbol);
 
 }  // namespace installer::rtf

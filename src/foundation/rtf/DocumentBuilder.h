@@ -12,24 +12,24 @@
 
 namespace installer::rtf {
 
-/// What the numbers in a format stand for.
+/// The tables that the numbers in a format refer to.
 struct DocumentTables {
     FontTable fonts;
     ColorTable colors;
     Fields fields;
 };
 
-/// Gathers characters into runs of one style, and runs into paragraphs.
+/// Collects characters into runs of one style, and runs into paragraphs.
 class DocumentBuilder {
   public:
-    /// The tables, which must outlive the builder, may still grow.
+    /// The tables outlive the builder. They may still grow.
     explicit DocumentBuilder(const DocumentTables& tables) : tables_(tables) {}
 
     void add(char32_t character, const CharacterFormat& format);
     void endParagraph(const ParagraphFormat& format);
     [[nodiscard]] bool hasOpenParagraph() const;
 
-    /// The whole text; nothing may be added afterwards. A paragraph must not be open.
+    /// The whole text. End the open paragraph first; add nothing afterwards.
     [[nodiscard]] StyledText take() { return std::move(document_); }
 
   private:
@@ -39,7 +39,7 @@ class DocumentBuilder {
     const DocumentTables& tables_;
     StyledText document_;
     std::vector<TextRun> runs_;  ///< of the open paragraph
-    std::string text_;           ///< what has this format and is in no run yet
+    std::string text_;           ///< text in `format_` that is not in a run yet
     CharacterFormat format_;
 };
 

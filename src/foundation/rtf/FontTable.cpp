@@ -55,7 +55,8 @@ void FontTable::addToName(char32_t character) {
 
 void FontTable::end() {
     if (number_) {
-        // The signs of such a font become characters that other fonts have, and it has not.
+        // The characters of such a font are mapped to Unicode, and the font itself has no glyphs
+        // for them.
         const bool isSignFont = entry_.codePage == symbolCodePage;
         entry_.family = isSignFont ? "" : fontFamily(entry_.family);
         fonts_[*number_] = std::move(entry_);

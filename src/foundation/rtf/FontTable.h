@@ -16,18 +16,18 @@ class FontTable {
         std::optional<int> codePage;
     };
 
-    /// Begins the entry of a font and ends the one before; a number that is used again gets a new
-    /// entry in place of the old one.
+    /// Begins the entry of a font and ends the one before. A second entry with the same number
+    /// replaces the first.
     void begin(std::int32_t number);
     void setCodePage(std::optional<int> codePage);
-    /// Text outside an entry belongs to no name.
+    /// Text outside an entry is ignored.
     void addToName(char32_t character);
     void end();
 
-    /// The code page in which the entry's name is written; none for the document's.
+    /// The code page of the entry's name; nullopt for the document's own.
     [[nodiscard]] std::optional<int> codePageOfEntry() const { return entry_.codePage; }
 
-    /// The font, or null when the document lists none under the number.
+    /// The font, or null if the document has no font with that number.
     [[nodiscard]] const Font* find(std::int32_t number) const;
 
   private:
@@ -36,9 +36,9 @@ class FontTable {
     Font entry_;
 };
 
-/// The family that windows know for a font's name as editors write it: "Helvetica" for
-/// "Helvetica-BoldOblique", "Calibri" for "Calibri CE", nothing for a system's own font such as
-/// ".SFNSText" and for names longer than 128 bytes.
+/// The family of a font, from the name that editors write: "Helvetica" for "Helvetica-BoldOblique",
+/// "Calibri" for "Calibri CE". Empty for a system's own font such as ".SFNSText", and for names
+/// longer than 128 bytes.
 [[nodiscard]] std::string fontFamily(const std::string& name);
 
 }  // namespace installer::rtf

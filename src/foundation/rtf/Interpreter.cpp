@@ -76,8 +76,8 @@ void Interpreter::endGroup() {
     if (endsFontTable) tables_.fonts.end();
 }
 
-/// Counts down what is written for readers without Unicode. Only characters count: editors that
-/// leave a fallback out would else lose what follows their escape.
+/// Counts the fallback for readers without Unicode. Only characters count: some editors leave the
+/// fallback out, and then the text after the escape would be lost.
 bool Interpreter::takeAsFallback() {
     if (fallbackLeft_ == 0) return false;
     --fallbackLeft_;
@@ -108,8 +108,8 @@ void Interpreter::obeyText(std::string_view text) {
     }
 }
 
-/// Bytes beyond ASCII should not stand in a document at all. Some editors write them as UTF-8,
-/// others in the code page, where words are hardly ever UTF-8 by chance.
+/// RTF should have no bytes beyond ASCII. Some editors write them as UTF-8, others in the code
+/// page. A word in a code page is hardly ever valid UTF-8 by chance.
 void Interpreter::obeyUpperBytes(std::string_view bytes) {
     if (!isValidUtf8(bytes)) {
         for (const char byte : bytes) obeyByte(static_cast<unsigned char>(byte));
@@ -303,7 +303,7 @@ void Interpreter::endParagraph() {
     if (group_.destination == Destination::text) builder_.endParagraph(group_.paragraph);
 }
 
-/// The one in which the bytes of the text here are written.
+/// The code page of the current text.
 int Interpreter::codePage() const {
     if (group_.destination == Destination::fontTable) {
         return tables_.fonts.codePageOfEntry().value_or(codePage_);

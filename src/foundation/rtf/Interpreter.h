@@ -14,8 +14,8 @@
 
 namespace installer::rtf {
 
-/// Does what a document's tokens say, one after the other. Groups nest on a stack of its own, so
-/// no document can exhaust the program's.
+/// Interprets a document's tokens, one after the other. It keeps open groups on a stack of its own,
+/// so deep nesting cannot overflow the program's stack.
 class Interpreter {
   public:
     static constexpr std::size_t deepestNesting = 10'000;
@@ -29,11 +29,11 @@ class Interpreter {
     /// How many groups are open.
     [[nodiscard]] std::size_t depth() const { return groups_.size(); }
 
-    /// What the document says, once its tokens have been obeyed.
+    /// The document's text. Call it after the last token.
     [[nodiscard]] StyledText take();
 
   private:
-    /// What the end of a group brings back to what it was before.
+    /// The state that the end of a group restores.
     struct Group {
         Destination destination = Destination::text;
         Destination destinationOfAlternatives = Destination::text;
@@ -77,7 +77,7 @@ class Interpreter {
     std::int32_t fallbackLeft_ = 0;
     std::int32_t defaultFont_ = -1;
     int codePage_ = westernCodePage;
-    bool isNextOptional_ = false;  ///< the group is skipped where its next word is unknown
+    bool isNextOptional_ = false;  ///< the group is skipped if its next word is unknown
 };
 
 }  // namespace installer::rtf

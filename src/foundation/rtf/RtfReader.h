@@ -8,20 +8,21 @@
 
 namespace installer {
 
-/// What is wrong with a text that is no RTF, in words for the system log.
+/// Why a text is not RTF, in words for the system log.
 struct RtfError {
     std::string reason;
 };
 
-/// Reads what text editors write as RTF. Destinations and control words that it does not know are
-/// passed over, as the format wants. An error for a text that is empty, does not begin as RTF, or
-/// ends before its groups do, or whose groups nest deeper than 10,000; what follows the last group
-/// is ignored. Time and memory are linear in the length of the text, whatever it holds.
+/// Reads RTF as text editors write it. Unknown destinations and control words are ignored, as the
+/// format demands. An error if the text is empty, does not begin as RTF, ends inside a group, or
+/// nests groups deeper than 10,000. Text after the last group is ignored. Time and memory are
+/// linear in the length of the text.
 ///
-/// Unicode escapes give every character. Other bytes are read in the code page of their font or
-/// document: all of Windows' single-byte ones, the common ones of DOS, Mac Roman, Japanese (932)
-/// and UTF-8. In the other double-byte ones (936, 949, 950, 1361) each character gives one U+FFFD.
-/// Cells of tables end with tabs, their rows as paragraphs. Text without a size or a font has none.
+/// Unicode escapes give any character. Other bytes are read in the code page of their font or
+/// document: all single-byte ones of Windows, the common ones of DOS, Mac Roman, Japanese (932) and
+/// UTF-8. In the other double-byte code pages (936, 949, 950, 1361) each character becomes one
+/// U+FFFD. Table cells end with a tab, table rows are paragraphs. If the text names no size or
+/// font, the result has none.
 [[nodiscard]] std::variant<StyledText, RtfError> readRtf(std::string_view rtf);
 
 }  // namespace installer

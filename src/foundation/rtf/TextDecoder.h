@@ -10,19 +10,19 @@
 
 namespace installer::rtf {
 
-/// Puts characters together from the pieces in which RTF holds them: bytes of a code page, and
-/// 16-bit units of which two can make one character. What stays incomplete gives U+FFFD.
+/// Assembles characters from the pieces that RTF has: bytes of a code page, and 16-bit units, two
+/// of which can make one character. An incomplete character becomes U+FFFD.
 class TextDecoder {
   public:
-    /// `receive` is called with each character as soon as it is complete.
+    /// Calls `receive` with each character as soon as it is complete.
     explicit TextDecoder(std::function<void(char32_t)> receive) : receive_(std::move(receive)) {}
 
     void byte(unsigned char byte, int codePage);
     void character(char32_t character);
-    /// The number of a Unicode escape: it is negative for units from 8000 on where the editor
-    /// thinks in signed numbers, and above FFFF where it writes whole code points.
+    /// The number of a Unicode escape. Some editors write signed numbers: units from 8000
+    /// (hexadecimal) on are then negative. Others write whole code points, which may be above FFFF.
     void codeUnit(std::int32_t number, int codePage);
-    /// What was begun has ended.
+    /// Ends an incomplete character.
     void finish();
 
     [[nodiscard]] bool awaitsByte() const { return !bytes_.empty(); }

@@ -8,12 +8,12 @@
 
 namespace installer::rtf {
 
-/// How characters look, in the document's own numbers: small, since every group keeps one.
+/// How characters look, in the document's own numbers. Every group keeps one, so it is small.
 struct CharacterFormat {
     std::int32_t font = -1;       ///< in the font table
-    std::int32_t halfPoints = 0;  ///< 0 where the document says nothing
+    std::int32_t halfPoints = 0;  ///< 0 if the document gives no size
     std::int32_t color = 0;       ///< in the colour table
-    std::int32_t field = -1;      ///< whose result the characters are
+    std::int32_t field = -1;      ///< the characters are this field's result
     bool bold = false;
     bool italic = false;
     bool underline = false;
@@ -23,7 +23,7 @@ struct CharacterFormat {
     friend bool operator==(const CharacterFormat&, const CharacterFormat&) = default;
 };
 
-/// How a paragraph looks; distances are in twentieths of a point.
+/// How a paragraph looks. Distances are in twentieths of a point.
 struct ParagraphFormat {
     Paragraph::Alignment alignment = Paragraph::Alignment::natural;
     bool rightToLeft = false;
@@ -34,8 +34,7 @@ struct ParagraphFormat {
     std::int32_t spaceAfter = 0;
 };
 
-/// Changes the format as a control word with this number asks; `plainFont` is the font that
-/// characters without one have.
+/// Applies a control word with this parameter to the format. `plainFont` is the default font.
 void apply(CharacterProperty property, std::optional<std::int32_t> number, std::int32_t plainFont,
            CharacterFormat& format);
 void apply(ParagraphProperty property, std::optional<std::int32_t> number, ParagraphFormat& format);

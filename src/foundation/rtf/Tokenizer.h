@@ -24,8 +24,8 @@ struct Token {
     unsigned char byte = 0;
 };
 
-/// Cuts RTF into its tokens, which point into it. Binary data is passed over. Numbers that do not
-/// fit are clamped to the 32-bit range.
+/// Splits RTF into tokens. They point into the text, which must outlive them. Binary data is
+/// skipped. Numbers are clamped to the 32-bit range.
 class Tokenizer {
   public:
     explicit Tokenizer(std::string_view rtf) : rtf_(rtf) {}

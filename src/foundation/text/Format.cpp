@@ -14,15 +14,15 @@ bool isDigit(char character) {
     return character >= '0' && character <= '9';
 }
 
-/// What was read after a percent sign: how long it is, and which argument (from 0) it names; none
-/// for "the next one".
+/// What was read after a percent sign: its length, and the number of the argument (from 0), or
+/// nullopt for the next one.
 struct Placeholder {
     std::size_t length = 0;
     std::optional<std::size_t> position;
 };
 
-/// The placeholder at the beginning of the text after a percent sign, if there is one. A position
-/// that no list of arguments could have, like 0 or one with thirty digits, is a placeholder too.
+/// The placeholder at the start of the text after a percent sign, if there is one. A number that no
+/// argument can have, such as 0 or one with thirty digits, is a placeholder too.
 std::optional<Placeholder> parsePlaceholder(std::string_view text, std::size_t argumentCount) {
     if (text.starts_with('@')) return Placeholder{1, std::nullopt};
     std::size_t length = 0;

@@ -6,10 +6,10 @@
 
 namespace installer {
 
-/// `format` with its placeholders filled in: "%@" takes the next argument, "%1$@" the first,
-/// "%2$@" the second and so on; "%%" gives one percent sign. A placeholder without an argument
-/// gives nothing; any other percent sign stands as it is. Formats come from text tables that the
-/// plug-in maker writes: no text in them can make this fail.
+/// `format` with its placeholders replaced: "%@" by the next argument, "%1$@" by the first, "%2$@"
+/// by the second and so on. "%%" becomes one percent sign. A placeholder without an argument
+/// becomes the empty text. Any other percent sign stays. Product makers write the formats, so no
+/// format makes this fail.
 [[nodiscard]] std::string formatted(std::string_view format,
                                     std::initializer_list<std::string_view> arguments);
 

@@ -13,8 +13,7 @@ bool isLike(std::string_view name, std::string_view pattern) {
         std::size_t inPattern = 0;
     };
     Place place;
-    // Only the last "*" is ever worth another try: whatever an earlier one could take more, the
-    // last one can take as well.
+    // Only the last "*" is tried again: it can match everything that an earlier one could.
     std::optional<Place> afterAsterisk;
     while (place.inName < name.size()) {
         const bool hasMore = place.inPattern < pattern.size();

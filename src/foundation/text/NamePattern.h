@@ -4,9 +4,9 @@
 
 namespace installer {
 
-/// Whether the whole name is like the pattern, in which "*" stands for any characters, none too,
-/// and "?" for exactly one. Nothing else has a meaning, and letter case counts. No pattern makes it
-/// compare more often than the product of both lengths.
+/// Whether the whole name matches the pattern: "*" stands for any characters, also none, and "?"
+/// for exactly one. No other character is special. Case-sensitive. The number of comparisons is at
+/// most the product of both lengths.
 [[nodiscard]] bool isLike(std::string_view name, std::string_view pattern);
 
 }  // namespace installer

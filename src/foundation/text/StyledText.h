@@ -17,16 +17,16 @@ struct Color {
     friend bool operator==(const Color&, const Color&) = default;
 };
 
-/// How a run of characters looks. What holds no value is left to the window's own look.
+/// How a run of characters looks. The window's own look applies to each property without a value.
 struct TextStyle {
     std::string fontFamily = {};
-    double pointSize = 0;  ///< 0 for the window's own
+    double pointSize = 0;  ///< 0 for the window's own size
     bool bold = false;
     bool italic = false;
     bool underline = false;
     bool strikethrough = false;
     std::optional<Color> color = {};
-    std::string link = {};  ///< the address that a click opens; empty for none
+    std::string link = {};  ///< the address that a click opens; empty if it is not a link
 
     friend bool operator==(const TextStyle&, const TextStyle&) = default;
 };
@@ -42,7 +42,7 @@ struct Paragraph {
     enum class Alignment { natural, left, right, center, justified };
 
     Alignment alignment = Alignment::natural;
-    bool rightToLeft = false;  ///< the text says so; else the window's language decides
+    bool rightToLeft = false;  ///< true if the text says so; else the window's language decides
     // Distances in points.
     double leftIndent = 0;
     double rightIndent = 0;
@@ -54,20 +54,19 @@ struct Paragraph {
     friend bool operator==(const Paragraph&, const Paragraph&) = default;
 };
 
-/// Text with styles, as a plain value that any toolkit can show.
+/// Text with styles: a plain value that does not depend on a toolkit.
 struct StyledText {
     std::vector<Paragraph> paragraphs = {};
 
     /// One paragraph for each line of the text, without any style.
     [[nodiscard]] static StyledText fromPlainText(std::string_view text);
 
-    /// The characters alone, paragraphs joined by line feeds.
+    /// The characters without styles; paragraphs are joined by line feeds.
     [[nodiscard]] std::string plainText() const;
 
-    /// The same text with every occurrence of the placeholder replaced, from its start to its
-    /// end; what was put in is not searched again. An occurrence may span runs of different
-    /// styles, and the replacement takes the style of its first character. An empty placeholder
-    /// occurs nowhere.
+    /// The same text with every occurrence of the placeholder replaced, from start to end. The
+    /// replacement is not searched again. An occurrence may span runs of different styles; the
+    /// replacement has the style of its first character. An empty placeholder never occurs.
     [[nodiscard]] StyledText replacingAll(std::string_view placeholder,
                                           std::string_view replacement) const;
 
@@ -76,7 +75,7 @@ struct StyledText {
     friend bool operator==(const StyledText&, const StyledText&) = default;
 };
 
-/// What is shown where a text may come with styles of its own.
+/// A text that may or may not have styles of its own.
 using PlainOrStyledText = std::variant<std::string, StyledText>;
 
 }  // namespace installer

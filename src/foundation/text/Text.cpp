@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t longestSequence = 4;
 
-/// The place in bytes after the first `count` characters; none when there are fewer.
+/// The byte offset after the first `count` characters; nullopt if there are fewer.
 std::optional<std::size_t> placeAfter(std::string_view text, std::size_t count) {
     std::size_t place = 0;
     for (; count > 0; --count) {
@@ -29,8 +29,8 @@ bool isBoundary(std::string_view text, std::size_t place) {
     return true;
 }
 
-/// The first place at or after `from` where the whole characters of `part` stand; npos for none.
-/// Only a `part` that is not UTF-8 can be met inside a character.
+/// The first offset from `from` on where `part` occurs as whole characters, else npos. Only a
+/// `part` that is not UTF-8 can occur inside a character.
 std::size_t placeOf(std::string_view text, std::string_view part, std::size_t from) {
     if (part.empty()) return std::string_view::npos;
     std::size_t place = text.find(part, from);

@@ -6,8 +6,8 @@
 
 namespace installer {
 
-/// The outcome of an operation that gives a value or an error. Exactly one of the two is there:
-/// `error()` of a success is the empty code, `value()` of a failure must not be asked for.
+/// A value or an error, never both. `error()` of a success is the empty code. Do not call `value()`
+/// of a failure.
 template <class Value>
 class [[nodiscard]] Result {
   public:

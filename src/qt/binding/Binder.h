@@ -15,11 +15,12 @@
 
 namespace installer {
 
-/// Binds the controls of a description to the properties and actions that they name, and fills in
-/// the texts of the bundle. Ends with this object, or one by one with the controls.
+/// Binds the controls of a description to the properties and actions that they name, and sets the
+/// texts of the bundle. A binding ends with this object or with its control.
 class Binder final : public QObject {
   public:
-    /// Everything outlives the binder, save the controls. What does not fit together is logged.
+    /// All arguments outlive the binder, except the controls. A property that does not fit its
+    /// control is logged.
     Binder(QWidget& root, InterfaceOwner& owner, const Bundle& bundle, SystemLog& log,
            const OpenLink& openLink);
 

@@ -10,7 +10,7 @@ namespace installer {
 
 using OpenLink = std::function<void(const std::string& address)>;
 
-/// What a binding needs to act on its control.
+/// What a binding needs to work on its control.
 struct BindingContext {
     std::string property;  ///< the owner's
     InterfaceOwner& owner;
@@ -21,15 +21,15 @@ struct BindingContext {
 /// Shows a value of the property in the control that the binding was made for.
 using ShowValue = std::function<void(const PropertyValue&)>;
 
-/// Makes the binding between a control and a property. Empty when the control has nothing that
-/// this kind of binding could act on.
+/// Makes the binding between a control and a property. Empty if this kind of binding does not fit
+/// the control.
 using MakeBinding = ShowValue (*)(QObject& control, const BindingContext& context);
 
-/// The value as text: the characters alone when it is styled, empty when it is no text.
+/// The value as plain text. Empty if it is not a text.
 [[nodiscard]] std::string plainTextOf(const PropertyValue& value);
 [[nodiscard]] bool isTrue(const PropertyValue& value);
 
-// By the names that they have in a description.
+// The kinds of bindings, named as in a description.
 [[nodiscard]] ShowValue textBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue plainTextBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue styledTextBinding(QObject& control, const BindingContext& context);

@@ -8,8 +8,8 @@ class QTextBrowser;
 
 namespace installer {
 
-/// Asks the owner about everything that the user types into a text; the answer changes nothing,
-/// since the text is never edited. Return is asked about as a line feed.
+/// Asks the owner about everything that the user types into a text. The answer is ignored: the text
+/// is never edited. Return is passed on as a line feed.
 class GuardedText final : public QObject {
   public:
     GuardedText(QTextBrowser& browser, InterfaceOwner& owner, QObject& lifetime);

@@ -39,8 +39,8 @@ void showRow(QListWidgetItem& item, const ListRow& row, bool isCheckable) {
     item.setCheckState(row.checked ? Qt::Checked : Qt::Unchecked);
 }
 
-/// Rows that stay keep their item, so that the list keeps its place, its selection and the item
-/// that the user is just pressing.
+/// Rows that stay keep their item. So the list keeps its scroll position, its selection and the
+/// item that the user is pressing.
 void showRows(QListWidget& list, const std::vector<ListRow>& rows, bool isCheckable) {
     const QSignalBlocker onlyTheUsersChangesCount(list);
     const int count = static_cast<int>(rows.size());

@@ -25,7 +25,8 @@ bool isDefaultButton(const QWidget& widget) {
     return button != nullptr && button->isDefault();
 }
 
-/// The next control that keys can go to without pressing a button that nobody chose; null for none.
+/// The next control that may get the focus without a risk: a key there must not press a button that
+/// the user has not chosen. Null if there is none.
 QWidget* nextSafeControl(QWidget& from) {
     for (QWidget* next = from.nextInFocusChain(); next != &from; next = next->nextInFocusChain()) {
         const bool takesKeys = (next->focusPolicy() & Qt::TabFocus) != 0 && next->isEnabled() &&
@@ -35,10 +36,10 @@ QWidget* nextSafeControl(QWidget& from) {
     return nullptr;
 }
 
-/// Enables and disables a control. Disabling one that has the focus would hand the focus to its
-/// neighbour, so that the next key would press something that nobody chose: it goes to a control
-/// where it does no harm, or nowhere. It comes back unless the user has moved it. The default
-/// button takes it wherever nothing has it.
+/// Enables and disables a control. If it has the focus while it is disabled, the toolkit would give
+/// the focus to the next control, and the next key would press that one. So the focus goes to a
+/// harmless control, or is cleared. It returns when the control is enabled, unless the user has
+/// moved it. If no control has the focus, the default button gets it.
 class Enabling {
   public:
     explicit Enabling(QWidget& widget) : widget_(widget) {}
@@ -72,12 +73,12 @@ class Enabling {
     QPointer<QWidget> standIn_;
 };
 
-/// Tells the owner, and shows what the owner has made of it.
+/// Passes the change to the owner, and shows the value that the owner has afterwards.
 template <class Control>
 ShowValue checking(Control& control, void (Control::*userChanged)(bool),
                    const BindingContext& context) {
     control.setCheckable(true);
-    // What is shown is no change by the user.
+    // A value that is shown is not a change by the user.
     const auto show = [&control](const PropertyValue& value) {
         const QSignalBlocker silent(control);
         control.setChecked(isTrue(value));

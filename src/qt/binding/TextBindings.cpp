@@ -32,7 +32,7 @@ void showPlain(QLabel& label, const QString& text) {
     label.setText(text);
 }
 
-/// While texts of different lengths take turns, what stands below them must not move up and down.
+/// A visible label keeps its height while it shows texts, so that the controls below do not move.
 void keepHeight(QLabel& label, const QString& nextText) {
     if (nextText.isEmpty()) {
         label.setMinimumHeight(0);
@@ -41,8 +41,8 @@ void keepHeight(QLabel& label, const QString& nextText) {
     }
 }
 
-/// A text in a browser. The same text shown again, in other colours or not, stays where the user
-/// has scrolled to.
+/// A text in a browser. If the same text is shown again, also in other colours, the scroll position
+/// stays.
 class BrowserText {
   public:
     explicit BrowserText(QTextBrowser& browser) : browser_(browser) {
@@ -80,7 +80,7 @@ ShowValue labelText(QLabel& label, const BindingContext& context) {
     };
 }
 
-/// Never follows a link itself: what the link names would replace the text.
+/// Never follows a link itself, because the browser would replace the text by the link's target.
 void passLinksOn(QTextBrowser& browser, const BindingContext& context) {
     browser.setOpenLinks(false);
     QObject::connect(&browser, &QTextBrowser::anchorClicked, &context.lifetime,

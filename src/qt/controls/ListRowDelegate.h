@@ -4,9 +4,9 @@
 
 namespace installer {
 
-/// Paints a row of a list: what the style paints before a text, then the title and below it,
-/// quieter and shortened in its middle, the detail. A click anywhere in a row that can be ticked
-/// ticks or unticks it.
+/// Paints a row of a list: first what the style paints before a text, then the title. Below the
+/// title it paints the detail in a quieter colour, shortened in its middle. A click anywhere in a
+/// row that can be ticked ticks or unticks it.
 class ListRowDelegate final : public QStyledItemDelegate {
   public:
     static constexpr int detailRole = Qt::UserRole;

@@ -14,7 +14,7 @@ class QtTextField final : public TextField {
     explicit QtTextField(QLabel* label);
     void setText(const std::string& text) override;
     void setSystemFont(Weight weight) override;
-    /// The colour is one for white paper; a darker ground gets its counterpart.
+    /// Takes a colour for a white background. A darker background gets its counterpart.
     void setColor(Color color) override;
 
   private:

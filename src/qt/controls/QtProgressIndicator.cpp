@@ -22,7 +22,7 @@ void QtProgressIndicator::setFraction(double fraction) {
     if (!bar_) return;
     bar_->setValue(static_cast<int>(std::lround(std::clamp(fraction, 0.0, 1.0) * wholeBar)));
     if (sinceRepaint_.isValid() && !sinceRepaint_.hasExpired(millisecondsPerFrame)) return;
-    // Whoever is told of progress is in the middle of its work: nothing may happen but painting.
+    // The caller is in the middle of a copy: only painting may happen.
     runRepaintTurn();
     sinceRepaint_.start();
 }

@@ -11,7 +11,7 @@ namespace installer {
 class QtProgressIndicator final : public ProgressIndicator {
   public:
     explicit QtProgressIndicator(QProgressBar* bar);
-    /// Repaints what has to be repainted in the whole application, at most once per frame.
+    /// Repaints the whole application if needed, at most once per frame.
     void setFraction(double fraction) override;
 
   private:

@@ -2,12 +2,12 @@
 
 namespace installer {
 
-/// Lets the application repaint what has to be, exposed windows too, and do nothing else: input,
-/// timers and notices wait. A call from within such a turn does nothing.
+/// Lets the application repaint, also windows that were just uncovered. Nothing else happens:
+/// input, timers and notifications wait. Does nothing if such a turn is already running.
 void runRepaintTurn();
 
-/// Whether such a turn is running. Not every loop of the toolkit holds watched descriptors back;
-/// who watches one asks this.
+/// Whether such a turn is running. Some of the toolkit's loops still deliver watched descriptors in
+/// it, so code that watches one must ask.
 [[nodiscard]] bool isRepaintTurn();
 
 }  // namespace installer

@@ -8,10 +8,10 @@
 
 namespace installer {
 
-/// Lays out the views that were put into a view without a layout of its own. A view with a frame
-/// stands where the frame says, measured from the top; any other one is a page and fills the whole
-/// view. The view is asked to be large enough for all of them, the hidden ones too: so a window
-/// whose pages take turns never changes its size.
+/// Lays out the views inside a view that has no layout of its own. A view with a frame gets that
+/// frame, measured from the top. A view without a frame is a page and fills the whole area. The
+/// size is large enough for all of them, also for hidden ones, so a window keeps its size when the
+/// pages change.
 class SubviewLayout final : public QLayout {
   public:
     struct Frame {

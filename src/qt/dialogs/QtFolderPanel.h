@@ -4,10 +4,10 @@
 
 namespace installer {
 
-/// The toolkit's own file dialog over the active window: a desktop's dialog would not ask which
-/// items to show. A link to a folder is offered like a folder, and stays the path that was picked.
-/// A start folder that does not exist is replaced by the nearest one above it, none at all by the
-/// home folder.
+/// The toolkit's own file dialog over the active window, because a desktop's dialog has no filter
+/// for the shown items. A link to a folder counts as a folder; the result is the path that was
+/// picked. If the start folder does not exist, the panel starts in the nearest folder above it;
+/// without a start folder, in the home folder.
 class QtFolderPanel final : public FolderPanel {
   public:
     [[nodiscard]] std::optional<std::string> runModal(const FolderRequest& request) override;

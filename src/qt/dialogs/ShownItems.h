@@ -8,15 +8,15 @@ class QFileSystemModel;
 
 namespace installer {
 
-/// The files and folders of a folder panel, without those that are not to be shown. Packages are
-/// items that can be neither entered nor chosen.
+/// The files and folders of a folder panel, without the hidden ones. A package is an item that
+/// cannot be entered or chosen.
 class ShownItems final : public QSortFilterProxyModel {
   public:
     explicit ShownItems(std::function<bool(const std::string& path)> shouldShow);
 
     /// Takes a file system model.
     void setSourceModel(QAbstractItemModel* model) override;
-    /// The file system model sorts, in the way in which people sort names.
+    /// Sorted by the file system model, in natural order.
     void sort(int column, Qt::SortOrder order) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 

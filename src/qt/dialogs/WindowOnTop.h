@@ -4,8 +4,8 @@ class QWidget;
 
 namespace installer {
 
-/// The window that a dialog belongs to: the active one, else one that is visible, as where no
-/// window manager makes any active. Null when there is none.
+/// The window that a dialog belongs to: the active window, else a visible one (without a window
+/// manager no window is active). Null if there is none.
 [[nodiscard]] QWidget* windowOnTop();
 
 }  // namespace installer

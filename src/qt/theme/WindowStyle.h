@@ -4,15 +4,15 @@
 
 namespace installer {
 
-/// The toolkit's own style, which is used where the desktop brings none, with two faults mended:
-/// on a dark ground the frame of an empty check box could not be seen, and buttons with long
-/// texts had next to no room beside them.
+/// The toolkit's own style with two corrections. The toolkit uses it on desktops without a style.
+/// Corrected are the frame of an empty check box, invisible on a dark background, and the margins
+/// of buttons with long texts.
 class WindowStyle final : public QProxyStyle {
   public:
     WindowStyle();
 
     static void setApplicationStyle();
-    /// Gives the application this style where it has the toolkit's own.
+    /// Sets this style on the application if it uses the toolkit's own.
     static void replaceToolkitsOwn();
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -6,9 +6,9 @@ class QLabel;
 
 namespace installer {
 
-/// Shows the picture in the label, or nothing when the file is missing or no picture. A label of a
-/// fixed size shows it as large as fits, as sharp as its screen allows; any other label takes the
-/// picture's size.
+/// Shows the picture in the label; shows nothing if the file is missing or not a picture. A label
+/// with a fixed size scales the picture to fit, in the resolution of its screen. Any other label
+/// takes the size of the picture.
 void showPicture(QLabel& label, const Image& image);
 
 }  // namespace installer

@@ -10,7 +10,7 @@ class QWidget;
 
 namespace installer {
 
-/// How a text looks where it says nothing of its own.
+/// The look of a text that has no style of its own.
 struct TextLook {
     QFont font;
     QColor ground;
@@ -22,9 +22,9 @@ struct TextLook {
     [[nodiscard]] static TextLook of(const QWidget& widget);
 };
 
-/// Replaces what the document holds. Black text is left to the window's own colour, and other
-/// colours are changed as far as they could not be read on the ground; a font that this machine
-/// does not have is left to the window's own.
+/// Replaces the document's contents. Black text gets the window's own colour. Other colours are
+/// changed if they cannot be read on the background. A font that this machine does not have is
+/// replaced by the window's own.
 void setStyledText(QTextDocument& document, const StyledText& text, const TextLook& look);
 
 }  // namespace installer

@@ -4,8 +4,8 @@
 
 namespace installer {
 
-/// The text with invisible places at which a line may end: after each "/" and within words that
-/// are too long for a line. Labels wrap at such places and at blanks only, and a path has neither.
+/// The text with invisible break points: after each "/", and inside words that are too long for a
+/// line. Labels wrap only at such points and at blanks, and a path has neither.
 [[nodiscard]] QString wrappable(const QString& text);
 
 }  // namespace installer

@@ -13,12 +13,12 @@ namespace installer {
 class Bundle;
 class SystemLog;
 
-/// The toolkit's application object, made for the product's bundle: its name, its picture, and the
-/// language and reading direction of its texts, for the toolkit's own texts as well. It ends with
-/// its last window. Made once, and destroyed after everything else of the toolkit.
+/// The toolkit's application object, set up for the product's bundle: its name, its icon, and the
+/// language and reading direction of its texts, also for the toolkit's own texts. The application
+/// ends with its last window. Make it once, and destroy it after all other objects of the toolkit.
 class ApplicationSetup {
   public:
-    /// `platform` is the toolkit's platform to ask for, or empty. The display must be usable.
+    /// `platform` is the toolkit's platform to ask for, or empty. A display must be usable.
     ApplicationSetup(const std::string& executablePath, const std::string& platform,
                      const Bundle& bundle, SystemLog& log);
 

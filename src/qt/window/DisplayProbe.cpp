@@ -27,8 +27,8 @@ class Probe {
         return {.reason = reason_};
     }
 
-    /// Of the platforms that the environment names, separated by ";", each with arguments after a
-    /// ":", of which the toolkit takes the first that works.
+    /// Probes the platforms that the environment names. They are separated by ";", and each may
+    /// have arguments after a ":". The toolkit takes the first that works.
     [[nodiscard]] DisplayProbe ofNamed(const std::string& names) {
         for (const QString& entry : toQt(names).split(u';', Qt::SkipEmptyParts)) {
             const std::string name = fromQt(entry.section(u':', 0, 0));

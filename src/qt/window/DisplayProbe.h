@@ -6,13 +6,14 @@
 
 namespace installer {
 
-/// What is known of the place that a window would be shown on.
+/// What the probe can ask about the environment of the process.
 struct DisplaySurroundings {
-    /// A variable of the environment; empty when it is not set.
+    /// An environment variable; empty if it is not set.
     std::function<std::string(const std::string& name)> variable;
     std::function<std::shared_ptr<void>()> connectToXServer;
     std::function<bool(const std::string& name)> reachesWaylandCompositor;
-    /// Whether the toolkit has its plug-in for Wayland, a package of its own on many systems.
+    /// Whether the toolkit's plug-in for Wayland is installed. On many systems it is a separate
+    /// package.
     bool hasWaylandPlugin = false;
 };
 
@@ -20,15 +21,16 @@ struct DisplaySurroundings {
 
 struct DisplayProbe {
     bool usable = false;
-    /// The toolkit's platform that must be asked for by name; empty where its own choice works.
+    /// The toolkit's platform to ask for by name; empty if the toolkit chooses the right one
+    /// itself.
     std::string platform = {};
     std::string reason = {};  ///< why no window can be shown
-    /// Where an X server was asked: to be held until the toolkit has connected.
+    /// The connection to the X server, if one was asked. Hold it until the toolkit has connected.
     std::shared_ptr<void> connection = {};
 };
 
-/// Whether the toolkit could show a window. It ends the process when it is started where it
-/// cannot, so this is asked first.
+/// Whether the toolkit can show a window. Ask before the toolkit starts: without a display it
+/// aborts the process.
 [[nodiscard]] DisplayProbe probeDisplay(const DisplaySurroundings& surroundings);
 
 }  // namespace installer

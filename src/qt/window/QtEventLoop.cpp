@@ -12,9 +12,9 @@ namespace installer {
 
 namespace {
 
-/// One turn of the toolkit's loop handles what its sources had at that moment. What this leads to,
-/// such as painting what an input changed, is for the next turns. A timer without delay leads to
-/// itself, hence the limit.
+/// One turn of the toolkit's loop handles the events that are there at its start. Events that
+/// result from them, such as painting after an input, need further turns. A timer without delay
+/// always causes a new event, so the number of turns is limited.
 constexpr int mostTurns = 100;
 
 }  // namespace

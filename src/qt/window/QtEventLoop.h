@@ -8,11 +8,12 @@
 
 namespace installer {
 
-/// The toolkit's event loop, which a window's input and painting go through as well. Needs the
-/// application object, and belongs to its thread. Handles may outlive it.
+/// The toolkit's event loop. A window's input and painting use it as well. Needs the application
+/// object, and belongs to its thread. Subscriptions may outlive it.
 class QtEventLoop final : public EventLoop, public DescriptorWatcher {
   public:
-    /// The user's input is handled too. A source that never runs dry is left after some turns.
+    /// Handles the user's input too. Returns after a limited number of turns, even if a source is
+    /// always ready.
     void runUntilNow() override;
     /// Always true: a window can be closed at any time.
     [[nodiscard]] bool runOnce() override;

@@ -13,7 +13,7 @@ namespace installer {
 
 class QtInterface final : public Interface {
   public:
-    /// Takes over the views of the description, except those that are put into others.
+    /// Owns the views of the description, except those that are put into other views.
     QtInterface(std::unique_ptr<QWidget> root, std::unique_ptr<Binder> binder);
     ~QtInterface() override;
     QtInterface(const QtInterface&) = delete;
@@ -33,7 +33,7 @@ class QtInterface final : public Interface {
                                              const std::string& name);
 
     QPointer<QWidget> root_;
-    // Kept from the start: views of other descriptions may be put into these later.
+    // Collected at the start, because views of other descriptions may be put into these later.
     std::map<std::string, QPointer<QWidget>> widgets_;
     std::unique_ptr<Binder> binder_;
 

@@ -20,7 +20,7 @@ namespace installer {
 
 namespace {
 
-/// Takes note of the classes that it does not know, which it would leave out of the window.
+/// Records unknown classes, which the toolkit would leave out of the window without an error.
 class DescriptionReader final : public QUiLoader {
   public:
     DescriptionReader() {

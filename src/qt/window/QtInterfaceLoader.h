@@ -15,7 +15,7 @@ namespace installer {
 /// dynamic properties that bind their controls.
 class QtInterfaceLoader final : public InterfaceLoader {
   public:
-    /// `openLink` is given the address of each link that the user follows.
+    /// Calls `openLink` with the address of each link that the user clicks.
     QtInterfaceLoader(const Bundle& bundle, SystemLog& log, OpenLink openLink);
 
     [[nodiscard]] std::unique_ptr<Interface> load(const std::string& name,

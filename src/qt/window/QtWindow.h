@@ -10,7 +10,8 @@ namespace installer {
 class QtWindow final : public Window {
   public:
     explicit QtWindow(QMainWindow* window) : window_(window) {}
-    /// As large as its contents want and its screen allows. The default button gets the focus.
+    /// Shows the window as large as its contents need and its screen allows. The default button
+    /// gets the focus.
     void centerAndShow() override;
     void miniaturize() override;
     void close() override;

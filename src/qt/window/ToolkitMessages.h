@@ -6,10 +6,10 @@ namespace installer {
 
 class SystemLog;
 
-/// Sends what the toolkit has to say to the system log for as long as it lives, but for remarks
-/// about surroundings in which the installer works all the same: a session without a folder of its
-/// own, or a character encoding that nobody uses any more. At most one lives at a time. Belongs to
-/// the thread that made it; what other threads say goes to standard error.
+/// Sends the toolkit's messages to the system log as long as this object lives. It drops two
+/// messages about an environment in which the installer works: a session without a runtime folder,
+/// and an outdated character encoding. At most one object lives at a time. It belongs to the thread
+/// that made it; messages of other threads go to standard error.
 class ToolkitMessages {
   public:
     explicit ToolkitMessages(SystemLog& log);

@@ -6,13 +6,13 @@
 
 namespace installer::rtf {
 
-// Data of the code pages. What has no character is given as U+FFFD.
+// Data of the code pages. A byte that stands for no character is U+FFFD.
 
-/// The characters of the bytes 80 to FF; none when the code page has no single-byte table.
+/// The characters of the bytes 80 to FF; nullopt if the code page has no single-byte table.
 [[nodiscard]] std::optional<std::u16string_view> upperHalfOfCodePage(int codePage);
 
-/// The character in a row and cell of code page 932's double-byte characters, both counted from 0;
-/// none when there is nothing.
+/// The double-byte character of code page 932 in that row and cell, both counted from 0; nullopt if
+/// there is none.
 [[nodiscard]] std::optional<char16_t> japaneseCharacter(std::size_t row, std::size_t cell);
 
 }  // namespace installer::rtf
