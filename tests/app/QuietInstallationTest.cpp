@@ -1,3 +1,6 @@
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "app/QuietInstallation.h"
@@ -34,6 +37,16 @@ TEST_F(QuietInstallation, InstallsIntoEveryHostThatIsFound) {
     installQuietly(fake_.platform);
     EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
     EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CC 2015/run.jsx"));
+}
+
+TEST_F(QuietInstallation, MakesTheInstallationBeforeItSearchesForHosts) {
+    std::vector<std::string> made;
+    fake_.searchPaths.whenLoginNameIsAsked = [&] { made.emplace_back("installation"); };
+    fake_.bundle.whenAsked = [&](const std::string& what) {
+        if (what == "select_host") made.emplace_back("hosts");
+    };
+    installQuietly(fake_.platform);
+    EXPECT_THAT(made, ElementsAre("installation", "hosts"));
 }
 
 TEST_F(QuietInstallation, ListsTheSiblingEditorsButNoPhotoshopSinceNoWindowKeepsAList) {

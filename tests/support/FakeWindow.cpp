@@ -4,11 +4,13 @@
 
 namespace installer::test {
 
-void FakeWorkspace::end(const std::string& name) {
-    std::erase(running, name);
-    const auto handlers = *handlers_;
-    for (const auto& handler : handlers) {
-        if (std::ranges::find(*handlers_, handler) != handlers_->end()) (*handler)(name);
+void FakeWorkspace::endAtOnce(const std::vector<std::string>& names) {
+    for (const std::string& name : names) std::erase(running, name);
+    for (const std::string& name : names) {
+        const auto handlers = *handlers_;
+        for (const auto& handler : handlers) {
+            if (std::ranges::find(*handlers_, handler) != handlers_->end()) (*handler)(name);
+        }
     }
 }
 

@@ -74,7 +74,7 @@ Result<std::vector<FolderEntry>> entriesOf(const std::string& folder, int linkFl
     return listFolder(opened.get());
 }
 
-/// What lies in the folder is passed over, so somebody should know.
+/// A walk passes over what lies in the folder, so somebody should know.
 void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error) {
     if (error == std::errc::no_such_file_or_directory) return;
     log.log("Could not list the folder " + folder + ": " + error.message());
@@ -214,10 +214,7 @@ Result<std::vector<std::string>> LinuxFileManager::list(const std::string& folde
     const auto path = usablePath(folder);
     if (!path) return systemError(ENOENT);
     auto entries = entriesOf(*path, 0);
-    if (!entries) {
-        reportUnlisted(log_, folder, entries.error());
-        return entries.error();
-    }
+    if (!entries) return entries.error();
     std::vector<std::string> names;
     names.reserve(entries.value().size());
     for (auto& entry : entries.value()) names.push_back(std::move(entry.name));

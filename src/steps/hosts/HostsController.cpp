@@ -114,6 +114,8 @@ void HostsController::finishCustomHost(UnknownHostModel& host) {
     // No host ever offers its scripts and panels, so a custom folder gets none, chosen or not.
     host.setShouldInstallPanels(false);
     host.setShouldInstallScripts(false);
+    // Switched off for this host, the plug-in stays off, on purpose: the box that is switched on
+    // again only counts for a custom folder that is made anew.
     if (!installPluginForCustomInstall_) host.setShouldInstallPlugIns(false);
     defaults_.setObject(host.plugInPath(), customPathKey);
 }
