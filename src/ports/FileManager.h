@@ -44,6 +44,19 @@ struct WalkEntry {
 
 enum class WalkDepth { entries, everything };
 
+/// One entry of a tree that `FileManager::readTree` has read.
+struct TreeEntry {
+    std::string name;
+    FileType type = FileType::other;
+    bool isPackage = false;   ///< a folder that is presented as one item
+    std::uint64_t bytes = 0;  ///< the size of a regular file, else 0
+    /// Tells the names of one file in the tree: equal numbers are the same file. 0 for a regular
+    /// file that has only one name anywhere, and for all other entries.
+    std::uint64_t sharedFile = 0;
+    bool isUnreadable = false;       ///< a folder whose entries could not be listed
+    std::vector<TreeEntry> entries;  ///< of a folder, in the file system's own order
+};
+
 /// A file that was opened for writing. Destroying it closes the file.
 class WritableFile {
   public:
@@ -83,6 +96,14 @@ class FileManager {
     /// visited.
     virtual void walk(const std::string& folder, WalkDepth depth,
                       const std::function<void(const WalkEntry&)>& visit) = 0;
+
+    /// Everything in the folder, hidden entries and the contents of packages included, each folder
+    /// listed once. Links are entries of their own. Follows links for `folder` itself only. A
+    /// folder in the tree that cannot be listed is marked, and the rest is read; an error when
+    /// `folder` itself is missing, unreadable or no folder. Tells `progress`, when one is given,
+    /// from time to time that it goes on, with 0 bytes.
+    [[nodiscard]] virtual Result<std::vector<TreeEntry>> readTree(const std::string& folder,
+                                                                  ProgressSink* progress) = 0;
 
     /// Whether the path is a folder that is presented as one item: by its name's suffix, whatever
     /// it holds. Does not follow links.

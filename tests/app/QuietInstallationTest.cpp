@@ -1,4 +1,5 @@
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -42,9 +43,12 @@ TEST_F(QuietInstallation, InstallsIntoEveryHostThatIsFound) {
 TEST_F(QuietInstallation, MakesTheInstallationBeforeItSearchesForHosts) {
     std::vector<std::string> made;
     fake_.searchPaths.whenLoginNameIsAsked = [&] { made.emplace_back("installation"); };
-    fake_.bundle.whenAsked = [&](const std::string& what) {
-        if (what == "select_host") made.emplace_back("hosts");
-    };
+    fake_.files.setFault([&](const RecordingFileManager::Operation& operation) {
+        if (operation.front() == "read" && operation[1].ends_with(" Paths")) {
+            made.emplace_back("hosts");
+        }
+        return std::error_code();
+    });
     installQuietly(fake_.platform);
     EXPECT_THAT(made, ElementsAre("installation", "hosts"));
 }

@@ -56,6 +56,19 @@ void FailingFileManager::walk(const std::string& folder, WalkDepth depth,
     files_.walk(folder, depth, visit);
 }
 
+Result<std::vector<TreeEntry>> FailingFileManager::readTree(const std::string& folder,
+                                                            ProgressSink* progress) {
+    const FaultPlan* plan = faults_.next({"readTree", folder});
+    if (plan != nullptr && plan->afterEffect == AfterEffect::nothing) return errorOf(*plan);
+    auto tree = files_.readTree(folder, progress);
+    if (plan == nullptr || !tree) return tree;
+    for (TreeEntry& entry : tree.value()) {
+        entry.isUnreadable = entry.type == FileType::folder;
+        entry.entries.clear();
+    }
+    return tree;
+}
+
 bool FailingFileManager::isPackage(const std::string& path) {
     return faults_.next({"isPackage", path}) == nullptr && files_.isPackage(path);
 }

@@ -16,6 +16,7 @@ namespace installer::test {
 ///   bytesToCopy                 0
 ///   list, attributes, read      nothing but the error
 ///   walk                        nothing is visited; part: what is in sub-folders is passed over
+///   readTree                    nothing but the error; part: sub-folders cannot be read
 ///   copy, createFile            nothing
 ///   remove                      the entry, whole; part and everything: it is gone
 ///   createFolders               nothing; part: the folders above; everything: the folder too
@@ -31,6 +32,8 @@ class FailingFileManager : public FileManager {
     Result<std::vector<std::string>> list(const std::string& folder) override;
     void walk(const std::string& folder, WalkDepth depth,
               const std::function<void(const WalkEntry&)>& visit) override;
+    Result<std::vector<TreeEntry>> readTree(const std::string& folder,
+                                            ProgressSink* progress) override;
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;

@@ -26,7 +26,7 @@ class FakeTool : public PrivilegedTool {
     std::vector<std::string>& journal_;
 };
 
-std::string joined(const std::vector<std::string>& words) {
+std::string joinedWords(const std::vector<std::string>& words) {
     std::string line;
     for (const std::string& word : words) line += (line.empty() ? "" : " ") + word;
     return line;
@@ -48,7 +48,7 @@ class FakeAuthorizations::Fake : public Authorization {
                              const std::vector<std::string>& arguments) override {
         std::vector<std::string> command = {tool};
         command.insert(command.end(), arguments.begin(), arguments.end());
-        owner_.journal_.push_back(joined(command));
+        owner_.journal_.push_back(joinedWords(command));
         const std::int32_t refusal = owner_.status ? owner_.status(command) : 0;
         if (refusal != 0) return {refusal, nullptr};
         if (!owner_.works || owner_.works(command)) owner_.perform(command);

@@ -30,6 +30,7 @@ const std::map<std::string, FileOperation> fileOperations = {
     {"bytesToCopy", {.givesAnError = false}},
     {"walk", {.givesAnError = false, .effects = partToo}},
     {"list", {}},
+    {"readTree", {.effects = partToo}},
     {"attributes", {}},
     {"read", {}},
     {"copy", {}},

@@ -181,6 +181,30 @@ void MemoryFileManager::walk(const std::string& folder, WalkDepth depth,
     }
 }
 
+std::vector<TreeEntry> MemoryFileManager::treeEntriesOf(const std::string& folder) {
+    std::vector<TreeEntry> entries;
+    for (const std::string& path : entriesOf(folder)) {
+        const Node& node = nodes_.at(path);
+        TreeEntry entry;
+        entry.name = lastPathComponent(path);
+        entry.type = node.type;
+        entry.isPackage = isPackage(path);
+        if (node.type == FileType::regular) entry.bytes = node.contents.size();
+        entry.entries = treeEntriesOf(path);
+        entries.push_back(std::move(entry));
+    }
+    return entries;
+}
+
+Result<std::vector<TreeEntry>> MemoryFileManager::readTree(const std::string& folder,
+                                                           ProgressSink* progress) {
+    const Node* node = find(folder);
+    if (node == nullptr) return failure(std::errc::no_such_file_or_directory);
+    if (node->type != FileType::folder) return failure(std::errc::not_a_directory);
+    if (progress != nullptr) progress->bytesCopied(0);
+    return treeEntriesOf(withSingleSeparators(folder));
+}
+
 bool MemoryFileManager::isPackage(const std::string& path) {
     const Node* node = find(path);
     return node != nullptr && node->type == FileType::folder &&

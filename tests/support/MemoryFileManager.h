@@ -58,6 +58,8 @@ class MemoryFileManager : public FileManager {
     Result<std::vector<std::string>> list(const std::string& folder) override;
     void walk(const std::string& folder, WalkDepth depth,
               const std::function<void(const WalkEntry&)>& visit) override;
+    Result<std::vector<TreeEntry>> readTree(const std::string& folder,
+                                            ProgressSink* progress) override;
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
@@ -78,6 +80,7 @@ class MemoryFileManager : public FileManager {
     [[nodiscard]] Node* find(const std::string& path);
     [[nodiscard]] bool mayChange(const std::string& path) const;
     [[nodiscard]] std::vector<std::string> entriesOf(const std::string& folder) const;
+    [[nodiscard]] std::vector<TreeEntry> treeEntriesOf(const std::string& folder);
     [[nodiscard]] std::vector<std::string> treeOf(const std::string& path) const;
 
     std::map<std::string, Node> nodes_;

@@ -1,5 +1,7 @@
 #include "tests/support/RecordingFileManager.h"
 
+#include "foundation/values/Paths.h"
+
 namespace installer::test {
 
 namespace {
@@ -28,14 +30,39 @@ bool RecordingFileManager::exists(const std::string& path) {
 }
 
 Result<std::vector<std::string>> RecordingFileManager::list(const std::string& folder) {
+    looks.push_back("list " + folder);
     if (const auto error = faultOf({"list", folder})) return error;
     return files_.list(folder);
 }
 
 void RecordingFileManager::walk(const std::string& folder, WalkDepth depth,
                                 const std::function<void(const WalkEntry&)>& visit) {
+    looks.push_back("walk " + folder);
     if (faultOf({"walk", folder})) return;
     files_.walk(folder, depth, visit);
+}
+
+Result<std::vector<TreeEntry>> RecordingFileManager::readTree(const std::string& folder,
+                                                              ProgressSink* progress) {
+    looks.push_back("readTree " + folder);
+    if (const auto error = faultOf({"readTree", folder})) return error;
+    auto tree = files_.readTree(folder, progress);
+    if (tree) markUnreadable(folder, tree.value());
+    return tree;
+}
+
+void RecordingFileManager::markUnreadable(const std::string& folder,
+                                          std::vector<TreeEntry>& entries) {
+    for (TreeEntry& entry : entries) {
+        if (entry.type != FileType::folder) continue;
+        const std::string path = joinPath(folder, entry.name);
+        if (faultOf({"readTree", path})) {
+            entry.isUnreadable = true;
+            entry.entries.clear();
+        } else {
+            markUnreadable(path, entry.entries);
+        }
+    }
 }
 
 bool RecordingFileManager::isPackage(const std::string& path) {

@@ -24,6 +24,8 @@ class RecordingFileManager : public FileManager {
         : files_(files), journal_(journal) {}
 
     int measured = 0;  ///< how often the size of an entry was asked for
+    /// Every look at what is in a folder: "list", "walk" or "readTree" and the folder.
+    std::vector<std::string> looks;
 
     void setFault(Fault fault) { fault_ = std::move(fault); }
 
@@ -31,6 +33,8 @@ class RecordingFileManager : public FileManager {
     Result<std::vector<std::string>> list(const std::string& folder) override;
     void walk(const std::string& folder, WalkDepth depth,
               const std::function<void(const WalkEntry&)>& visit) override;
+    Result<std::vector<TreeEntry>> readTree(const std::string& folder,
+                                            ProgressSink* progress) override;
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
@@ -45,6 +49,8 @@ class RecordingFileManager : public FileManager {
     Result<std::unique_ptr<WritableFile>> openForWriting(const std::string& path) override;
 
   private:
+    /// Makes the folders of a tree unreadable whose reading the test wants to fail.
+    void markUnreadable(const std::string& folder, std::vector<TreeEntry>& entries);
     [[nodiscard]] std::error_code faultOf(const Operation& operation) const;
     void record(const std::string& line) { journal_.push_back(line); }
 

@@ -105,6 +105,23 @@ class WindowKeyboard(WindowTest):
         window.keys("ctrl+q")
         self.assertEqual(window.wait_for_end(), 0)
 
+    def test_the_menu_key_opens_the_menu_and_escape_closes_it(self):
+        window = self.start()
+        window.wait_for_label(self.text("license_instructions"))
+        window.keys("F10")
+        window.find("menu item", self.text("about_menu_fmt"))
+        window.keys("Escape")
+        window.wait_until_gone("menu item", self.text("about_menu_fmt"))
+        window.tab_to(self.text("menu_name"))
+        window.keys("Return")
+        window.find("menu item", self.text("quit_menu_fmt"))
+
+    def test_alt_and_a_letter_press_a_button(self):
+        window = self.start()
+        window.wait_for_label(self.text("license_instructions"))
+        window.keys("alt+c")
+        window.wait_for_label(self.text("agree_message"))
+
     def test_a_new_page_does_not_leave_the_focus_on_a_control_that_has_gone(self):
         window = self.reach_hosts(self.start())
         window.tab_into_list("Adobe Photoshop CS6")

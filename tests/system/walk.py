@@ -52,8 +52,9 @@ class ShippedProduct(Product):
         return cls(folder, leave_out=())
 
     def text(self, key, *arguments, language="en"):
-        table = read_table(self.resources / f"{language}.lproj/Localizable.strings")
-        return filled(table[key], *arguments)
+        """The text of that key. Where a text takes a name and none is given, it is the product's."""
+        text = read_table(self.resources / f"{language}.lproj/Localizable.strings")[key]
+        return filled(text, *(arguments or [self.name] * len(ARGUMENT.findall(text))))
 
     def add_sample_payload(self):
         support = f"HD/Library/Application Support/{self.company}/{self.name}"

@@ -145,21 +145,19 @@ class Window:
         self.wait_until(lambda: control.checked == checked, f'"{name}" to change')
 
     def set_row_checked(self, name, checked):
-        """Ticks or unticks the list's row: goes to it and presses the space bar. The toolkit offers
-        the box of a row to nobody but mouse and keyboard.
+        """Ticks or unticks the list's row by a click. The toolkit offers the box of a row to nobody
+        but mouse and keyboard.
         """
         row = self.find("list item", name)
         if row.checked != checked:
             self.click(row)
-            self.wait_until(lambda: row.focused, f'the row "{name}" to have the focus')
-            self.keys("space")
         self.wait_until(lambda: row.checked == checked, f'the row "{name}" to change')
 
     def choose_menu_item(self, name):
-        """Opens the menu and takes the item, with the mouse: an item that asks a question would
-        keep the accessibility bus waiting for the answer.
+        """Opens the menu with its key and takes the item with the mouse: an item that asks a
+        question would keep the accessibility bus waiting for the answer.
         """
-        self.click(self.wait_until_enabled("menu item", self.find("menu bar").first_child().name))
+        self.keys("F10")
         self.click(self.wait_until_enabled("menu item", name))
 
     # Keys, as they come from a keyboard

@@ -6,14 +6,15 @@
 
 namespace installer {
 
-/// The suffixes that make a folder a package: something presented to people as one item. The one
-/// list of the system.
+/// A folder whose name ends in one of these suffixes is a package: people see it as one item. There
+/// is no other list of them. The folder panel of the custom install does not ask for a name: it
+/// hides each folder that holds an entry "Contents".
 inline constexpr std::array<std::string_view, 12> packageSuffixes = {
     "app",      "bundle",      "plugin",     "component", "kext", "lrplugin",
     "prefPane", "qlgenerator", "mdimporter", "pkg",       "mpkg", "rtfd"};
 
-/// Whether a folder of that name is a package. Letter case counts, and something must stand
-/// before the suffix: ".app" is a hidden folder.
+/// Whether a folder with that name is a package. Case-sensitive. The suffix alone is not enough:
+/// ".app" is a hidden folder.
 [[nodiscard]] constexpr bool isPackageName(std::string_view name) {
     const auto dot = name.rfind('.');
     if (dot == std::string_view::npos || dot == 0) return false;

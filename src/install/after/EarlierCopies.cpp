@@ -20,7 +20,7 @@ namespace installer {
 
 namespace {
 
-/// Gives the number of results.
+/// Returns the number of results.
 std::size_t gathered(FileQuery& query, EventLoop& eventLoop) {
     query.start();
     eventLoop.runUntilNow();
@@ -42,8 +42,8 @@ void EarlierCopies::unInstallForHost(const HostModel& host) {
     }
 }
 
-/// Plug-in folders come from files that others have written. None of them may turn the search of a
-/// folder into one of the whole disk.
+/// Other programs write the files that name the plug-in folders. Such a file must not make this
+/// search, and then delete from, a whole disk.
 bool EarlierCopies::canSearch(const std::string& folder) const {
     if (!folder.starts_with('/') || folder == "/") return false;
     if (folder == withSingleSeparators(platform_.searchPaths.onTargetVolume("/"))) return false;
@@ -56,8 +56,8 @@ bool EarlierCopies::canSearch(const std::string& folder) const {
 std::vector<std::string> EarlierCopies::searchedNames() const {
     const PlugInFilesModel paths(platform_);
     const auto plugIns = platform_.files.list(paths.getPlugInDirInBundle());
-    // Without it the auto-layer items are not searched either, on purpose: an installer that
-    // carries no plug-ins takes nothing away.
+    // Without plug-ins the auto-layer items are not searched either, on purpose: an installer
+    // without plug-ins removes nothing.
     if (!plugIns) return {};
     std::vector<std::string> names = plugIns.value();
     const auto autoLayerItems = platform_.files.list(paths.getAutoLayerDirInBundle());

@@ -10,17 +10,18 @@ class HostModel;
 class PrivilegedCommands;
 struct Platform;
 
-/// What earlier installations have left in a host's plug-in folder: entries, at whatever depth,
-/// that have the name of a plug-in or of an auto-layer item that this installer carries.
+/// Copies that earlier installations have left in a host's plug-in folder: entries at any depth
+/// with the name of a plug-in or an auto-layer item of this installer's bundle. In reserve: no run
+/// searches for them.
 class EarlierCopies {
   public:
     EarlierCopies(Platform& platform, PrivilegedCommands& commands)
         : platform_(platform), commands_(commands) {}
 
-    /// Removes them as the administrator, and says in the system log what was found. When that is
-    /// refused the run's `authDenied` is set and the rest is left; any other failure is nobody's
-    /// concern. Turns the event loop while it searches. Nothing is searched when the folder is not
-    /// known, or would be a whole disk.
+    /// Removes them as the administrator, and logs what was found. If the rights are refused, it
+    /// sets the run's `authDenied` and stops; any other failure is ignored. Turns the event loop
+    /// while it searches. Does nothing if the host has no plug-in folder, or if that folder is the
+    /// root of a disk.
     void unInstallForHost(const HostModel& host);
 
   private:

@@ -10,15 +10,17 @@ class HostModel;
 struct InstallRun;
 struct Platform;
 
-/// The list of external editors that the maker's photo editor Prismor X offers: one row for the
-/// newest Photoshop and one for each of two sibling products that is installed.
+/// The list of external editors of the maker's photo editor Prismor X. It has one row for the
+/// newest Photoshop of the given hosts, and one for each of two sibling products if it is
+/// installed. A quiet run gives no hosts; a window gives the found ones, but nothing enables its
+/// check box today.
 class ExternalEditorList {
   public:
     ExternalEditorList(Platform& platform, InstallRun& run, DestinationFolders& folders)
         : platform_(platform), run_(run), folders_(folders) {}
 
-    /// Writes the list from scratch. With nothing to list there is no file afterwards; a file
-    /// that cannot be written is not reported.
+    /// Removes the old list and writes a new one. Without a row there is no file afterwards. A
+    /// failure to write is not reported.
     void configurePrismorExternalEditors(const std::vector<HostModel>& foundHosts);
 
   private:

@@ -4,13 +4,13 @@ namespace installer {
 
 struct Platform;
 
-/// Deletes the stale files "manifest.xml" that earlier products of the maker have left anywhere
-/// in the maker's folder in the user's Application Support, but not inside packages.
+/// Deletes stale files that earlier products of the maker have left: each file "manifest.xml" at
+/// any depth in the maker's folder in the user's Application Support, except inside packages.
 class ManifestCleaner {
   public:
     explicit ManifestCleaner(Platform& platform) : platform_(platform) {}
 
-    /// What cannot be read or deleted is passed over.
+    /// Skips what cannot be read or deleted.
     void cleanManifests();
 
   private:

@@ -1,48 +1,33 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include <span>
 
 namespace installer {
 
 class FileInstaller;
 class PrivilegedCommands;
+struct PlannedItem;
 struct Platform;
 
-/// The payload's folder "HD", which looks like the target disk seen from its root.
+/// Installs the payload's folder "HD", which looks like the target disk seen from its root.
 class DiskMirror {
   public:
-    DiskMirror(Platform& platform, PrivilegedCommands& commands, FileInstaller& installer);
+    DiskMirror(Platform& platform, PrivilegedCommands& commands, FileInstaller& installer)
+        : platform_(platform), commands_(commands), installer_(installer) {}
 
-    /// Installs every package, wherever it lies, then what lies in the folders of the maker's
-    /// products. Nothing else in the mirror is ever installed. Goes on after a refusal: the
-    /// application database and the quarantine are then seen to all the same.
+    /// Installs the mirror items of a plan: the packages, then the product folders. Goes on after
+    /// a refusal: the application database and the quarantine are then seen to all the same.
+    void installFiles(std::span<const PlannedItem> items);
+
+    /// The same on its own: reads the mirror first.
     void installFiles();
 
-    /// What `installFiles` copies, in that order.
-    [[nodiscard]] static std::vector<std::string> sources(Platform& platform);
-
-    /// `HD` in the payload.
-    [[nodiscard]] static std::string folder(Platform& platform);
-    /// The maker's folder in the mirror's Application Support, which holds the product folders.
-    [[nodiscard]] static std::string companyFolder(Platform& platform);
-
   private:
-    /// A folder of one of the maker's products and what of it is copied.
-    struct ProductFolder {
-        std::string path;
-        std::vector<std::string> items;
-    };
-
-    [[nodiscard]] static std::vector<std::string> packages(Platform& platform);
-    [[nodiscard]] static std::vector<ProductFolder> productFolders(Platform& platform);
-    void installPackage(const std::string& package);
-    [[nodiscard]] std::string targetPath(const std::string& path) const;
+    void installPackage(const PlannedItem& package);
 
     Platform& platform_;
     PrivilegedCommands& commands_;
     FileInstaller& installer_;
-    std::string folder_;
 };
 
 }  // namespace installer

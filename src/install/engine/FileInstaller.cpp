@@ -5,6 +5,7 @@
 
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
+#include "install/plan/InstallPlan.h"
 #include "install/run/InstallProgress.h"
 #include "ports/Clock.h"
 #include "ports/FileManager.h"
@@ -28,6 +29,22 @@ FileInstaller::FileInstaller(Platform& platform, InstallRun& run, PrivilegedComm
 void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
                                        const std::string& toPath, bool isBundle,
                                        bool alwaysInstall) {
+    std::vector<Source> items;
+    items.reserve(sources.size());
+    for (const std::string& source : sources) items.push_back({source, std::nullopt});
+    installEach(items, toPath, isBundle, alwaysInstall);
+}
+
+void FileInstaller::install(std::span<const PlannedItem> items) {
+    if (items.empty()) return;
+    std::vector<Source> sources;
+    sources.reserve(items.size());
+    for (const PlannedItem& item : items) sources.push_back({item.source, item.bytes});
+    installEach(sources, items.front().destinationFolder, items.front().isPackage, true);
+}
+
+void FileInstaller::installEach(const std::vector<Source>& sources, const std::string& toPath,
+                                bool isBundle, bool alwaysInstall) {
     const std::string folder = withSingleSeparators(toPath);
     folders_.ensureDirExists(folder);
     if (run_.authDenied) return;
@@ -35,8 +52,9 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
     // Survives from item to item on purpose: an item that is kept because it is newer also holds
     // back the missing items after it, until the next one that exists is decided.
     bool carry = true;
-    for (const std::string& source : sources) {
-        beginItem(source);
+    for (const Source& item : sources) {
+        beginItem(item);
+        const std::string& source = item.path;
         const std::string destination = joinPath(folder, lastPathComponent(source));
         const bool isThere = platform_.files.exists(destination);
         if (isThere) carry = alwaysInstall || mayReplace(source, destination, isBundle);
@@ -49,14 +67,14 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
     if (run_.progress != nullptr) run_.progress->endItem();
 }
 
-void FileInstaller::beginItem(const std::string& source) {
+void FileInstaller::beginItem(const Source& source) {
     const std::string text =
-        localizedText(platform_.bundle, "installing_file") + lastPathComponent(source);
+        localizedText(platform_.bundle, "installing_file") + lastPathComponent(source.path);
     platform_.log.log(text);
     showText_(text);
-    if (run_.progress != nullptr) {
-        run_.progress->beginItem(platform_.files.bytesToCopy(source));
-    }
+    if (run_.progress == nullptr) return;
+    run_.progress->beginItem(source.bytes ? *source.bytes
+                                          : platform_.files.bytesToCopy(source.path));
 }
 
 bool FileInstaller::mayReplace(const std::string& source, const std::string& destination,

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,6 +14,8 @@
 
 namespace installer {
 
+struct PlannedItem;
+
 /// Puts items of the payload where they belong, replacing what is there.
 class FileInstaller {
   public:
@@ -20,19 +25,33 @@ class FileInstaller {
     FileInstaller(Platform& platform, InstallRun& run, PrivilegedCommands& commands,
                   DestinationFolders& folders, FileErrorAlerts& errors, ShowText showText);
 
-    /// Installs each item into the folder `toPath`, which is made when it is missing. An existing
-    /// item of the name is removed whole first, never merged with; unless `alwaysInstall` it may
-    /// be kept, by its version when `isBundle`, else by its modification date. The user's own
-    /// rights are tried first, then the administrator's. An item that cannot be installed is
-    /// reported, and the next one follows; refused administrator rights end the operation at
-    /// once, also when they were refused before it.
+    /// Installs each item into the folder `toPath`, which is made if it is missing. An existing
+    /// item of the same name is removed first; its contents are never merged with the new one's.
+    ///
+    /// With `alwaysInstall` false, an existing item may be kept: `ReplaceDecision` compares the
+    /// versions if `isBundle`, else the modification dates. Every caller passes true, so today no
+    /// run keeps an item.
+    ///
+    /// Each file operation is tried as the user first, then as the administrator. An item that
+    /// cannot be installed is reported, and the next one follows. Refused administrator rights end
+    /// the operation at once, even if they were refused before it.
     void installSourceFiles(const std::vector<std::string>& sources, const std::string& toPath,
                             bool isBundle, bool alwaysInstall);
+
+    /// The same for items of a plan, which go into the folder of the first one, and always install.
+    void install(std::span<const PlannedItem> items);
 
   private:
     using Outcome = PrivilegedCommands::Outcome;
 
-    void beginItem(const std::string& source);
+    struct Source {
+        std::string path;
+        std::optional<std::uint64_t> bytes;  ///< nullopt if nobody has measured it
+    };
+
+    void installEach(const std::vector<Source>& sources, const std::string& toPath, bool isBundle,
+                     bool alwaysInstall);
+    void beginItem(const Source& source);
     [[nodiscard]] bool mayReplace(const std::string& source, const std::string& destination,
                                   bool isBundle) const;
     [[nodiscard]] Outcome removeExisting(const std::string& destination);

@@ -12,26 +12,27 @@ class Bundles;
 class FileManager;
 struct Platform;
 
-/// Whether what is already installed gives way to an item of the payload.
+/// Whether an existing item is replaced by an item of the payload. In reserve: `FileInstaller` asks
+/// only if its caller passes `alwaysInstall` false, and every caller passes true.
 class ReplaceDecision {
   public:
     explicit ReplaceDecision(Platform& platform);
 
-    /// The bundle's version as one number, or none when it has no version: each part between the
-    /// dots becomes at least four digits, and all the digits together are the number. Parts are
-    /// not filled up, so 1.2.3 is greater than 2.0; versions are only compared with versions of
-    /// as many parts. A part counts as the whole number that it begins with, 0 when there is
-    /// none ("5b2" is 5, "b5" is 0, "1e3" is 1), and may be of any size. Only a negative first
-    /// part makes the version negative; a version ends before any later negative one.
+    /// The bundle's version as one number, or nullopt if it has no version. Each part between the
+    /// dots becomes at least four digits, and all digits together are the number: 1.2.3 gives
+    /// 100020003. Missing parts are not added, so 1.2.3 is greater than 2.0. Compare only versions
+    /// with the same number of parts. A part counts as the whole number that it begins with, else
+    /// as 0 ("5b2" is 5, "b5" is 0, "1e3" is 1), and may be of any size. A negative first part
+    /// makes the version negative; the version ends before any later negative part.
     [[nodiscard]] static std::optional<DecimalNumber> versionFromBundle(const Bundle& bundle);
 
-    /// False when the existing bundle is newer than the source, or the source is no bundle, or
-    /// has no version. An existing one without a version gives way to any that has one.
+    /// False if the existing bundle is newer than the source, or if the source is not a bundle or
+    /// has no version. A source with a version replaces an existing bundle without one.
     [[nodiscard]] bool isFileOkToInstallByBundleVersion(const std::string& source,
                                                         const std::string& alreadyThere) const;
 
-    /// False when the existing entry was modified after the source. An empty folder gives way to
-    /// everything. A date that cannot be read keeps nothing from being installed.
+    /// False if the existing entry was modified after the source. An empty folder is always
+    /// replaced. If a date cannot be read, the answer is true.
     [[nodiscard]] bool isFileOkToInstallByModificationTime(const std::string& source,
                                                            const std::string& alreadyThere) const;
 

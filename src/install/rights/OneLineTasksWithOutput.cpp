@@ -47,8 +47,8 @@ std::int32_t truncated(std::int32_t status) {
     return static_cast<std::int16_t>(static_cast<std::uint32_t>(status) & 0xffffU);
 }
 
-/// Each chunk is decoded by itself: bytes that are no whole character in it, those of a character
-/// that the end of a chunk cut in two among them, become U+FFFD each.
+/// Each chunk is decoded by itself. Each byte that is not part of a whole character in its chunk
+/// becomes U+FFFD, so a character that a chunk's end cuts in two is lost.
 std::string decodedChunk(std::string_view chunk) {
     if (isUtf8(chunk)) return std::string(chunk);
     std::string text;
@@ -83,7 +83,7 @@ std::string readOutput(PrivilegedTool& tool) {
     }
 }
 
-/// What became of a start: the launch's own status, or that the tool was lost since.
+/// The status of the launch; if that is 0, the status of the tool, which may have been lost since.
 std::int32_t statusNow(const PrivilegedLaunch& launch) {
     if (truncated(launch.status) != 0 || launch.tool == nullptr) return truncated(launch.status);
     return truncated(launch.tool->status());

@@ -12,11 +12,11 @@ class Authorization;
 class ChildProcesses;
 class EventLoop;
 
-/// Why a tool could not be run. A tool that ran and failed is not an error.
+/// Why a tool could not be run. A tool that ran and failed gives no error.
 struct TaskError {
     /// The unprivileged run could not launch the tool or read its output.
     static constexpr std::int32_t launchFailed = -1;
-    /// The unprivileged run gave a result, and the tool wrote to its standard error.
+    /// The unprivileged run has a result, but the tool also wrote to its standard error.
     static constexpr std::int32_t wroteToStandardError = -2;
     static constexpr const char* errorDomain = "com.apple.NSTask.OneLineTasksWithOutput";
 
@@ -26,25 +26,26 @@ struct TaskError {
     std::map<std::string, std::string> userInformation;
 };
 
-/// Runs one tool with a list of arguments and gives what it wrote as one text. None throws, none
-/// has a time-out: a tool that never ends blocks the caller. An error slot, where one is given, is
-/// always stored to: the error, or none.
+/// The command runner: runs one tool with a list of arguments and returns its output as one text.
+/// No operation throws. No operation has a time-out: a tool that never ends blocks the caller. If
+/// the caller gives an error slot, it always receives a value: the error, or nullopt.
 class OneLineTasksWithOutput {
   public:
     OneLineTasksWithOutput(ChildProcesses& processes, EventLoop& eventLoop)
         : processes_(processes), eventLoop_(eventLoop) {}
 
-    /// Runs the tool as the current user and keeps the event loop turning meanwhile. A result
-    /// together with `wroteToStandardError` is a success with a warning; none is a failure.
+    /// Runs the tool as the current user and turns the event loop until it ends. A text together
+    /// with `wroteToStandardError` is a success with a warning; nullopt is a failure. In reserve:
+    /// no run calls it.
     std::optional<std::string> stringByLaunchingPathWithArguments(
         const std::string& path, const std::vector<std::string>& arguments,
         std::optional<TaskError>* error);
 
-    /// Runs the tool as the administrator. A launch that was refused gives none and an error whose
-    /// code is the authorization status cut to its low 16 bits; the tool's own exit status is
-    /// nobody's concern. The first 64 bytes of what the tool writes are never in the result, on
-    /// purpose. `wait` false skips the wait for the tool's end; its output is read to the end all
-    /// the same. Blocks the caller.
+    /// Runs the tool as the administrator and blocks the caller. If the launch is refused, the
+    /// result is nullopt, and the error's code is the low 16 bits of the authorization status, with
+    /// their sign. The tool's exit status is ignored. The first 64 bytes of the tool's output are
+    /// never in the result, on purpose. With `wait` false, the tool's end is not waited for, but
+    /// its output is still read to the end.
     std::optional<std::string> stringByLaunchingPathWithArguments(
         const std::string& path, const std::vector<std::string>& arguments,
         Authorization& authorization, std::optional<TaskError>* error, bool wait);

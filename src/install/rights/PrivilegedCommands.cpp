@@ -10,7 +10,7 @@ constexpr const char* lsregister =
     "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
     "LaunchServices.framework/Versions/A/Support/lsregister";
 
-/// A command without an authorization is refused as any other.
+/// The error of a command that has no authorization: the same as for a denied request.
 TaskError deniedError() {
     TaskError error;
     error.code = static_cast<std::uint16_t>(authorization_status::denied);

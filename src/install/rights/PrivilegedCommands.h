@@ -12,15 +12,16 @@ namespace installer {
 
 struct Platform;
 
-/// Whether the code of a failed privileged command says that the user will not get administrator
-/// rights: an authorization status from -60006 (cancelled) to -59996, as the command runner cuts
-/// it to 16 bits.
+/// Whether the error code of a privileged command means that the user will not get administrator
+/// rights. These are the codes 5530 to 5540. They are the authorization statuses -60006 to -59996
+/// after the command runner has cut them to 16 bits: 5530 is -60006, the user has cancelled; 5531
+/// is -60005, the request was denied; the others are their neighbours.
 [[nodiscard]] bool isFatalAuthCode(std::uint32_t code);
 
-/// Every command that an install run gives as the administrator, under the run's authorization,
-/// each with the exact tool and arguments. What a tool did is never asked: the caller looks at
-/// the disk. Operations that give an outcome set the run's `authDenied` when the rights are
-/// refused, and their caller then stops what it is doing; the others do not care.
+/// Every command that an install run gives as the administrator, with the exact tool and arguments.
+/// Each uses the run's authorization; without one it is refused. A tool's own result is never
+/// reported: the caller looks at the disk. Operations that return an `Outcome` set the run's
+/// `authDenied` if the rights are refused, and the caller then stops. The others ignore a refusal.
 class PrivilegedCommands {
   public:
     enum class Outcome { finished, refused };
@@ -40,16 +41,16 @@ class PrivilegedCommands {
     /// Starts the refresh of the application database and does not wait for its end.
     void runLsregister();
 
-    /// An empty log file that the user may write, in place of the one that may be there.
+    /// Replaces the log by an empty file that the user may write to.
     void renewLogFile(const std::string& path);
-    /// An empty file that the user and the administrators may write.
+    /// Makes an empty file that the user and the administrators may write to.
     void makeIdentifierFile(const std::string& path);
 
   private:
     using Arguments = std::vector<std::string>;
     enum class Output { read, leave };
 
-    /// The error that the runner stored, or none.
+    /// The error that the runner stored, or nullopt.
     std::optional<TaskError> run(const std::string& tool, const Arguments& arguments,
                                  Output output = Output::read);
     [[nodiscard]] Outcome runChecked(const std::string& tool, const Arguments& arguments,

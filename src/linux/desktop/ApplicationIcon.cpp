@@ -8,6 +8,7 @@
 
 #include "foundation/values/PackageName.h"
 #include "foundation/values/Paths.h"
+#include "linux/bundle/PackageLayout.h"
 #include "ports/Bundle.h"
 
 namespace installer {
@@ -17,9 +18,9 @@ namespace {
 /// "" for a name that already has its suffix. What every window can show comes first.
 constexpr std::array<const char*, 5> iconTypes = {"", "png", "svg", "tiff", "icns"};
 constexpr const char* usualIcon = "AppIcon";
-constexpr std::string_view applicationSuffix = ".app";
+constexpr std::string_view iconBundleSuffix = ".app";
 
-bool isFolder(const std::string& path) {
+bool isExistingFolder(const std::string& path) {
     std::error_code error;
     return path.find('\0') == std::string::npos && std::filesystem::is_directory(path, error);
 }
@@ -30,10 +31,7 @@ bool isFile(const std::string& path) {
 }
 
 std::optional<std::string> iconNamed(const Bundle& bundle, const std::string& name) {
-    // A property list cannot lead out of the resources.
-    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) {
-        return std::nullopt;
-    }
+    if (!isPlainFileName(name)) return std::nullopt;
     for (const char* type : iconTypes) {
         const auto path = bundle.resourcePath(name, type);
         if (path && isFile(*path)) return path;
@@ -54,8 +52,8 @@ std::string firstApplicationIn(const std::string& folder) {
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename().string();
         std::string path = entry->path().string();
-        const bool isApplication = !name.starts_with('.') && name.ends_with(applicationSuffix);
-        if (isApplication && isFolder(path)) return path;
+        const bool isApplication = !name.starts_with('.') && name.ends_with(iconBundleSuffix);
+        if (isApplication && isExistingFolder(path)) return path;
     }
     return "";
 }
@@ -63,7 +61,7 @@ std::string firstApplicationIn(const std::string& folder) {
 }  // namespace
 
 Image applicationIcon(const std::string& path, Bundles& bundles) {
-    if (!isFolder(path)) return {};
+    if (!isExistingFolder(path)) return {};
     const bool isPackage = isPackageName(lastPathComponent(path));
     const std::string package = isPackage ? path : firstApplicationIn(path);
     const auto bundle = package.empty() ? nullptr : bundles.open(package);

@@ -32,6 +32,8 @@ class LinuxFileManager : public FileManager {
     Result<std::vector<std::string>> list(const std::string& folder) override;
     void walk(const std::string& folder, WalkDepth depth,
               const std::function<void(const WalkEntry&)>& visit) override;
+    Result<std::vector<TreeEntry>> readTree(const std::string& folder,
+                                            ProgressSink* progress) override;
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;

@@ -9,7 +9,7 @@ namespace installer {
 
 namespace {
 
-std::uint8_t byteAt(std::string_view text, std::size_t place) {
+std::uint8_t octetAt(std::string_view text, std::size_t place) {
     return static_cast<std::uint8_t>(text[place]);
 }
 
@@ -50,7 +50,7 @@ std::string visibleText(std::string_view text) {
             line += text.substr(place, character.length);
         } else {
             for (std::size_t index = 0; index < character.length; ++index)
-                appendVisible(line, byteAt(text, place + index));
+                appendVisible(line, octetAt(text, place + index));
         }
         place += character.length;
     }

@@ -14,7 +14,7 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t bufferSize = 32768;
+constexpr std::size_t listingBufferSize = 32768;
 
 void appendEntries(std::vector<FolderEntry>& entries, const char* bytes, std::size_t count) {
     std::size_t offset = 0;
@@ -38,7 +38,7 @@ Result<std::vector<FolderEntry>> listFolder(int folder) {
 }
 
 Result<bool> listMore(int folder, std::vector<FolderEntry>& entries) {
-    alignas(dirent64) std::array<char, bufferSize> buffer;
+    alignas(dirent64) std::array<char, listingBufferSize> buffer;
     const auto count = getdents64(folder, buffer.data(), buffer.size());
     if (count < 0) return systemError();
     const std::size_t known = entries.size();

@@ -12,13 +12,10 @@
 
 #include "privileged/system/AwaitReadable.h"
 #include "privileged/system/FileDescriptor.h"
+#include "privileged/system/SystemError.h"
 
 namespace installer {
 namespace {
-
-std::error_code systemError(int number) {
-    return {number, std::generic_category()};
-}
 
 /// The two descriptions that posix_spawn takes, released together.
 class SpawnSettings {

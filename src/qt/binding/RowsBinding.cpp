@@ -6,6 +6,8 @@
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
+#include "qt/values/RowIcon.h"
+#include "qt/values/VisibleText.h"
 
 namespace installer {
 
@@ -16,15 +18,22 @@ constexpr int iconPathRole = ListRowDelegate::detailRole + 1;
 /// In a list with this property each row has a check box.
 constexpr const char* checkableProperty = "checkable";
 
+/// Rows of one list have icons of one size, those without a picture too.
+void showIcon(QListWidgetItem& item, const Image& icon, bool needsIcon) {
+    if (item.data(iconPathRole) == QVariant(toQt(icon.path))) return;
+    item.setData(iconPathRole, toQt(icon.path));
+    const int side = item.listWidget()->iconSize().width();
+    const QIcon picture = side > 0 ? rowIcon(icon.path, side) : QIcon();
+    item.setIcon(picture.isNull() && needsIcon ? placeholderIcon(side) : picture);
+}
+
 void showRow(QListWidgetItem& item, const ListRow& row, bool isCheckable) {
-    item.setText(toQt(row.title));
-    item.setData(ListRowDelegate::detailRole, toQt(row.detail));
-    item.setData(Qt::AccessibleDescriptionRole, toQt(row.detail));
+    const QString detail = withVisibleOverrides(toQt(row.detail));
+    item.setText(withVisibleOverrides(toQt(row.title)));
+    item.setData(ListRowDelegate::detailRole, detail);
+    item.setData(Qt::AccessibleDescriptionRole, detail);
     item.setToolTip(plainToolTip(row.detail.empty() ? row.title : row.detail));
-    if (item.data(iconPathRole) != QVariant(toQt(row.icon.path))) {
-        item.setData(iconPathRole, toQt(row.icon.path));
-        item.setIcon(row.icon.path.empty() ? QIcon() : QIcon(toQt(row.icon.path)));
-    }
+    showIcon(item, row.icon, isCheckable && item.listWidget()->iconSize().width() > 0);
     if (!isCheckable) return;
     item.setFlags(item.flags() | Qt::ItemIsUserCheckable);
     item.setCheckState(row.checked ? Qt::Checked : Qt::Unchecked);

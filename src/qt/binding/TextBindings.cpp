@@ -52,14 +52,17 @@ class BrowserText {
 
     void show(const StyledText& text) {
         const int place = text == shown_ ? browser_.verticalScrollBar()->value() : 0;
-        setStyledText(*browser_.document(), text, TextLook::of(browser_));
+        TextLook look = TextLook::of(browser_);
+        look.lineHeight = comfortableLineHeight;
+        setStyledText(*browser_.document(), text, look);
         browser_.moveCursor(QTextCursor::Start);
         browser_.verticalScrollBar()->setValue(place);
         shown_ = text;
     }
 
   private:
-    static constexpr int marginInFrame = 12;
+    static constexpr int marginInFrame = 16;
+    static constexpr int comfortableLineHeight = 125;
 
     QTextBrowser& browser_;
     StyledText shown_;

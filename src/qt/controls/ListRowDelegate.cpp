@@ -1,10 +1,12 @@
 #include "qt/controls/ListRowDelegate.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
 #include "qt/theme/ReadableColor.h"
+#include "qt/theme/TextSizes.h"
 
 namespace installer {
 
@@ -12,12 +14,16 @@ namespace {
 
 constexpr int space = 8;  // above and below a row's contents
 constexpr int gap = 4;    // before and after its texts
-constexpr double detailScale = 0.92;
 
 QFont detailFont(const QFont& font) {
-    QFont smaller = font;
-    if (font.pointSizeF() > 0) smaller.setPointSizeF(font.pointSizeF() * detailScale);
-    return smaller;
+    return fontOfSize(TextSize::small, font);
+}
+
+/// The view passes on no release of a second click that comes fast: its press counts.
+bool isClick(const QEvent& event) {
+    return (event.type() == QEvent::MouseButtonRelease ||
+            event.type() == QEvent::MouseButtonDblClick) &&
+           static_cast<const QMouseEvent&>(event).button() == Qt::LeftButton;
 }
 
 QPalette::ColorGroup colorGroup(QStyle::State state) {
@@ -83,6 +89,18 @@ QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option,
     const int icon = hasIcon ? item.decorationSize.height() : 0;
     return {QStyledItemDelegate::sizeHint(option, index).width(),
             std::max(texts, icon) + 2 * space};
+}
+
+bool ListRowDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
+                                  const QStyleOptionViewItem& option, const QModelIndex& index) {
+    constexpr auto tickable = Qt::ItemIsUserCheckable | Qt::ItemIsEnabled;
+    const bool canBeTicked =
+        (index.flags() & tickable) == tickable && index.data(Qt::CheckStateRole).isValid();
+    if (!canBeTicked || !isClick(*event)) {
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    }
+    const bool isTicked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    return model->setData(index, isTicked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
 }  // namespace installer

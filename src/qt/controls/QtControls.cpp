@@ -1,6 +1,8 @@
 #include "qt/controls/QtControls.h"
 
 #include <QApplication>
+#include <QEvent>
+#include <optional>
 
 #include "qt/theme/ReadableColor.h"
 #include "qt/values/Picture.h"
@@ -8,42 +10,83 @@
 
 namespace installer {
 
-QtTextField::QtTextField(QLabel* label) : label_(label) {
+class QtTextField::Look final : public QObject {
+  public:
+    explicit Look(QLabel& label) : QObject(&label), label_(label) {
+        label.installEventFilter(this);
+        if (QWidget* row = label.parentWidget()) row->installEventFilter(this);
+    }
+
+    void setWeight(Weight weight) {
+        weight_ = weight;
+        applyFont();
+    }
+
+    void setColor(Color color) {
+        color_ = color;
+        applyColor();
+    }
+
+    // A text that turns bold and back must not push its neighbours around.
+    void keepRoomForBold() {
+        const QFont font = label_.font();
+        QFont bold = font;
+        bold.setBold(true);
+        label_.setMinimumWidth(0);
+        label_.setFont(bold);
+        const int width = label_.sizeHint().width();
+        label_.setFont(font);
+        label_.setMinimumWidth(width);
+    }
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // A font of the label's own keeps the desktop's changes away from it, but not from its row.
+        if (event->type() == QEvent::FontChange && watched != &label_) applyFont();
+        if (event->type() == QEvent::PaletteChange && watched == &label_) applyColor();
+        return false;
+    }
+
+  private:
+    void applyFont() {
+        if (!weight_) return;
+        QFont font = QApplication::font();
+        font.setBold(*weight_ == Weight::bold);
+        label_.setFont(font);
+        keepRoomForBold();
+    }
+
+    void applyColor() {
+        if (!color_) return;
+        QPalette palette = label_.palette();
+        const QColor wanted(color_->red, color_->green, color_->blue);
+        const QColor shown = counterpart(wanted, palette.color(QPalette::Window));
+        if (palette.color(QPalette::WindowText) == shown) return;
+        palette.setColor(QPalette::WindowText, shown);
+        label_.setPalette(palette);
+    }
+
+    QLabel& label_;
+    std::optional<Weight> weight_;
+    std::optional<Color> color_;
+};
+
+QtTextField::QtTextField(QLabel* label) : label_(label), look_(new Look(*label)) {
     label_->setTextFormat(Qt::PlainText);
 }
 
 void QtTextField::setText(const std::string& text) {
     if (!label_) return;
     label_->setText(toQt(text));
-    keepRoomForBold();
+    look_->keepRoomForBold();
 }
 
 void QtTextField::setSystemFont(Weight weight) {
-    if (!label_) return;
-    QFont font = QApplication::font();
-    font.setBold(weight == Weight::bold);
-    label_->setFont(font);
-    keepRoomForBold();
+    if (label_) look_->setWeight(weight);
 }
 
 void QtTextField::setColor(Color color) {
-    if (!label_) return;
-    QPalette palette = label_->palette();
-    const QColor wanted(color.red, color.green, color.blue);
-    palette.setColor(QPalette::WindowText, readableColor(wanted, palette.color(QPalette::Window)));
-    label_->setPalette(palette);
-}
-
-// A text that turns bold and back must not push its neighbours around.
-void QtTextField::keepRoomForBold() {
-    const QFont font = label_->font();
-    QFont bold = font;
-    bold.setBold(true);
-    label_->setMinimumWidth(0);
-    label_->setFont(bold);
-    const int width = label_->sizeHint().width();
-    label_->setFont(font);
-    label_->setMinimumWidth(width);
+    if (label_) look_->setColor(color);
 }
 
 void QtImageView::setImage(const Image& image) {

@@ -8,18 +8,20 @@
 
 namespace installer {
 
+/// Font and colour stay what was asked for when the desktop changes its font or its colours.
 class QtTextField final : public TextField {
   public:
     explicit QtTextField(QLabel* label);
     void setText(const std::string& text) override;
     void setSystemFont(Weight weight) override;
-    /// Darker or lighter than asked where the text could not be read on its ground.
+    /// The colour is one for white paper; a darker ground gets its counterpart.
     void setColor(Color color) override;
 
   private:
-    void keepRoomForBold();
+    class Look;
 
     QPointer<QLabel> label_;
+    QPointer<Look> look_;  ///< the label's
 };
 
 class QtImageView final : public ImageView {

@@ -5,11 +5,19 @@
 #include <QPushButton>
 #include <QVariant>
 
+#include "qt/controls/MenuButton.h"
+
 namespace installer {
 
 namespace {
 
 constexpr const char* staysOpen = "staysOpen";
+
+bool isMenuKey(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.key() == Qt::Key_F10 && key.modifiers() == Qt::NoModifier;
+}
 
 bool isReturn(const QEvent& event) {
     if (event.type() != QEvent::KeyPress) return false;
@@ -82,6 +90,11 @@ bool WindowManners::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Close && window_.property(staysOpen).toBool()) {
         event->ignore();
         return true;
+    }
+    if (isMenuKey(*event)) {
+        MenuButton* menu = MenuButton::of(window_);
+        if (menu) menu->open();
+        return menu != nullptr;
     }
     return pressesButton(*event);
 }

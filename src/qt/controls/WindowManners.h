@@ -8,8 +8,9 @@ class QPushButton;
 namespace installer {
 
 /// What a main window does by itself: it stays open while it must not be closed, Return presses
-/// the button that has the focus, else the default one, and the focus never stays nowhere: when the
-/// control that had it is gone the default button gets it, else the first control that can.
+/// the button that has the focus, else the default one, F10 opens the menu, and the focus never
+/// stays nowhere: when the control that had it is gone the default button gets it, else the first
+/// control that can.
 class WindowManners final : public QObject {
   public:
     explicit WindowManners(QMainWindow& window);

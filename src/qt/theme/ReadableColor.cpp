@@ -8,6 +8,7 @@ namespace installer {
 namespace {
 
 constexpr double leastContrast = 4.5;
+constexpr double strongContrast = 7;
 
 double linear(double channel) {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
@@ -26,6 +27,19 @@ QColor mixed(const QColor& one, const QColor& other, double share) {
             channel(one.blue(), other.blue())};
 }
 
+/// The colour, brought nearer to black or white until it has the contrast.
+QColor withContrast(double least, const QColor& wanted, const QColor& ground) {
+    const QColor away = contrast(Qt::black, ground) > contrast(Qt::white, ground)  //
+                            ? QColor(Qt::black)
+                            : QColor(Qt::white);
+    constexpr int steps = 20;
+    for (int step = 0; step < steps; ++step) {
+        const QColor color = mixed(wanted, away, static_cast<double>(step) / steps);
+        if (contrast(color, ground) >= least) return color;
+    }
+    return away;
+}
+
 }  // namespace
 
 double contrast(const QColor& one, const QColor& other) {
@@ -34,20 +48,27 @@ double contrast(const QColor& one, const QColor& other) {
 }
 
 QColor readableColor(const QColor& wanted, const QColor& ground) {
-    const QColor away = contrast(Qt::black, ground) > contrast(Qt::white, ground)  //
-                            ? QColor(Qt::black)
-                            : QColor(Qt::white);
-    constexpr int steps = 20;
-    for (int step = 0; step < steps; ++step) {
-        const QColor color = mixed(wanted, away, static_cast<double>(step) / steps);
-        if (contrast(color, ground) >= leastContrast) return color;
-    }
-    return away;
+    return withContrast(leastContrast, wanted, ground);
+}
+
+QColor counterpart(const QColor& onPaper, const QColor& ground) {
+    const double least =
+        contrast(onPaper, Qt::white) >= strongContrast ? strongContrast : leastContrast;
+    const bool isPaper = contrast(Qt::black, ground) > contrast(Qt::white, ground);
+    if (isPaper) return withContrast(least, onPaper, ground);
+    const QColor turned = QColor::fromHslF(std::max(onPaper.hslHueF(), 0.0F),
+                                           onPaper.hslSaturationF(), 1 - onPaper.lightnessF());
+    return withContrast(least, turned, ground);
 }
 
 QColor quietColor(const QColor& text, const QColor& ground) {
     constexpr double shareOfGround = 0.4;
     return readableColor(mixed(text, ground, shareOfGround), ground);
+}
+
+QColor hairlineColor(const QColor& text, const QColor& ground) {
+    constexpr double shareOfGround = 0.75;
+    return mixed(text, ground, shareOfGround);
 }
 
 }  // namespace installer

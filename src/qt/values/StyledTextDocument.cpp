@@ -37,6 +37,7 @@ QTextBlockFormat blockFormat(const Paragraph& paragraph, const TextLook& look) {
     format.setTextIndent(paragraph.firstLineIndent * look.pixelsPerPoint);
     format.setTopMargin(paragraph.spaceBefore * look.pixelsPerPoint);
     format.setBottomMargin(paragraph.spaceAfter * look.pixelsPerPoint);
+    format.setLineHeight(look.lineHeight, QTextBlockFormat::ProportionalHeight);
     return format;
 }
 

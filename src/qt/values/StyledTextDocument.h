@@ -17,6 +17,7 @@ struct TextLook {
     QColor link;
     double pixelsPerPoint = 1;
     Qt::LayoutDirection direction = Qt::LeftToRight;
+    int lineHeight = 100;  ///< in hundredths of what the font asks for
 
     [[nodiscard]] static TextLook of(const QWidget& widget);
 };

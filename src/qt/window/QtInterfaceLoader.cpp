@@ -6,6 +6,10 @@
 #include <utility>
 
 #include "qt/binding/Binder.h"
+#include "qt/controls/Dressing.h"
+#include "qt/controls/FocusRing.h"
+#include "qt/controls/MenuButton.h"
+#include "qt/controls/Mnemonics.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/values/QtText.h"
 #include "qt/window/QtInterface.h"
@@ -39,7 +43,9 @@ class DescriptionReader final : public QUiLoader {
 }  // namespace
 
 QtInterfaceLoader::QtInterfaceLoader(const Bundle& bundle, SystemLog& log, OpenLink openLink)
-    : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {}
+    : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {
+    MenuButton::tellScreenReaders();
+}
 
 std::unique_ptr<Interface> QtInterfaceLoader::refuse(const std::string& name,
                                                      const std::string& reason) {
@@ -62,10 +68,13 @@ std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, Inte
 
     if (auto* window = qobject_cast<QMainWindow*>(root.get())) {
         new WindowManners(*window);
+        new FocusRing(*window);
+        new Mnemonics(*window);
     } else {
         root->adjustSize();
     }
     auto binder = std::make_unique<Binder>(*root, owner, bundle_, log_, openLink_);
+    dress(*root, bundle_);
     return std::make_unique<QtInterface>(std::move(root), std::move(binder));
 }
 

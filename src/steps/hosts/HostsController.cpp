@@ -11,6 +11,7 @@
 #include "ports/window/View.h"
 #include "ports/window/WindowPlatform.h"
 #include "product/LocalizedText.h"
+#include "product/ProductFacts.h"
 #include "steps/hosts/HostsModel.h"
 #include "wizard/MainController.h"
 
@@ -27,7 +28,7 @@ void setHidden(const std::shared_ptr<View>& view, bool hidden) {
 }  // namespace
 
 HostsController::HostsController(WindowPlatform& platform)
-    : platform_(platform), defaults_(platform, "com.quarrytone.installer") {
+    : platform_(platform), defaults_(platform, settingsDomain) {
     bindControls();
     ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
         if (moment == Moment::didChange) propertyDidChange(property);

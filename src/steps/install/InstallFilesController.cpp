@@ -1,5 +1,6 @@
 #include "steps/install/InstallFilesController.h"
 
+#include <cstddef>
 #include <initializer_list>
 #include <utility>
 
@@ -11,9 +12,9 @@
 #include "install/after/ManifestCleaner.h"
 #include "install/engine/DiskMirror.h"
 #include "install/engine/HostPayload.h"
+#include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
 #include "ports/EventLoop.h"
-#include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "ports/window/View.h"
@@ -82,35 +83,27 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     run_.begin();
     if (!obtainAuthorization()) return;
 
-    beginProgress(hosts);
-    PayloadWarnings(platform_).log();
-    installFiles();
+    const InstallPlan plan = makePlan(hosts);
+    logPayloadWarnings(plan, platform_.log);
+    DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();
     runLsregister();
-    for (const HostModel& host : hosts) {
+    for (std::size_t host = 0; host < plan.hosts.size(); ++host) {
         if (run_.fileOpErrorOccurred || run_.authDenied) break;
-        installFiles(host);
+        HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
     }
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
     if (progress_ && isComplete) progress_->complete();
 }
 
-/// Measures what the run is going to copy.
-void InstallFilesController::beginProgress(const std::vector<HostModel>& hosts) {
-    if (!progress_) return;
-    progress_->begin(0);
-    std::uint64_t total = 0;
-    const auto measure = [&](const std::vector<std::string>& sources) {
-        for (const std::string& source : sources) {
-            total += platform_.files.bytesToCopy(source);
-            progress_->bytesCopied(0);
-        }
-    };
-    measure(DiskMirror::sources(platform_));
-    for (const HostModel& host : hosts) measure(HostPayload::sources(platform_, host));
-    progress_->begin(total);
+/// The plan, from one look at the payload. The progress starts with its bytes.
+InstallPlan InstallFilesController::makePlan(const std::vector<HostModel>& hosts) {
+    if (progress_) progress_->begin(0);
+    InstallPlan plan = makeInstallPlan(platform_, hosts, progress_ ? &*progress_ : nullptr);
+    if (progress_) progress_->begin(plan.totalBytes());
+    return plan;
 }
 
 bool InstallFilesController::obtainAuthorization() {

@@ -23,6 +23,7 @@ class Bundle;
 class HostModel;
 class InstallFilesModel;
 struct FileAttributeChanges;
+struct InstallPlan;
 
 /// The install step: runs the installation as soon as it is entered going forward, and moves on
 /// by itself when the run is over. `install` does the same run without a window; then there is no
@@ -58,8 +59,8 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     [[nodiscard]] const std::vector<std::string>& failedPaths() const { return run_.failedPaths; }
 
     /// Shows how far a run has come, by the bytes of all its copies, the user's and the
-    /// administrator's, and is told so from time to time while they take long. Null for nobody:
-    /// then nothing is measured. Not owned.
+    /// administrator's, and is told so from time to time while they take long. Nobody is told
+    /// when it is null. Not owned.
     void setProgressIndicator(ProgressIndicator* indicator);
 
     /// One run in its fixed order: the disk mirror, the external editors when they are asked for,
@@ -104,7 +105,7 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
 
   private:
     [[nodiscard]] bool obtainAuthorization();
-    void beginProgress(const std::vector<HostModel>& hosts);
+    [[nodiscard]] InstallPlan makePlan(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);
     void didChange(std::initializer_list<const char*> properties);
 

@@ -109,7 +109,7 @@ class Oracle {
     /// What a search of the payload cannot read is passed over.
     [[nodiscard]] bool payloadWasNotReadWhole() const {
         return std::any_of(report_.hits.begin(), report_.hits.end(), [](const Faults::Call& call) {
-            return call.front() == "walk" && isAtOrBelow(call.at(1), fault_scene::payload);
+            return call.front() == "readTree" && isAtOrBelow(call.at(1), fault_scene::payload);
         });
     }
 
@@ -213,11 +213,26 @@ class Oracle {
     /// A payload folder that cannot be read fails no run, but is said.
     void checkUnreadFolders() {
         for (const Faults::Call& call : report_.hits) {
-            if (call.front() != "list" || !isAtOrBelow(call.at(1), fault_scene::payload)) continue;
-            if (!isOneOf("This payload folder cannot be read: " + call.at(1), report_.log)) {
+            const bool reads = call.front() == "list" || call.front() == "readTree";
+            if (!reads || !isAtOrBelow(call.at(1), fault_scene::payload)) continue;
+            if (!isSaidToBeUnread(call.at(1))) {
                 complain("the system log does not say what could not be read: " + call.at(1));
             }
         }
+    }
+
+    /// The folder itself, a folder around it or one in it is named as unread; or the payload seems
+    /// to be missing. A folder in an item that is copied whole is named by the file manager.
+    [[nodiscard]] bool isSaidToBeUnread(const std::string& folder) const {
+        const std::string ofPayload = "This payload folder cannot be read: ";
+        const std::string inFolder = "Could not list the folder " + folder + "/";
+        return std::any_of(report_.log.begin(), report_.log.end(), [&](const std::string& line) {
+            if (line == "There is no payload to install: " + fault_scene::payload) return true;
+            if (line.starts_with(inFolder)) return true;
+            if (!line.starts_with(ofPayload)) return false;
+            const std::string unread = line.substr(ofPayload.size());
+            return isAtOrBelow(unread, folder) || isAtOrBelow(folder, unread);
+        });
     }
 
     /// Nothing may have changed outside the destinations; folders above them may have been made.

@@ -16,13 +16,13 @@ std::string linkOf(const std::string& instruction) {
     return runOfBody("{\\field{\\*\\fldinst " + instruction + "}{\\fldrslt a}}").style.link;
 }
 
-struct Row {
+struct LinkRow {
     std::string name;
     std::string instruction;
     std::string link;
 };
 
-class RtfLinksAddress : public testing::TestWithParam<Row> {};
+class RtfLinksAddress : public testing::TestWithParam<LinkRow> {};
 
 TEST_P(RtfLinksAddress, IsTheAddressOfTheInstruction) {
     EXPECT_EQ(linkOf(GetParam().instruction), GetParam().link);
@@ -31,24 +31,26 @@ TEST_P(RtfLinksAddress, IsTheAddressOfTheInstruction) {
 INSTANTIATE_TEST_SUITE_P(
     Instructions, RtfLinksAddress,
     testing::Values(
-        Row{"Quoted", R"(HYPERLINK "https://a.example/b?c=d&e")", "https://a.example/b?c=d&e"},
-        Row{"Bare", "HYPERLINK https://a.example", "https://a.example"},
-        Row{"LowerCase", R"(hyperlink "x:y")", "x:y"},
-        Row{"BlanksAround", R"(  HYPERLINK   "x:y"  )", "x:y"},
-        Row{"InGroups", R"({\b {HYPER}LINK }{\ul "x:}{y" })", "x:y"},
-        Row{"TwoLines", "HYPERLINK \"x:\r\ny\"", "x:y"},
-        Row{"Place", R"(HYPERLINK "x:y" \\l "top")", "x:y#top"},
-        Row{"PlaceFirst", R"(HYPERLINK \\l "top" "x:y")", "x:y#top"},
-        Row{"PlaceInTheDocument", R"(HYPERLINK \\l "top")", ""},
-        Row{"Tip", R"(HYPERLINK "x:y" \\o "read \\"this\\"" \\t "_blank")", "x:y"},
-        Row{"TipFirst", R"(HYPERLINK \\o "tip" "x:y")", "x:y"},
-        Row{"NewWindow", R"(HYPERLINK \\n "x:y")", "x:y"},
-        Row{"Backslashes", R"(HYPERLINK "file:\\\\\\\\a\\\\b")", R"(file:\\a\b)"},
-        Row{"Unicode", R"(HYPERLINK "x:\u228?\'e4")", "x:ää"},
-        Row{"NotClosed", R"(HYPERLINK "x:y)", "x:y"}, Row{"WithoutAddress", "HYPERLINK", ""},
-        Row{"Longest", "HYPERLINK " + std::string(2048, 'x'), std::string(2048, 'x')},
-        Row{"TooLong", "HYPERLINK " + std::string(2049, 'x'), ""}, Row{"OtherField", "PAGE", ""},
-        Row{"OtherFieldWithText", R"(REF "x:y")", ""}, Row{"Nothing", "", ""}),
+        LinkRow{"Quoted", R"(HYPERLINK "https://a.example/b?c=d&e")", "https://a.example/b?c=d&e"},
+        LinkRow{"Bare", "HYPERLINK https://a.example", "https://a.example"},
+        LinkRow{"LowerCase", R"(hyperlink "x:y")", "x:y"},
+        LinkRow{"BlanksAround", R"(  HYPERLINK   "x:y"  )", "x:y"},
+        LinkRow{"InGroups", R"({\b {HYPER}LINK }{\ul "x:}{y" })", "x:y"},
+        LinkRow{"TwoLines", "HYPERLINK \"x:\r\ny\"", "x:y"},
+        LinkRow{"Place", R"(HYPERLINK "x:y" \\l "top")", "x:y#top"},
+        LinkRow{"PlaceFirst", R"(HYPERLINK \\l "top" "x:y")", "x:y#top"},
+        LinkRow{"PlaceInTheDocument", R"(HYPERLINK \\l "top")", ""},
+        LinkRow{"Tip", R"(HYPERLINK "x:y" \\o "read \\"this\\"" \\t "_blank")", "x:y"},
+        LinkRow{"TipFirst", R"(HYPERLINK \\o "tip" "x:y")", "x:y"},
+        LinkRow{"NewWindow", R"(HYPERLINK \\n "x:y")", "x:y"},
+        LinkRow{"Backslashes", R"(HYPERLINK "file:\\\\\\\\a\\\\b")", R"(file:\\a\b)"},
+        LinkRow{"Unicode", R"(HYPERLINK "x:\u228?\'e4")", "x:ää"},
+        LinkRow{"NotClosed", R"(HYPERLINK "x:y)", "x:y"},
+        LinkRow{"WithoutAddress", "HYPERLINK", ""},
+        LinkRow{"Longest", "HYPERLINK " + std::string(2048, 'x'), std::string(2048, 'x')},
+        LinkRow{"TooLong", "HYPERLINK " + std::string(2049, 'x'), ""},
+        LinkRow{"OtherField", "PAGE", ""}, LinkRow{"OtherFieldWithText", R"(REF "x:y")", ""},
+        LinkRow{"Nothing", "", ""}),
     [](const auto& row) { return row.param.name; });
 
 TEST(RtfLinks, OnlyTheResultIsTextAndOnlyItIsALink) {

@@ -14,8 +14,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string folder = "/Library/Application Support/Acme/Prismor X";
-const std::string file = folder + "/ExternalEditors.csv";
+const std::string editorFolder = "/Library/Application Support/Acme/Prismor X";
+const std::string file = editorFolder + "/ExternalEditors.csv";
 const std::string inkvale = "/Applications/Quarrytone Inkvale 4.app";
 const std::string magniford =
     "/Library/Application Support/Quarrytone/Magniford 3/Quarrytone Magniford 3.app";
@@ -66,13 +66,13 @@ TEST_F(ExternalEditorListTest, WithNothingToListTheOldFileIsGoneAndTheFolderIsMa
     memory.addFile(file, "rows of the user");
     configure();
     EXPECT_FALSE(memory.exists(file));
-    EXPECT_TRUE(memory.exists(folder));
+    EXPECT_TRUE(memory.exists(editorFolder));
     EXPECT_THAT(installed, IsEmpty());
 }
 
 TEST_F(ExternalEditorListTest, TheFolderIsMadeEvenWhenNoRowFollows) {
     configure();
-    EXPECT_TRUE(memory.exists(folder));
+    EXPECT_TRUE(memory.exists(editorFolder));
     EXPECT_FALSE(memory.exists(file));
 }
 

@@ -13,12 +13,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string company = "/Library/Application Support/Acme";
-const std::string path = company + "/Filters 2 Installer.log";
+const std::string companyFolder = "/Library/Application Support/Acme";
+const std::string logPath = companyFolder + "/Filters 2 Installer.log";
 
 class InstallerLogTest : public testing::Test {
   protected:
-    InstallerLogTest() { memory.addFolder(company); }
+    InstallerLogTest() { memory.addFolder(companyFolder); }
     void write() { InstallerLog(fake.platform, engine.run, engine.commands).logInstalledPaths(); }
 
     EngineParts engine;
@@ -30,33 +30,34 @@ class InstallerLogTest : public testing::Test {
 TEST_F(InstallerLogTest, EachPathIsALine) {
     installed = {"/A", "/B"};
     write();
-    EXPECT_EQ(memory.contents(path), "/A\n/B\n");
+    EXPECT_EQ(memory.contents(logPath), "/A\n/B\n");
 }
 
 TEST_F(InstallerLogTest, TheFileIsMadeByTheAdministratorAndGivenToTheUser) {
     installed = {"/A"};
     write();
-    EXPECT_THAT(fake.journal,
-                ElementsAre("/bin/rm -fR " + path, "wait", "/usr/bin/touch " + path, "wait",
-                            "/usr/sbin/chown -R tester:admin " + path, "wait",
-                            "/usr/sbin/chmod -R 0644 " + path, "wait", "openForWriting " + path));
-    EXPECT_EQ(memory.node(path)->owner, "tester");
-    EXPECT_EQ(memory.node(path)->group, "admin");
-    EXPECT_EQ(memory.node(path)->permissions, 0644U);
+    EXPECT_THAT(
+        fake.journal,
+        ElementsAre("/bin/rm -fR " + logPath, "wait", "/usr/bin/touch " + logPath, "wait",
+                    "/usr/sbin/chown -R tester:admin " + logPath, "wait",
+                    "/usr/sbin/chmod -R 0644 " + logPath, "wait", "openForWriting " + logPath));
+    EXPECT_EQ(memory.node(logPath)->owner, "tester");
+    EXPECT_EQ(memory.node(logPath)->group, "admin");
+    EXPECT_EQ(memory.node(logPath)->permissions, 0644U);
 }
 
 TEST_F(InstallerLogTest, ARunThatInstalledNothingLeavesTheOldLog) {
-    memory.addFile(path, "/old\n");
+    memory.addFile(logPath, "/old\n");
     write();
     EXPECT_THAT(fake.journal, IsEmpty());
-    EXPECT_EQ(memory.contents(path), "/old\n");
+    EXPECT_EQ(memory.contents(logPath), "/old\n");
 }
 
 TEST_F(InstallerLogTest, TheOldListIsReplacedAlsoByAShorterOne) {
-    memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
+    memory.addFile(logPath, "/a/much/longer/old/path\n/and/another\n");
     installed = {"/A"};
     write();
-    EXPECT_EQ(memory.contents(path), "/A\n");
+    EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
 
 TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
@@ -65,16 +66,16 @@ TEST_F(InstallerLogTest, OrderAndDuplicatesAreKeptAndNothingIsEscaped) {
                  "e",
                  "/\xFF"};
     write();
-    EXPECT_EQ(memory.contents(path),
+    EXPECT_EQ(memory.contents(logPath),
               "/b\n/a 50%@\n/b\n/Gr\xC3\xBC\xC3\x9F"
               "e\n/\xFF\n");
 }
 
 TEST_F(InstallerLogTest, AMissingMakersFolderIsOnlyLogged) {
-    memory.removeAsAdministrator(company);
+    memory.removeAsAdministrator(companyFolder);
     installed = {"/A"};
     write();
-    EXPECT_FALSE(memory.exists(path));
+    EXPECT_FALSE(memory.exists(logPath));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
     EXPECT_FALSE(engine.run.fileOpErrorOccurred);
 }
@@ -83,25 +84,25 @@ TEST_F(InstallerLogTest, TheLogIsNeverCreatedByTheUser) {
     installed = {"/A"};
     fake.authorizations.works = [](const auto&) { return false; };
     write();
-    EXPECT_FALSE(memory.exists(path));
+    EXPECT_FALSE(memory.exists(logPath));
     EXPECT_THAT(fake.log.lines, ElementsAre("can't open installer log file for writing"));
 }
 
 TEST_F(InstallerLogTest, IgnoresRefusedRights) {
     installed = {"/A"};
-    memory.addFile(path);
+    memory.addFile(logPath);
     refuseFromCommand(fake, 1);
     write();
     EXPECT_FALSE(engine.run.authDenied);
-    EXPECT_EQ(memory.contents(path), "/A\n");
+    EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
 
 TEST_F(InstallerLogTest, NothingOfALongerOldListThatNobodyCouldRemoveIsLeft) {
-    memory.addFile(path, "/a/much/longer/old/path\n/and/another\n");
+    memory.addFile(logPath, "/a/much/longer/old/path\n/and/another\n");
     refuseFromCommand(fake, 1);
     installed = {"/A"};
     write();
-    EXPECT_EQ(memory.contents(path), "/A\n");
+    EXPECT_EQ(memory.contents(logPath), "/A\n");
 }
 
 /// A disk on which one call on the opened log fails, the one of that place.
@@ -128,13 +129,13 @@ TEST_F(InstallerLogThatCannotBeWritten, IsEmptyInsteadOfEndingInTheMiddleOfAPath
         fake.log.lines.clear();
         writeWithFault(
             {.place = writing, .afterEffect = effect, .error = std::errc::no_space_on_device});
-        EXPECT_EQ(memory.contents(path), "");
+        EXPECT_EQ(memory.contents(logPath), "");
     }
 }
 
 TEST_F(InstallerLogThatCannotBeWritten, IsLeftAloneWhenItCannotBeEmptied) {
     writeWithFault({.place = emptying, .error = std::errc::no_space_on_device});
-    EXPECT_EQ(memory.contents(path), "");
+    EXPECT_EQ(memory.contents(logPath), "");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "foundation/values/Paths.h"
 #include "install/engine/DiskMirror.h"
+#include "install/plan/InstallPlan.h"
 #include "tests/install/engine/EngineParts.h"
 
 namespace installer::test {
@@ -14,13 +15,13 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const std::string support = "/Library/Application Support";
+const std::string supportFolder = "/Library/Application Support";
 
 class DiskMirrorTest : public testing::Test {
   protected:
     DiskMirrorTest() {
         memory.addFolder("/Applications");
-        memory.addFolder(support);
+        memory.addFolder(supportFolder);
     }
     void install() { DiskMirror(fake.platform, engine.commands, engine.installer).installFiles(); }
 
@@ -47,7 +48,7 @@ TEST_F(DiskMirrorTest, WhatIsNoPackageOutsideTheProductFoldersIsNotInstalled) {
     memory.addFile(mirror + "/file");
     memory.addFolder(mirror + "/empty");
     memory.addLink(mirror + "/Applications/link", "/etc");
-    memory.addFile(mirror + support + "/Other Maker/Product/file");
+    memory.addFile(mirror + supportFolder + "/Other Maker/Product/file");
     install();
     EXPECT_THAT(engine.operations(), IsEmpty());
 }
@@ -79,22 +80,23 @@ TEST_F(DiskMirrorTest, RegistrationAndQuarantineAreSeenToEvenWhenTheItemFailed) 
 TEST_F(DiskMirrorTest, AfterARefusalNothingMoreIsCopiedAndPackagesAreStillRegistered) {
     memory.addFile(mirror + "/Applications/One.app/x");
     memory.addFile(mirror + "/Applications/Two.app/x");
-    memory.addFile(mirror + support + "/Acme/Filters 2/guide.txt");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/guide.txt");
     refuseFromCommand(fake, 1);
     install();
     EXPECT_TRUE(engine.run.authDenied);
     EXPECT_THAT(installed, IsEmpty());
-    EXPECT_THAT(engine.operations(),
-                ElementsAre("copy " + mirror + "/Applications/One.app /Applications/One.app",
-                            "/usr/sbin/chown -R tester:admin /Applications/One.app",
-                            "register /Applications/One.app",
-                            "/usr/bin/xattr -dr com.apple.quarantine /Applications/One.app",
-                            "register /Applications/Two.app",
-                            "/usr/bin/xattr -dr com.apple.quarantine /Applications/Two.app",
-                            "createFolders " + support + "/Acme 0775",
-                            "setAttributes " + support + "/Acme tester:admin 0775",
-                            "createFolders " + support + "/Acme/Filters 2 0775",
-                            "setAttributes " + support + "/Acme/Filters 2 tester:admin 0775"));
+    EXPECT_THAT(
+        engine.operations(),
+        ElementsAre("copy " + mirror + "/Applications/One.app /Applications/One.app",
+                    "/usr/sbin/chown -R tester:admin /Applications/One.app",
+                    "register /Applications/One.app",
+                    "/usr/bin/xattr -dr com.apple.quarantine /Applications/One.app",
+                    "register /Applications/Two.app",
+                    "/usr/bin/xattr -dr com.apple.quarantine /Applications/Two.app",
+                    "createFolders " + supportFolder + "/Acme 0775",
+                    "setAttributes " + supportFolder + "/Acme tester:admin 0775",
+                    "createFolders " + supportFolder + "/Acme/Filters 2 0775",
+                    "setAttributes " + supportFolder + "/Acme/Filters 2 tester:admin 0775"));
 }
 
 TEST_F(DiskMirrorTest, ARegistrationThatFailsIsOnlyLogged) {
@@ -114,39 +116,39 @@ TEST_F(DiskMirrorTest, ARegistrationThatSucceedsIsNotLogged) {
 }
 
 TEST_F(DiskMirrorTest, FilesOfAProductFolderAreInstalledAndFilesBesideItAreNot) {
-    memory.addFile(mirror + support + "/Acme/loose.txt");
-    memory.addFile(mirror + support + "/Acme/Filters 2/guide.txt", "guide");
+    memory.addFile(mirror + supportFolder + "/Acme/loose.txt");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/guide.txt", "guide");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/Acme/Filters 2/guide.txt"));
-    EXPECT_FALSE(memory.exists(support + "/Acme/loose.txt"));
+    EXPECT_THAT(installed, ElementsAre(supportFolder + "/Acme/Filters 2/guide.txt"));
+    EXPECT_FALSE(memory.exists(supportFolder + "/Acme/loose.txt"));
 }
 
 TEST_F(DiskMirrorTest, SubFoldersOfAProductFolderAreCopiedWholeAndReplaceWhatIsThere) {
-    memory.addFile(mirror + support + "/Acme/Filters 2/Presets/Soft/a");
-    memory.addFile(mirror + support + "/Acme/Filters 2/Presets/.hidden");
-    memory.addFile(support + "/Acme/Filters 2/Presets/of the user");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/Presets/Soft/a");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/Presets/.hidden");
+    memory.addFile(supportFolder + "/Acme/Filters 2/Presets/of the user");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/Acme/Filters 2/Presets"));
-    EXPECT_TRUE(memory.exists(support + "/Acme/Filters 2/Presets/.hidden"));
-    EXPECT_FALSE(memory.exists(support + "/Acme/Filters 2/Presets/of the user"));
+    EXPECT_THAT(installed, ElementsAre(supportFolder + "/Acme/Filters 2/Presets"));
+    EXPECT_TRUE(memory.exists(supportFolder + "/Acme/Filters 2/Presets/.hidden"));
+    EXPECT_FALSE(memory.exists(supportFolder + "/Acme/Filters 2/Presets/of the user"));
 }
 
 TEST_F(DiskMirrorTest, APackageInAProductFolderIsInstalledOnceWithTheOtherPackages) {
-    memory.addFile(mirror + support + "/Acme/Filters 2/Helper.app/x");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/Helper.app/x");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/Acme/Filters 2/Helper.app"));
+    EXPECT_THAT(installed, ElementsAre(supportFolder + "/Acme/Filters 2/Helper.app"));
 }
 
 TEST_F(DiskMirrorTest, APackageInASubFolderIsInstalledAndThenReplacedWithItsWholeFolder) {
-    const std::string presets = support + "/Acme/Filters 2/Presets";
+    const std::string presets = supportFolder + "/Acme/Filters 2/Presets";
     memory.addFile(mirror + presets + "/View.app/x");
     install();
     EXPECT_THAT(installed, ElementsAre(presets + "/View.app", presets));
     EXPECT_THAT(
         engine.operations(),
         ElementsAre(
-            "createFolders " + support + "/Acme/Filters 2 0775",
-            "setAttributes " + support + "/Acme/Filters 2 tester:admin 0775",
+            "createFolders " + supportFolder + "/Acme/Filters 2 0775",
+            "setAttributes " + supportFolder + "/Acme/Filters 2 tester:admin 0775",
             "createFolders " + presets + " 0775", "setAttributes " + presets + " tester:admin 0775",
             "copy " + mirror + presets + "/View.app " + presets + "/View.app",
             "/usr/sbin/chown -R tester:admin " + presets + "/View.app",
@@ -157,29 +159,30 @@ TEST_F(DiskMirrorTest, APackageInASubFolderIsInstalledAndThenReplacedWithItsWhol
 }
 
 TEST_F(DiskMirrorTest, EveryProductFolderOfTheMakerIsInstalledInOrder) {
-    memory.addFile(mirror + support + "/Acme/Zoom/z");
-    memory.addFile(mirror + support + "/Acme/Blur/b");
-    memory.addFolder(mirror + support + "/Acme/Empty");
-    memory.addFile(mirror + support + "/Acme/Only.plugin/x");
-    memory.addFile(mirror + support + "/Acme/.hidden/h");
+    memory.addFile(mirror + supportFolder + "/Acme/Zoom/z");
+    memory.addFile(mirror + supportFolder + "/Acme/Blur/b");
+    memory.addFolder(mirror + supportFolder + "/Acme/Empty");
+    memory.addFile(mirror + supportFolder + "/Acme/Only.plugin/x");
+    memory.addFile(mirror + supportFolder + "/Acme/.hidden/h");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/Acme/Only.plugin", support + "/Acme/Zoom/z",
-                                       support + "/Acme/Blur/b"));
-    EXPECT_FALSE(memory.exists(support + "/Acme/Empty"));
+    EXPECT_THAT(installed,
+                ElementsAre(supportFolder + "/Acme/Only.plugin", supportFolder + "/Acme/Zoom/z",
+                            supportFolder + "/Acme/Blur/b"));
+    EXPECT_FALSE(memory.exists(supportFolder + "/Acme/Empty"));
 }
 
 TEST_F(DiskMirrorTest, ALinkBesideTheProductFoldersIsNotALookedIntoFolder) {
     memory.addFile("/elsewhere/file");
-    memory.addLink(mirror + support + "/Acme/link", "/elsewhere");
+    memory.addLink(mirror + supportFolder + "/Acme/link", "/elsewhere");
     install();
     EXPECT_THAT(installed, IsEmpty());
 }
 
 TEST_F(DiskMirrorTest, LinksInAProductFolderAreItems) {
-    memory.addLink(mirror + support + "/Acme/Filters 2/link", "guide.txt");
+    memory.addLink(mirror + supportFolder + "/Acme/Filters 2/link", "guide.txt");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/Acme/Filters 2/link"));
-    EXPECT_EQ(memory.node(support + "/Acme/Filters 2/link")->type, FileType::symbolicLink);
+    EXPECT_THAT(installed, ElementsAre(supportFolder + "/Acme/Filters 2/link"));
+    EXPECT_EQ(memory.node(supportFolder + "/Acme/Filters 2/link")->type, FileType::symbolicLink);
 }
 
 TEST_F(DiskMirrorTest, EveryOccurrenceOfTheMirrorsPathIsTakenOutOfATarget) {
@@ -193,42 +196,59 @@ TEST_F(DiskMirrorTest, EveryOccurrenceOfTheMirrorsPathIsTakenOutOfATarget) {
 TEST_F(DiskMirrorTest, ThePackagesGoToTheTargetVolume) {
     fake.searchPaths.volume = "/Volumes/Other";
     memory.addFile(mirror + "/Applications/Tool.app/x");
-    memory.addFile(mirror + support + "/Acme/Filters 2/guide.txt");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/guide.txt");
     install();
-    EXPECT_THAT(installed, ElementsAre("/Volumes/Other/Applications/Tool.app",
-                                       "/Volumes/Other" + support + "/Acme/Filters 2/guide.txt"));
+    EXPECT_THAT(installed,
+                ElementsAre("/Volumes/Other/Applications/Tool.app",
+                            "/Volumes/Other" + supportFolder + "/Acme/Filters 2/guide.txt"));
     EXPECT_THAT(engine.operations(), Contains("register /Volumes/Other/Applications/Tool.app"));
 }
 
 TEST_F(DiskMirrorTest, WithoutTheMakersNameItsKeyNamesTheFolder) {
     fake.bundle.tables["installer"].clear();
-    memory.addFile(mirror + support + "/company_name/Filters 2/guide.txt");
-    memory.addFile(mirror + support + "/Acme/Filters 2/guide.txt");
+    memory.addFile(mirror + supportFolder + "/company_name/Filters 2/guide.txt");
+    memory.addFile(mirror + supportFolder + "/Acme/Filters 2/guide.txt");
     install();
-    EXPECT_THAT(installed, ElementsAre(support + "/company_name/Filters 2/guide.txt"));
+    EXPECT_THAT(installed, ElementsAre(supportFolder + "/company_name/Filters 2/guide.txt"));
 }
 
-TEST_F(DiskMirrorTest, TheSourcesAreExactlyWhatIsCopiedInThatOrder) {
-    memory.addFile(mirror + support + "/Acme/One/Extra.plugin/x");
-    memory.addFile(mirror + support + "/Acme/One/Presets/Deep.app/x");
-    memory.addFile(mirror + support + "/Acme/One/guide.txt");
-    memory.addFile(mirror + support + "/Acme/One/.hidden");
-    memory.addFile(mirror + support + "/Acme/beside");
-    memory.addFolder(mirror + support + "/Acme/Empty");
+TEST_F(DiskMirrorTest, ThePlanIsExactlyWhatIsInstalledInThatOrder) {
+    memory.addFile(mirror + supportFolder + "/Acme/One/Extra.plugin/x");
+    memory.addFile(mirror + supportFolder + "/Acme/One/Presets/Deep.app/x");
+    memory.addFile(mirror + supportFolder + "/Acme/One/guide.txt");
+    memory.addFile(mirror + supportFolder + "/Acme/One/.hidden");
+    memory.addFile(mirror + supportFolder + "/Acme/beside");
+    memory.addFolder(mirror + supportFolder + "/Acme/Empty");
     memory.addFile(mirror + "/Applications/Tool.app/x");
     memory.addFile(mirror + "/usr/local/lib/x");
     install();
+    std::vector<std::string> sources;
     std::vector<std::string> texts;
-    for (const std::string& source : DiskMirror::sources(fake.platform)) {
-        texts.push_back("Installing " + lastPathComponent(source));
+    std::vector<std::string> destinations;
+    for (const PlannedItem& item : makeInstallPlan(fake.platform, {}).items) {
+        sources.push_back(item.source);
+        texts.push_back("Installing " + lastPathComponent(item.source));
+        destinations.push_back(item.destination);
     }
     EXPECT_EQ(engine.texts, texts);
-    EXPECT_THAT(
-        DiskMirror::sources(fake.platform),
-        ElementsAre(mirror + support + "/Acme/One/Extra.plugin",
-                    mirror + support + "/Acme/One/Presets/Deep.app",
-                    mirror + "/Applications/Tool.app", mirror + support + "/Acme/One/Presets",
-                    mirror + support + "/Acme/One/guide.txt"));
+    EXPECT_EQ(installed, destinations);
+    EXPECT_THAT(sources, ElementsAre(mirror + supportFolder + "/Acme/One/Extra.plugin",
+                                     mirror + supportFolder + "/Acme/One/Presets/Deep.app",
+                                     mirror + "/Applications/Tool.app",
+                                     mirror + supportFolder + "/Acme/One/Presets",
+                                     mirror + supportFolder + "/Acme/One/guide.txt"));
+}
+
+// The text of the mirror's path may end within a name.
+TEST_F(DiskMirrorTest, APackageIsRegisteredUnderTheNameThatItIsInstalledUnder) {
+    fake.bundle.folder = "/Unpacked";
+    const std::string unpacked = "/Unpacked/Contents/Resources/files/HD";
+    memory.addFile(unpacked + "/Applications/X" + unpacked + "-Tool.app/x");
+    install();
+    EXPECT_THAT(installed, ElementsAre("/Applications/HD-Tool.app"));
+    EXPECT_THAT(engine.operations(), Contains("register /Applications/HD-Tool.app"));
+    EXPECT_THAT(engine.operations(),
+                Contains("/usr/bin/xattr -dr com.apple.quarantine /Applications/HD-Tool.app"));
 }
 
 TEST_F(DiskMirrorTest, APayloadWithoutMirrorInstallsNothing) {

@@ -5,6 +5,7 @@
 
 #include "hosts/HostModel.h"
 #include "install/engine/HostPayload.h"
+#include "install/plan/InstallPlan.h"
 #include "tests/install/engine/EngineParts.h"
 
 namespace installer::test {
@@ -14,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string application = "/Applications/Adobe Photoshop CC 2019";
-const std::string plugIns = "/Library/Application Support/Adobe/Plug-Ins/CC";
+const std::string plugInFolder = "/Library/Application Support/Adobe/Plug-Ins/CC";
 
 class HostPayloadTest : public testing::Test {
   protected:
@@ -39,7 +40,8 @@ class HostPayloadTest : public testing::Test {
 TEST_F(HostPayloadTest, PhotoshopGetsItsApplicationFilesAndThenThePlugIn) {
     addPayloadOfEveryKind();
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019"));
-    EXPECT_THAT(installed, ElementsAre(application + "/Presets/run.jsx", plugIns + "/F.plugin"));
+    EXPECT_THAT(installed,
+                ElementsAre(application + "/Presets/run.jsx", plugInFolder + "/F.plugin"));
 }
 
 TEST_F(HostPayloadTest, AHostThatIsNotSelectedIsInstalledIntoWhenTheCallerSaysSo) {
@@ -54,7 +56,7 @@ TEST_F(HostPayloadTest, TwoHostsThatShareAFolderListItsPathsTwice) {
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x");
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019"));
     install(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2020"));
-    EXPECT_THAT(installed, ElementsAre(plugIns + "/F.plugin", plugIns + "/F.plugin"));
+    EXPECT_THAT(installed, ElementsAre(plugInFolder + "/F.plugin", plugInFolder + "/F.plugin"));
 }
 
 TEST_F(HostPayloadTest, LightroomGetsItsFilesInTheUsersSupportFolder) {
@@ -152,12 +154,21 @@ TEST_F(HostPayloadTest, WithoutADestinationNothingGoesToTheRootOfTheDisk) {
     EXPECT_THAT(engine.operations(), IsEmpty());
 }
 
-TEST_F(HostPayloadTest, TheSourcesOfAHostAreWhatIsCopiedForIt) {
+TEST_F(HostPayloadTest, ThePlannedItemsOfAHostAreWhatIsInstalledForIt) {
     addPayloadOfEveryKind();
     memory.addFile(payload + "/PHOTOSHOP/.hidden");
     memory.addLink(payload + "/PHOTOSHOP/link", "/etc");
     const auto sourcesFor = [this](const HostModel& host) {
-        return HostPayload::sources(fake.platform, host);
+        std::vector<std::string> sources;
+        std::vector<std::string> destinations;
+        for (const PlannedItem& item : makeInstallPlan(fake.platform, {host}).items) {
+            sources.push_back(item.source);
+            destinations.push_back(item.destination);
+        }
+        installed.clear();
+        install(host);
+        EXPECT_EQ(installed, destinations) << host.hostName();
+        return sources;
     };
     EXPECT_THAT(
         sourcesFor(PhotoshopHostModel::initWithHostName(fake.platform, "Adobe Photoshop CC 2019")),

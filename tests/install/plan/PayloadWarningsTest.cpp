@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
 #include "tests/install/engine/EngineParts.h"
 
@@ -13,7 +14,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-const std::string support = mirror + "/Library/Application Support";
+const std::string mirrorSupport = mirror + "/Library/Application Support";
 
 std::string warning(const std::string& path) {
     return "This payload item is never installed: " + path;
@@ -21,7 +22,7 @@ std::string warning(const std::string& path) {
 
 class PayloadWarningsTest : public testing::Test {
   protected:
-    void log() { PayloadWarnings(fake.platform).log(); }
+    void log() { logPayloadWarnings(makeInstallPlan(fake.platform, {}), fake.log); }
 
     FakePlatform fake;
     MemoryFileManager& memory = fake.memory;
@@ -30,10 +31,10 @@ class PayloadWarningsTest : public testing::Test {
 TEST_F(PayloadWarningsTest, APayloadThatIsInstalledWholeGivesNone) {
     memory.addFile(mirror + "/Applications/Tool.app/.hidden");
     memory.addFolder(mirror + "/empty");
-    memory.addFile(support + "/Acme/Filters 2/guide.txt");
-    memory.addFile(support + "/Acme/Filters 2/Presets/.hidden");
-    memory.addLink(support + "/Acme/Filters 2/link", "guide.txt");
-    memory.addFile(support + "/Acme/Only.plugin/x");
+    memory.addFile(mirrorSupport + "/Acme/Filters 2/guide.txt");
+    memory.addFile(mirrorSupport + "/Acme/Filters 2/Presets/.hidden");
+    memory.addLink(mirrorSupport + "/Acme/Filters 2/link", "guide.txt");
+    memory.addFile(mirrorSupport + "/Acme/Only.plugin/x");
     memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx");
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/.hidden");
     memory.addFile(payload + "/LIGHTROOM/a");
@@ -43,34 +44,35 @@ TEST_F(PayloadWarningsTest, APayloadThatIsInstalledWholeGivesNone) {
 
 TEST_F(PayloadWarningsTest, NamePlainFilesOutsideTheProductFoldersOfTheMirror) {
     memory.addFile(mirror + "/usr/local/lib/x");
-    memory.addFile(support + "/Acme/loose.txt");
-    memory.addFile(support + "/Other/Product/file");
+    memory.addFile(mirrorSupport + "/Acme/loose.txt");
+    memory.addFile(mirrorSupport + "/Other/Product/file");
     log();
-    EXPECT_THAT(fake.log.lines, UnorderedElementsAre(warning(mirror + "/usr/local/lib/x"),
-                                                     warning(support + "/Acme/loose.txt"),
-                                                     warning(support + "/Other/Product/file")));
+    EXPECT_THAT(fake.log.lines,
+                UnorderedElementsAre(warning(mirror + "/usr/local/lib/x"),
+                                     warning(mirrorSupport + "/Acme/loose.txt"),
+                                     warning(mirrorSupport + "/Other/Product/file")));
 }
 
 TEST_F(PayloadWarningsTest, NameHiddenEntriesWithOneLineForAFolder) {
     memory.addFile(payload + "/.DS_Store");
     memory.addFile(mirror + "/.hidden/Tool.app/x");
-    memory.addFile(support + "/Acme/Filters 2/.hidden");
+    memory.addFile(mirrorSupport + "/Acme/Filters 2/.hidden");
     memory.addFile(payload + "/PHOTOSHOP/deep/.hidden");
     log();
     EXPECT_THAT(fake.log.lines,
                 UnorderedElementsAre(warning(payload + "/.DS_Store"), warning(mirror + "/.hidden"),
-                                     warning(support + "/Acme/Filters 2/.hidden"),
+                                     warning(mirrorSupport + "/Acme/Filters 2/.hidden"),
                                      warning(payload + "/PHOTOSHOP/deep/.hidden")));
 }
 
 TEST_F(PayloadWarningsTest, NameLinksAndSpecialFilesThatAreNoPartOfAnItem) {
     memory.addLink(mirror + "/Applications/link", "/etc");
-    memory.addLink(support + "/Acme/link", "Filters 2");
+    memory.addLink(mirrorSupport + "/Acme/link", "Filters 2");
     memory.addLink(payload + "/PHOTOSHOP/link", "a");
     memory.addOther(payload + "/LIGHTROOM/fifo");
     log();
     EXPECT_THAT(fake.log.lines, UnorderedElementsAre(warning(mirror + "/Applications/link"),
-                                                     warning(support + "/Acme/link"),
+                                                     warning(mirrorSupport + "/Acme/link"),
                                                      warning(payload + "/PHOTOSHOP/link"),
                                                      warning(payload + "/LIGHTROOM/fifo")));
 }

@@ -142,13 +142,13 @@ TEST(StringsTable, CountsLinesWhateverEndsThem) {
     EXPECT_THAT(problemLines(parseStringsTable("a = b;\n\n= c;")), ElementsAre(3));
 }
 
-struct BrokenRow {
+struct BrokenTableRow {
     const char* name;
     const char* line;  ///< the second of three lines
     std::vector<std::pair<std::string, std::string>> alsoRead;
 };
 
-class StringsTableBroken : public testing::TestWithParam<BrokenRow> {};
+class StringsTableBroken : public testing::TestWithParam<BrokenTableRow> {};
 
 TEST_P(StringsTableBroken, IsReportedWithItsLineAndTheRestIsRead) {
     const auto table = parseStringsTable("\"first\" = \"1\";\n" + std::string(GetParam().line) +
@@ -163,17 +163,18 @@ TEST_P(StringsTableBroken, IsReportedWithItsLineAndTheRestIsRead) {
 
 INSTANTIATE_TEST_SUITE_P(
     Lines, StringsTableBroken,
-    testing::Values(BrokenRow{"NoSemicolon", "\"a\" = \"2\"", {{"a", "2"}}},
-                    BrokenRow{"NoEqualsSign", "\"a\" \"2\";", {}},
-                    BrokenRow{"KeyAlone", "\"a\"", {}}, BrokenRow{"NoValue", "\"a\" = ;", {}},
-                    BrokenRow{"ValueCutOff", "\"a\" =", {}}, BrokenRow{"NoKey", "= \"2\";", {}},
-                    BrokenRow{"NoClosingQuoteOfTheValue", "\"a\" = \"2;", {}},
-                    BrokenRow{"NoClosingQuoteOfTheKey", "\"a = \"2\";", {}},
-                    BrokenRow{"NoOpeningQuote", "a\" = \"2\";", {}},
-                    BrokenRow{"OnlyAQuote", "\"", {}}, BrokenRow{"StrayText", "{ dictionary }", {}},
-                    BrokenRow{"NonAsciiWithoutQuotes", "\xC3\xA4 = 2;", {}},
-                    BrokenRow{"SemicolonInsideTheRest", "\"a\" + \"x;y\"; b = 2;", {{"b", "2"}}},
-                    BrokenRow{"GoodPairAfterABadOne", "= 1; b = 2;", {{"b", "2"}}}),
+    testing::Values(
+        BrokenTableRow{"NoSemicolon", "\"a\" = \"2\"", {{"a", "2"}}},
+        BrokenTableRow{"NoEqualsSign", "\"a\" \"2\";", {}}, BrokenTableRow{"KeyAlone", "\"a\"", {}},
+        BrokenTableRow{"NoValue", "\"a\" = ;", {}}, BrokenTableRow{"ValueCutOff", "\"a\" =", {}},
+        BrokenTableRow{"NoKey", "= \"2\";", {}},
+        BrokenTableRow{"NoClosingQuoteOfTheValue", "\"a\" = \"2;", {}},
+        BrokenTableRow{"NoClosingQuoteOfTheKey", "\"a = \"2\";", {}},
+        BrokenTableRow{"NoOpeningQuote", "a\" = \"2\";", {}},
+        BrokenTableRow{"OnlyAQuote", "\"", {}}, BrokenTableRow{"StrayText", "{ dictionary }", {}},
+        BrokenTableRow{"NonAsciiWithoutQuotes", "\xC3\xA4 = 2;", {}},
+        BrokenTableRow{"SemicolonInsideTheRest", "\"a\" + \"x;y\"; b = 2;", {{"b", "2"}}},
+        BrokenTableRow{"GoodPairAfterABadOne", "= 1; b = 2;", {{"b", "2"}}}),
     [](const auto& row) { return row.param.name; });
 
 TEST(StringsTable, ACommentThatDoesNotEndIsReportedWhereItBegins) {

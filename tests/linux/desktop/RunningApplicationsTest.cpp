@@ -247,7 +247,7 @@ TEST_F(RunningApplicationsTest, TheHandlerMayListAnewAndDoesNotSeeWhatHasEnded) 
     awaitThat([&] { return std::ranges::find(seen, elements) == seen.end(); });
 }
 
-TEST_F(RunningApplicationsTest, OfTwoThatEndAtOnceEachIsToldThoughTheHandlerListsAnew) {
+TEST_F(RunningApplicationsTest, TwoThatEndAtOnceAreBothToldThoughTheHandlerListsAnew) {
     const RunningProgram first = start(photoshop);
     const RunningProgram second = start(elements);
     ManualWatcher watcher;

@@ -101,6 +101,7 @@ TEST_F(LinuxFileManagerTest, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_FALSE(files_.isPackage(name));
         EXPECT_EQ(files_.attributes(name).error(), missing);
         EXPECT_EQ(files_.list(name).error(), missing);
+        EXPECT_EQ(files_.readTree(name, nullptr).error(), missing);
         EXPECT_EQ(files_.read(name, plenty).error(), missing);
         EXPECT_EQ(files_.remove(name), missing);
         EXPECT_EQ(files_.createFolders(name, 0755), missing);

@@ -18,8 +18,8 @@
 namespace installer {
 namespace {
 
-struct Pipe {
-    Pipe() {
+struct PipeEnds {
+    PipeEnds() {
         std::array<int, 2> ends{};
         if (::pipe2(ends.data(), O_CLOEXEC) != 0) std::abort();
         reading.reset(ends[0]);
@@ -57,7 +57,7 @@ TEST(PollEventLoop, WithoutSourcesTurnsWithoutAnySystemCall) {
 
 TEST(PollEventLoop, RunUntilNowHandlesWhatIsThereAndDoesNotWait) {
     PollEventLoop loop;
-    Pipe pipe;
+    PipeEnds pipe;
     int calls = 0;
     const Subscription watched = loop.watch(pipe.reading.get(), [&] {
         ++calls;
@@ -72,7 +72,7 @@ TEST(PollEventLoop, RunUntilNowHandlesWhatIsThereAndDoesNotWait) {
 
 TEST(PollEventLoop, RunOnceWaitsForASource) {
     PollEventLoop loop;
-    Pipe pipe;
+    PipeEnds pipe;
     int calls = 0;
     const Subscription watched = loop.watch(pipe.reading.get(), [&] { ++calls; });
     std::thread writer([&] { pipe.write(); });
@@ -83,7 +83,7 @@ TEST(PollEventLoop, RunOnceWaitsForASource) {
 
 TEST(PollEventLoop, TellsOfAClosedPeer) {
     PollEventLoop loop;
-    Pipe pipe;
+    PipeEnds pipe;
     int calls = 0;
     const Subscription watched = loop.watch(pipe.reading.get(), [&] { ++calls; });
     pipe.writing.reset();
@@ -93,8 +93,8 @@ TEST(PollEventLoop, TellsOfAClosedPeer) {
 
 TEST(PollEventLoop, CallsReadySourcesInTheOrderInWhichTheyWereAdded) {
     PollEventLoop loop;
-    Pipe first;
-    Pipe second;
+    PipeEnds first;
+    PipeEnds second;
     std::string order;
     const Subscription one = loop.watch(second.reading.get(), [&] { order += "1"; });
     const Subscription two = loop.watch(first.reading.get(), [&] { order += "2"; });
@@ -106,8 +106,8 @@ TEST(PollEventLoop, CallsReadySourcesInTheOrderInWhichTheyWereAdded) {
 
 TEST(PollEventLoop, DoesNotCallASourceThatAnEarlierOneRemovedInTheSameTurn) {
     PollEventLoop loop;
-    Pipe first;
-    Pipe second;
+    PipeEnds first;
+    PipeEnds second;
     int calls = 0;
     Subscription two;
     const Subscription one = loop.watch(first.reading.get(), [&] { two.cancel(); });
@@ -120,7 +120,7 @@ TEST(PollEventLoop, DoesNotCallASourceThatAnEarlierOneRemovedInTheSameTurn) {
 
 TEST(PollEventLoop, LetsASourceRemoveItself) {
     PollEventLoop loop;
-    Pipe pipe;
+    PipeEnds pipe;
     Subscription watched;
     std::string seen;
     watched = loop.watch(pipe.reading.get(), [&watched, &seen, text = std::string(100, 'x')] {
@@ -135,8 +135,8 @@ TEST(PollEventLoop, LetsASourceRemoveItself) {
 
 TEST(PollEventLoop, CanBeTurnedFromWithinACallback) {
     PollEventLoop loop;
-    Pipe outer;
-    Pipe inner;
+    PipeEnds outer;
+    PipeEnds inner;
     int calls = 0;
     const Subscription one = loop.watch(outer.reading.get(), [&] {
         outer.read();
@@ -154,7 +154,7 @@ TEST(PollEventLoop, CanBeTurnedFromWithinACallback) {
 
 TEST(PollEventLoop, MayBeGoneBeforeItsHandles) {
     std::optional<PollEventLoop> loop(std::in_place);
-    Pipe pipe;
+    PipeEnds pipe;
     Subscription watched = loop->watch(pipe.reading.get(), [] {});
     loop.reset();
     watched.cancel();
@@ -166,7 +166,7 @@ TEST(PollEventLoop, WaitsOnAfterASignal) {
     struct sigaction before{};
     ::sigaction(SIGUSR1, &action, &before);
     PollEventLoop loop;
-    Pipe pipe;
+    PipeEnds pipe;
     int calls = 0;
     const Subscription watched = loop.watch(pipe.reading.get(), [&] { ++calls; });
     const pthread_t waiting = ::pthread_self();

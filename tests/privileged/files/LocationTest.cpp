@@ -10,7 +10,7 @@
 namespace installer::test {
 namespace {
 
-constexpr LinkPolicy bothPolicies[] = {LinkPolicy::follow, LinkPolicy::trustedOnly};
+constexpr LinkPolicy eachPolicy[] = {LinkPolicy::follow, LinkPolicy::trustedOnly};
 
 bool isSameFolder(int folder, const std::string& path) {
     struct stat left = {};
@@ -22,7 +22,7 @@ bool isSameFolder(int folder, const std::string& path) {
 TEST(Location, IsTheOpenedParentAndTheName) {
     const Disk disk;
     disk.makeFolder("folder");
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         const auto location = locate(disk.path("folder/entry"), policy);
         ASSERT_TRUE(location) << location.error().message();
         EXPECT_EQ(location.value().name, "entry");
@@ -33,7 +33,7 @@ TEST(Location, IsTheOpenedParentAndTheName) {
 TEST(Location, TakesRunsOfSeparatorsForOne) {
     const Disk disk;
     disk.makeFolder("folder");
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         const auto location = locate("//" + disk.path("folder//./entry//"), policy);
         ASSERT_TRUE(location) << location.error().message();
         EXPECT_EQ(location.value().name, "entry");
@@ -42,7 +42,7 @@ TEST(Location, TakesRunsOfSeparatorsForOne) {
 }
 
 TEST(Location, IsFoundDirectlyBelowTheRoot) {
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         const auto location = locate("/entry", policy);
         ASSERT_TRUE(location);
         EXPECT_EQ(location.value().name, "entry");
@@ -52,7 +52,7 @@ TEST(Location, IsFoundDirectlyBelowTheRoot) {
 
 TEST(Location, RefusesPathsThatNameNothing) {
     const Disk disk;
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         for (const std::string& path :
              {std::string(), std::string("relative"), std::string("./a"),
               disk.path(std::string("a\0b", 3)), disk.path("missing/entry")}) {
@@ -63,7 +63,7 @@ TEST(Location, RefusesPathsThatNameNothing) {
 
 TEST(Location, RefusesTheRootAndDotsAsLastComponent) {
     const Disk disk;
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         for (const std::string& path : {std::string("/"), std::string("///"), disk.path("."),
                                         disk.path(".."), disk.path("../")}) {
             EXPECT_EQ(locate(path, policy).error(), std::errc::invalid_argument) << path;
@@ -74,7 +74,7 @@ TEST(Location, RefusesTheRootAndDotsAsLastComponent) {
 TEST(Location, NeedsAFolderAsParent) {
     const Disk disk;
     disk.makeFile("file");
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         EXPECT_EQ(locate(disk.path("file/entry"), policy).error(), std::errc::not_a_directory);
     }
 }
@@ -92,7 +92,7 @@ TEST(Location, DoesNotFollowALinkThatIsTheEntry) {
     const Disk disk;
     disk.makeFolder("folder");
     disk.makeLink("folder", "link");
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         const auto location = locate(disk.path("link"), policy);
         ASSERT_TRUE(location);
         EXPECT_EQ(location.value().name, "link");
@@ -154,7 +154,7 @@ TEST(Location, EndsInALoopOfLinks) {
     const Disk disk;
     disk.makeLink("b", "a");
     disk.makeLink("a", "b");
-    for (const auto policy : bothPolicies) {
+    for (const auto policy : eachPolicy) {
         EXPECT_EQ(locate(disk.path("a/entry"), policy).error(),
                   std::errc::too_many_symbolic_link_levels);
     }

@@ -70,7 +70,7 @@ bool isRow(const std::string& tool, const Arguments& arguments) {
     });
 }
 
-std::optional<Command> allowed(const std::string& tool, const Arguments& arguments) {
+std::optional<Command> allowedRow(const std::string& tool, const Arguments& arguments) {
     InvokingUser user(65534);
     return allowedCommand({tool, arguments}, user);
 }
@@ -135,7 +135,7 @@ class PolicyTable : public testing::TestWithParam<Row> {
   protected:
     /// Refused, unless it is what the table says.
     static void expectRefused(const std::string& tool, const Arguments& arguments) {
-        EXPECT_EQ(allowed(tool, arguments).has_value(), isRow(tool, arguments))
+        EXPECT_EQ(allowedRow(tool, arguments).has_value(), isRow(tool, arguments))
             << tool << " " << testing::PrintToString(arguments);
     }
     void expectRefused(const Arguments& arguments) { expectRefused(GetParam().tool, arguments); }
@@ -143,7 +143,7 @@ class PolicyTable : public testing::TestWithParam<Row> {
 
 TEST_P(PolicyTable, AllowsTheRow) {
     const Row& row = GetParam();
-    const auto command = allowed(row.tool, row.arguments);
+    const auto command = allowedRow(row.tool, row.arguments);
     ASSERT_TRUE(command);
     EXPECT_EQ(command->action, row.action);
     EXPECT_EQ(command->mode, row.mode);
@@ -245,9 +245,9 @@ TEST(PolicyTableModes, AreTheFourOfTheTableAndNoOther) {
         for (const int shift : {9, 6, 3, 0}) octal += static_cast<char>('0' + (mode >> shift) % 8);
         for (const std::string& text : {octal, octal.substr(1), "0" + octal}) {
             for (const char* tool : {"/bin/chmod", "/usr/sbin/chmod"}) {
-                if (allowed(tool, {"-R", text, somePath})) taken.insert(tool + (" " + text));
+                if (allowedRow(tool, {"-R", text, somePath})) taken.insert(tool + (" " + text));
             }
-            if (allowed("/bin/mkdir", {"-m" + text, "-p", somePath})) taken.insert("-m" + text);
+            if (allowedRow("/bin/mkdir", {"-m" + text, "-p", somePath})) taken.insert("-m" + text);
         }
     }
     EXPECT_EQ(taken, (std::set<std::string>{"/bin/chmod 0664", "/bin/chmod 0775",

@@ -168,5 +168,27 @@ TEST(TemporaryOfADeadProcess, ClearingNeverDisturbsACopyThatIsJustStarting) {
     }
 }
 
+// A fork copies whatever state the names come from.
+TEST(Temporary, NoForkedProcessRepeatsTheNamesOfAnother) {
+    const Disk disk;
+    const auto folder = opened(disk);
+    ASSERT_TRUE(Temporary::makeFile(folder.get(), 0600));
+    std::set<std::string> names;
+    for (int round = 0; round < 4; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            const auto made = Temporary::makeFile(folder.get(), 0600);
+            _exit(made ? 0 : 1);  // leaves the entry
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_EQ(status, 0);
+        ASSERT_EQ(disk.names().size(), 1U);
+        names.insert(disk.names().front());
+        ASSERT_EQ(unlinkat(folder.get(), disk.names().front().c_str(), 0), 0);
+    }
+    EXPECT_EQ(names.size(), 4U);
+}
+
 }  // namespace
 }  // namespace installer::test

@@ -1,5 +1,6 @@
 #include <QAccessible>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QTest>
 
 #include "tests/qt/InterfaceTest.h"
@@ -55,6 +56,58 @@ TEST_F(RowsBindingTest, AClickOnTheBoxTicksTheRow) {
     const QRect row = list().visualItemRect(list().item(1));
     QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, {row.left() + 10, row.center().y()});
     EXPECT_THAT(owner.told, ElementsAre("row 1 of hosts on"));
+}
+
+TEST_F(RowsBindingTest, AClickAnywhereInARowTicksIt) {
+    showHosts();
+    list().resize(400, 200);
+    const QRect row = list().visualItemRect(list().item(1));
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, row.center());
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, {row.right() - 3, row.top() + 3});
+    EXPECT_THAT(owner.told, ElementsAre("row 1 of hosts on", "row 1 of hosts off"));
+    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, row.center());
+    EXPECT_EQ(owner.told.size(), 2U);
+}
+
+TEST_F(RowsBindingTest, TwoFastClicksInARowTickAndUntickIt) {
+    showHosts();
+    list().resize(400, 200);
+    const QPoint place = list().visualItemRect(list().item(1)).center();
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, place);
+    QMouseEvent second(QEvent::MouseButtonDblClick, place, list().viewport()->mapToGlobal(place),
+                       Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(list().viewport(), &second);
+    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, place);
+    EXPECT_THAT(owner.told, ElementsAre("row 1 of hosts on", "row 1 of hosts off"));
+}
+
+TEST_F(RowsBindingTest, AClickInARowWithoutABoxOnlySelectsIt) {
+    owner.values["hosts"] = hosts;
+    show("QListWidget", {{"rowsBinding", "hosts"}});
+    list().resize(400, 200);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {},
+                      list().visualItemRect(list().item(1)).center());
+    EXPECT_EQ(list().currentRow(), 1);
+    EXPECT_THAT(owner.told, IsEmpty());
+}
+
+TEST_F(RowsBindingTest, ANameThatTurnsItselfAroundIsShownAsWhatItIs) {
+    owner.values["hosts"] =
+        std::vector<ListRow>{{.title = "Photo\u202Epohs", .detail = "/Applications/a\u2067b"}};
+    show("QListWidget", {{"rowsBinding", "hosts"}});
+    EXPECT_EQ(fromQt(list().item(0)->text()), "Photo‹U+202E›pohs");
+    EXPECT_EQ(fromQt(list().item(0)->data(Qt::AccessibleDescriptionRole).toString()),
+              "/Applications/a‹U+2067›b");
+}
+
+TEST_F(RowsBindingTest, EveryRowThatCanBeTickedHasAnIcon) {
+    showHosts();
+    list().setIconSize({32, 32});
+    owner.change("hosts", std::vector<ListRow>{});
+    owner.change("hosts", hosts);
+    EXPECT_FALSE(list().item(0)->icon().isNull());
+    EXPECT_EQ(list().visualItemRect(list().item(0)).height(),
+              list().visualItemRect(list().item(1)).height());
 }
 
 TEST_F(RowsBindingTest, ARowShowsWhatTheOwnerMadeOfTheClick) {

@@ -61,6 +61,35 @@ TEST_F(QtControlsTextField, DarkensAGreyThatIsTooLightForItsGround) {
     EXPECT_GT(grey.lightness(), 90);
 }
 
+TEST_F(QtControlsTextField, ItsColourFollowsItsGround) {
+    const QColor dark(30, 30, 32);
+    field.setColor({0, 0, 0});
+    QPalette palette;
+    palette.setColor(QPalette::Window, dark);
+    label.setPalette(palette);
+    EXPECT_GE(contrast(label.palette().color(QPalette::WindowText), dark), 7);
+    palette.setColor(QPalette::Window, Qt::white);
+    label.setPalette(palette);
+    EXPECT_EQ(label.palette().color(QPalette::WindowText), QColor(Qt::black));
+}
+
+TEST_F(QtControlsTextField, ItsFontFollowsTheDesktops) {
+    const QFont before = QApplication::font();
+    QWidget row;
+    auto* rowsLabel = new QLabel(&row);
+    QtTextField rowsField(rowsLabel);
+    rowsField.setSystemFont(TextField::Weight::bold);
+    row.show();
+    QFont large = before;
+    large.setPointSizeF(21);
+    QApplication::setFont(large);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(rowsLabel->font().pointSizeF(), 21);
+    EXPECT_TRUE(rowsLabel->font().bold());
+    QApplication::setFont(before);
+    QCoreApplication::processEvents();
+}
+
 TEST(QtControls, ActOnNothingWhenTheWindowIsGone) {
     auto label = std::make_unique<QLabel>();
     auto list = std::make_unique<QListWidget>();

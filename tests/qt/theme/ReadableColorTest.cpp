@@ -36,4 +36,28 @@ TEST(ReadableColor, QuietTextLiesBetweenTextAndGround) {
     EXPECT_GE(contrast(onDark, QColor(30, 30, 32)), 4.5);
 }
 
+TEST(ReadableColor, BlackAndGreyHaveCounterpartsOnEveryGround) {
+    const QColor dark(0x1e, 0x1e, 0x20);
+    EXPECT_EQ(counterpart(Qt::black, Qt::white), QColor(Qt::black));
+    EXPECT_GE(contrast(counterpart(Qt::black, dark), dark), 15);
+    const QColor grey(128, 128, 128);
+    for (const QColor& ground : {QColor(Qt::white), dark, QColor(0x2b, 0x2b, 0x2e)}) {
+        EXPECT_GE(contrast(counterpart(Qt::black, ground), ground), 7);
+        EXPECT_GE(contrast(counterpart(grey, ground), ground), 4.5);
+        EXPECT_LT(contrast(counterpart(grey, ground), ground),
+                  contrast(counterpart(Qt::black, ground), ground) / 2);
+    }
+}
+
+TEST(ReadableColor, ACounterpartKeepsItsHue) {
+    const QColor blue = counterpart(QColor(0, 0, 120), QColor(30, 30, 30));
+    EXPECT_GT(blue.blue(), blue.red());
+}
+
+TEST(ReadableColor, AHairlineIsBetweenTextAndGroundAndNearerToTheGround) {
+    EXPECT_GT(hairlineColor(Qt::black, Qt::white).lightness(), 180);
+    EXPECT_LT(hairlineColor(Qt::white, Qt::black).lightness(), 75);
+    EXPECT_NE(hairlineColor(Qt::white, Qt::black), QColor(Qt::black));
+}
+
 }  // namespace

@@ -20,6 +20,23 @@ const std::string resources = INSTALLER_RESOURCES;
 constexpr const char* pages[] = {"licenseView", "hostsView", "rtfView", "installFilesView",
                                  "registerView"};
 
+/// The desktop's font while this lives.
+class DesktopFont {
+  public:
+    explicit DesktopFont(const QFont& font) { set(font); }
+    DesktopFont(const DesktopFont&) = delete;
+    DesktopFont& operator=(const DesktopFont&) = delete;
+    ~DesktopFont() { set(before_); }
+
+  private:
+    static void set(const QFont& font) {
+        QApplication::setFont(font);
+        QCoreApplication::processEvents();
+    }
+
+    QFont before_ = QApplication::font();
+};
+
 /// The window that ships, over an owner made of values.
 class MainWindowTest : public InterfaceTest {
   protected:
@@ -77,6 +94,11 @@ class MainWindowTest : public InterfaceTest {
     /// The rows' own views have the same name.
     static QWidget& stepList() { return *window().findChild<QWidget*>("stepIndicatorView"); }
 
+    static QColor colorOfPane() {
+        const QImage seen = window().grab().toImage();
+        return seen.pixelColor(placeOf(named<QWidget>("stepsPane")).bottomLeft() + QPoint(5, -5));
+    }
+
     static QRect placeOf(const QWidget& widget) {
         return {widget.mapTo(&window(), QPoint()), widget.size()};
     }
@@ -126,9 +148,24 @@ TEST_F(MainWindowTest, TheWindowKeepsItsSizeOnEveryPage) {
 }
 
 TEST_F(MainWindowTest, TheHeadingIsBoldAndOfFourteenPoints) {
+    QFont ofTenPoints = QApplication::font();
+    ofTenPoints.setPointSizeF(10);
+    const DesktopFont font(ofTenPoints);
     open();
     EXPECT_EQ(named<QLabel>("mainLabel").font().pointSizeF(), 14);
     EXPECT_TRUE(named<QLabel>("mainLabel").font().bold());
+}
+
+TEST_F(MainWindowTest, TheHeadingStaysLargerThanTheTextWhateverFontTheDesktopHas) {
+    open();
+    for (const double points : {7.0, 10.0, 16.0, 24.0}) {
+        QFont desktop = QApplication::font();
+        desktop.setPointSizeF(points);
+        const DesktopFont font(desktop);
+        const double heading = named<QLabel>("mainLabel").font().pointSizeF();
+        EXPECT_GE(heading, 1.4 * named<QLabel>("informativeLabel").font().pointSizeF()) << points;
+        EXPECT_EQ(named<QLabel>("informativeLabel").font().pointSizeF(), points);
+    }
 }
 
 TEST_F(MainWindowTest, StepsStandInOrderFromTheTopAndSpanTheirList) {
@@ -154,18 +191,51 @@ TEST_F(MainWindowTest, TheStepListGrowsWithItsLongestText) {
     }
 }
 
-TEST_F(MainWindowTest, TheStepListIsLightInADarkWindowToo) {
-    QPalette dark(QColor(60, 60, 64), QColor(43, 43, 46));
-    QApplication::setPalette(dark);
+TEST_F(MainWindowTest, TheStepListIsDarkInADarkWindowAndCanBeReadInBoth) {
     open();
-    const QImage seen = window().grab().toImage();
-    const QPoint pane = placeOf(named<QWidget>("stepsPane")).bottomLeft() + QPoint(5, -5);
-    const QPoint page = centre("dynamicView");
-    EXPECT_GE(contrast(seen.pixelColor(pane), Qt::black), 15);
-    EXPECT_LE(seen.pixelColor(placeOf(named<QWidget>("separator")).bottomLeft() + QPoint(0, 8))
-                  .lightness(),
-              60)
-        << page.x();
+    rows[0]->textField("label")->setColor({0, 0, 0});
+    rows[1]->textField("label")->setColor({128, 128, 128});
+    const auto look = [this](int darkest, int lightest) {
+        const QColor ground = colorOfPane();
+        EXPECT_GE(ground.lightness(), darkest);
+        EXPECT_LE(ground.lightness(), lightest);
+        const auto labels = stepList().findChildren<QLabel*>("label");
+        EXPECT_GE(contrast(labels[0]->palette().color(QPalette::WindowText), ground), 7);
+        EXPECT_GE(contrast(labels[1]->palette().color(QPalette::WindowText), ground), 4.5);
+        EXPECT_GE(contrast(named<QLabel>("productNameLabel").palette().color(QPalette::WindowText),
+                           ground),
+                  7);
+    };
+    look(240, 255);
+    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(43, 43, 46)));
+    QCoreApplication::processEvents();
+    look(0, 60);
+    QApplication::setPalette(QPalette());
+    QCoreApplication::processEvents();
+    look(240, 255);
+}
+
+TEST_F(MainWindowTest, TheMakersPictureStandsBelowTheStepsWhereThereIsOne) {
+    bundle.resources["AppIcon.png"] = resources + "/AppIcon.png";
+    open();
+    EXPECT_TRUE(named<QLabel>("productIcon").isVisible());
+    EXPECT_FALSE(named<QLabel>("sidebarPicture").isVisible());
+    interface.reset();
+    rows.clear();
+    bundle.resources["Sidebar.png"] = resources + "/AppIcon.png";
+    open();
+    EXPECT_TRUE(named<QLabel>("sidebarPicture").isVisible());
+    EXPECT_GT(placeOf(named<QLabel>("sidebarPicture")).top(), placeOf(stepList()).bottom());
+}
+
+TEST_F(MainWindowTest, TheWindowFitsOnASmallScreen) {
+    bundle.resources["AppIcon.png"] = resources + "/AppIcon.png";
+    bundle.resources["Sidebar.png"] = resources + "/AppIcon.png";
+    open();
+    constexpr QSize screen(1024, 600);
+    constexpr int titleBarAndPanel = 64;
+    EXPECT_LE(window().width(), screen.width());
+    EXPECT_LE(window().height(), screen.height() - titleBarAndPanel);
 }
 
 TEST_F(MainWindowTest, TheStepsStandWhereReadingStarts) {

@@ -186,7 +186,7 @@ TEST(QtEventLoop, MayBeGoneBeforeItsHandles) {
     watched.cancel();
 }
 
-class Painted : public QWidget {
+class PaintCounter : public QWidget {
   public:
     int times = 0;
 
@@ -195,7 +195,7 @@ class Painted : public QWidget {
 };
 
 TEST_F(QtEventLoopTest, RunUntilNowPaintsWhatChanged) {
-    Painted widget;
+    PaintCounter widget;
     widget.show();
     turnUntil([&] { return widget.times > 0; });
     loop.runUntilNow();
@@ -207,7 +207,7 @@ TEST_F(QtEventLoopTest, RunUntilNowPaintsWhatChanged) {
 }
 
 TEST_F(QtEventLoopTest, RunUntilNowHandlesWhatTheHandledEventsLeadTo) {
-    Painted widget;
+    PaintCounter widget;
     widget.show();
     turnUntil([&] { return widget.times > 0; });
     loop.runUntilNow();

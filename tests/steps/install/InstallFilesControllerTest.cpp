@@ -293,6 +293,23 @@ TEST_F(InstallFilesControllerTest, APayloadItemThatNoRuleInstallsIsSaidInTheSyst
     EXPECT_THAT(memory.contents(logFile), Not(HasSubstr("/usr/local")));
 }
 
+TEST_F(InstallFilesControllerTest, ARunReadsEachTreeOfThePayloadOnce) {
+    memory.addFile(payload + "/LIGHTROOM/a");
+    FakeProgressIndicator indicator;
+    controller.setProgressIndicator(&indicator);
+    controller.install({photoshopHost(), photoshopHost(), customHost(),
+                        LightRoomHostModel(fake.platform, "Lightroom")},
+                       true);
+    Lines looks = fake.files.looks;
+    std::erase_if(looks,
+                  [](const std::string& look) { return look.find(payload) == std::string::npos; });
+    EXPECT_THAT(looks, ElementsAre("list " + payload, "readTree " + payload + "/HD",
+                                   "readTree " + payload + "/PHOTOSHOP",
+                                   "readTree " + payload + "/PHOTOSHOP_PLUGINS",
+                                   "readTree " + payload + "/LIGHTROOM"));
+    EXPECT_EQ(fake.files.measured, 0);
+}
+
 TEST_F(InstallFilesControllerTest, ABundleWithoutPayloadInstallsNothingAndKeepsTheOldLog) {
     memory.removeAsAdministrator(payload);
     memory.addFile(logFile, "/old\n");
@@ -345,6 +362,11 @@ TEST_F(InstallFilesControllerProgress, CountsTheBytesOfEverythingThatTheRunInsta
     EXPECT_TRUE(std::is_sorted(indicator.fractions.begin(), indicator.fractions.end()));
 }
 
+TEST_F(InstallFilesControllerProgress, TakesTheBytesFromThePlan) {
+    controller.install({photoshopHost(), customHost()}, true);
+    EXPECT_EQ(fake.files.measured, 0);
+}
+
 TEST_F(InstallFilesControllerProgress, StartsAnewWithTheNextRun) {
     controller.install({customHost()}, false);
     beforeCopies.clear();
@@ -391,7 +413,7 @@ TEST_F(InstallFilesControllerProgress, ChangesNothingOfWhatTheRunDoes) {
                                          logOperations()})));
 }
 
-TEST_F(InstallFilesControllerProgress, WithoutAnIndicatorNothingIsMeasuredAndNobodyTold) {
+TEST_F(InstallFilesControllerProgress, WithoutAnIndicatorNobodyIsToldAndNoItemIsMeasuredByItself) {
     controller.setProgressIndicator(nullptr);
     EXPECT_EQ(fake.authorizations.progressSink, nullptr);
     indicator.fractions.assign({0.5});

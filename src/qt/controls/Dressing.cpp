@@ -1,0 +1,53 @@
+#include "qt/controls/Dressing.h"
+
+#include <QLabel>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <QVariant>
+
+#include "qt/controls/BundlePicture.h"
+#include "qt/controls/DotLine.h"
+#include "qt/controls/FollowsFont.h"
+#include "qt/controls/MenuButton.h"
+#include "qt/controls/ReadingColumn.h"
+#include "qt/controls/SidePane.h"
+#include "qt/values/QtText.h"
+
+namespace installer {
+
+namespace {
+
+void setTextSize(QWidget& control) {
+    const QString size = control.property("textSize").toString();
+    if (size == QLatin1String("heading")) new FollowsFont(control, TextSize::heading);
+    if (size == QLatin1String("strong")) new FollowsFont(control, TextSize::strong);
+    if (size == QLatin1String("small")) new FollowsFont(control, TextSize::small);
+}
+
+void dressOne(QWidget& control, const Bundle& bundle) {
+    if (control.parentWidget() != nullptr) {
+        setTextSize(control);
+        if (control.property("sidePane").toBool()) new SidePane(control);
+    }
+    if (control.property("connectsDots").toBool()) new DotLine(control);
+    if (auto* label = qobject_cast<QLabel*>(&control)) {
+        const QString picture = control.property("pictureName").toString();
+        if (!picture.isEmpty()) new BundlePicture(*label, fromQt(picture), bundle);
+    }
+    if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
+        if (control.property("readingColumn").toBool()) new ReadingColumn(*browser);
+    }
+    if (auto* button = qobject_cast<QToolButton*>(&control)) {
+        if (control.property(MenuButton::holdsMenu).toBool()) new MenuButton(*button);
+    }
+}
+
+}  // namespace
+
+void dress(QWidget& root, const Bundle& bundle) {
+    const QList<QWidget*> controls = root.findChildren<QWidget*>();
+    dressOne(root, bundle);
+    for (QWidget* control : controls) dressOne(*control, bundle);
+}
+
+}  // namespace installer
