@@ -25,6 +25,21 @@ inline constexpr const char* accessibleNameKeyProperty = "accessibleNameKey";
 /// A truth value of a list: its rows have check boxes.
 inline constexpr const char* checkableProperty = "checkable";
 
+// How a control looks. The README of the window lists what each of them does.
+inline constexpr const char* textSizeProperty = "textSize";
+inline constexpr const char* sidePaneProperty = "sidePane";
+inline constexpr const char* connectsDotsProperty = "connectsDots";
+inline constexpr const char* dotProperty = "dot";
+inline constexpr const char* pictureNameProperty = "pictureName";
+inline constexpr const char* holdsMenuProperty = "holdsMenu";
+inline constexpr const char* readingColumnProperty = "readingColumn";
+
+/// Those that bind nothing: all but the bindings.
+inline constexpr std::array<const char*, 12> otherDescriptionProperties = {
+    actionProperty,    guardsTextProperty,  textKeyProperty,   accessibleNameKeyProperty,
+    checkableProperty, textSizeProperty,    sidePaneProperty,  connectsDotsProperty,
+    dotProperty,       pictureNameProperty, holdsMenuProperty, readingColumnProperty};
+
 [[nodiscard]] constexpr bool isBindingProperty(std::string_view name) {
     return std::ranges::find(bindingProperties, name) != bindingProperties.end();
 }
@@ -34,8 +49,8 @@ inline constexpr const char* checkableProperty = "checkable";
 }
 
 [[nodiscard]] constexpr bool isDescriptionProperty(std::string_view name) {
-    return isBindingProperty(name) || isTextKeyProperty(name) || name == actionProperty ||
-           name == guardsTextProperty || name == checkableProperty;
+    return isBindingProperty(name) ||
+           std::ranges::find(otherDescriptionProperties, name) != otherDescriptionProperties.end();
 }
 
 }  // namespace installer
