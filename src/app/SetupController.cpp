@@ -246,7 +246,7 @@ std::vector<HostModel> SetupController::foundHosts() const {
 }
 
 std::vector<HostModel> SetupController::selectedHosts() const {
-    return hostsAnsweringYes(foundHosts(), "hostIsSelected").value_or(std::vector<HostModel>());
+    return selectedAmong(foundHosts());
 }
 
 void SetupController::customHostAdded(const HostModel& host) {

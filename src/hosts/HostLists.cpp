@@ -16,6 +16,10 @@ std::optional<std::vector<HostModel>> hostsAnsweringYes(const std::vector<HostMo
     return answering;
 }
 
+std::vector<HostModel> selectedAmong(const std::vector<HostModel>& hosts) {
+    return hostsAnsweringYes(hosts, "hostIsSelected").value_or(std::vector<HostModel>());
+}
+
 std::optional<std::vector<HostModel>> sortedByDisplaySortOrder(std::vector<HostModel> hosts) {
     const bool allAnswer = std::all_of(hosts.begin(), hosts.end(), [](const HostModel& host) {
         return host.displaySortOrder().has_value();

@@ -15,6 +15,10 @@ namespace installer {
 [[nodiscard]] std::optional<std::vector<HostModel>> hostsAnsweringYes(
     const std::vector<HostModel>& hosts, std::string_view property);
 
+/// The hosts that the user has selected, in list order; an empty list when one of them cannot be
+/// asked.
+[[nodiscard]] std::vector<HostModel> selectedAmong(const std::vector<HostModel>& hosts);
+
 /// The hosts by their display sort order, ascending; those of equal order stay in list order.
 /// nullopt if one has no display sort order.
 [[nodiscard]] std::optional<std::vector<HostModel>> sortedByDisplaySortOrder(

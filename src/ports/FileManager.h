@@ -88,7 +88,8 @@ class FileManager {
     [[nodiscard]] virtual bool exists(const std::string& path) = 0;
 
     /// The names in the folder, hidden ones included, in the file system's own order. Follows
-    /// links. An error when the folder is missing, unreadable or no folder.
+    /// links. An error when the folder is missing, unreadable or no folder; saying so is left to
+    /// the caller.
     [[nodiscard]] virtual Result<std::vector<std::string>> list(const std::string& folder) = 0;
 
     /// Calls `visit` for what is in the folder, in the file system's own order, a folder before

@@ -9,8 +9,8 @@ class SystemLog {
   public:
     virtual ~SystemLog() = default;
 
-    /// Adds one line. Control characters in it are made visible, so that no file name can forge a
-    /// line of its own.
+    /// Adds one line. One line feed at its end is the line's own end. Other control characters in
+    /// it are made visible, so that no file name can forge a line of its own.
     virtual void log(std::string_view line) = 0;
 };
 

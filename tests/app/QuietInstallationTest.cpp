@@ -1,3 +1,7 @@
+#include <string>
+#include <system_error>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 #include "app/QuietInstallation.h"
@@ -34,6 +38,19 @@ TEST_F(QuietInstallation, InstallsIntoEveryHostThatIsFound) {
     installQuietly(fake_.platform);
     EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
     EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CC 2015/run.jsx"));
+}
+
+TEST_F(QuietInstallation, MakesTheInstallationBeforeItSearchesForHosts) {
+    std::vector<std::string> made;
+    fake_.searchPaths.whenLoginNameIsAsked = [&] { made.emplace_back("installation"); };
+    fake_.files.setFault([&](const RecordingFileManager::Operation& operation) {
+        if (operation.front() == "read" && operation[1].ends_with(" Paths")) {
+            made.emplace_back("hosts");
+        }
+        return std::error_code();
+    });
+    installQuietly(fake_.platform);
+    EXPECT_THAT(made, ElementsAre("installation", "hosts"));
 }
 
 TEST_F(QuietInstallation, ListsTheSiblingEditorsButNoPhotoshopSinceNoWindowKeepsAList) {

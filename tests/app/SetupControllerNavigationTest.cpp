@@ -173,6 +173,15 @@ TEST_F(SetupControllerNavigationTest, OneRowIsHighlightedInEveryStep) {
     }
 }
 
+TEST_F(SetupControllerNavigationTest, TheOldRowGoesGreyBeforeTheNewOneGoesBlue) {
+    const auto dots = std::make_shared<FakeImageView>();
+    fake.interfaces.prepared["Step Indicator"].imageViews["indicator"] = dots;
+    start();
+    dots->images.clear();
+    wizard->nextView(nullptr);
+    EXPECT_THAT(dots->images, ElementsAre(Image{"/gray"}, Image{"/blue"}));
+}
+
 TEST_F(SetupControllerNavigationTest, TheRowsMoveBeforeTheStepsAreTold) {
     start();
     std::vector<std::size_t> highlightedAtEntry;
@@ -341,6 +350,18 @@ TEST_F(SetupControllerNavigationTest, ReturnInAGuardedTextGoesOnWhenTheStepAllow
     fake.alerts.answer = 0;
     EXPECT_FALSE(wizard->shouldChangeText("\n"));
     EXPECT_THAT(highlighted(), ElementsAre(1));
+}
+
+TEST_F(SetupControllerNavigationTest, ReturnInAGuardedTextIsSentByTheWindowsControllerItself) {
+    class ListeningController : public SetupController {
+      public:
+        using SetupController::SetupController;
+        const void* sender = nullptr;
+        void nextView(const void* newSender) override { sender = newSender; }
+    };
+    ListeningController controller(fake.windowPlatform);
+    EXPECT_FALSE(controller.shouldChangeText("\n"));
+    EXPECT_EQ(controller.sender, &controller);
 }
 
 TEST_F(SetupControllerNavigationTest, AnythingElseTypedIntoAGuardedTextDoesNothing) {

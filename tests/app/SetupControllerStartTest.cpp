@@ -1,3 +1,5 @@
+#include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,7 @@
 namespace installer::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -69,6 +72,52 @@ TEST_F(SetupControllerStartTest, StartsWithTheOptionsThatNobodyHasChosen) {
     EXPECT_TRUE(wizard->customInstallRecommended());
     EXPECT_FALSE(wizard->canConfigurePrismorExternalEditors());
     EXPECT_FALSE(wizard->shouldConfigurePrismorExternalEditors());
+}
+
+TEST_F(SetupControllerStartTest, MakesModelsAndControllersInAFixedOrder) {
+    static const std::set<std::string> tellingTexts = {"continue", "license_instructions",
+                                                       "copy_files_title", "select_host"};
+    fake.bundle.whenAsked = [this](const std::string& what) {
+        if (tellingTexts.contains(what)) events.push_back(what);
+    };
+    fake.searchPaths.whenLoginNameIsAsked = [this] { events.emplace_back("login name"); };
+    make();
+    EXPECT_THAT(events, ElementsAre("continue", "license_instructions", "copy_files_title",
+                                    "login name", "select_host", "continue"));
+}
+
+TEST_F(SetupControllerStartTest, FollowsTheStateOnlyWhenAllElseIsMade) {
+    Subscription earlier;
+    // Of those who follow the state, this one is told first when it was there first.
+    fake.bundle.whenAsked = [&](const std::string& what) {
+        if (what != "finish") return;
+        earlier = fake.notifications.observe(
+            "stateDidChange", [this](const Notification&) { events.emplace_back("state"); });
+    };
+    make();
+    fake.bundle.whenAsked = nullptr;
+    recordAnnouncements();
+    wizard->awakeFromNib(fake.interfaces.load("MainWindow", *wizard));
+    EXPECT_THAT(events, Contains("state").Times(1));
+    EXPECT_EQ(events.front(), "state");
+}
+
+TEST_F(SetupControllerStartTest, ASlowDiscoveryIsOverBeforeTheWindowIsMade) {
+    addPhotoshop("Adobe Photoshop CS6");
+    const std::string pathsFile = "/Users/tester/Library/Preferences/Adobe Photoshop CS6 Paths";
+    const std::string contents = fake.memory.contents(pathsFile);
+    fake.memory.removeAsAdministrator(pathsFile);
+    fake.memory.addFolder(pathsFile);
+    fake.clock.duringSleep = [&] {
+        EXPECT_TRUE(fake.interfaces.loaded.empty());
+        if (fake.clock.sleeps.size() < 3) return;
+        fake.memory.removeAsAdministrator(pathsFile);
+        fake.memory.addFile(pathsFile, contents);
+    };
+    start();
+    EXPECT_THAT(fake.clock.sleeps, SizeIs(3));
+    EXPECT_EQ(window().windows["mainWindow"]->shown, 1);
+    EXPECT_THAT(wizard->foundHosts(), SizeIs(1));
 }
 
 TEST_F(SetupControllerStartTest, RegistersEveryStepUnderItsNumber) {
@@ -119,6 +168,21 @@ TEST_F(SetupControllerStartTest, ShowsTheWindowOnceInTheMiddleOfTheScreen) {
     start();
     EXPECT_EQ(window().windows["mainWindow"]->shown, 1);
     EXPECT_EQ(timesClosed(), 0);
+}
+
+TEST_F(SetupControllerStartTest, ShowsTheWindowWhenAllElseIsDone) {
+    const auto mainWindow = std::make_shared<FakeWindow>();
+    bool isOptionStored = false;
+    mainWindow->whenShown = [&] {
+        events.emplace_back("shown");
+        isOptionStored = !fake.preferences.values.empty();
+    };
+    fake.interfaces.prepared["MainWindow"].windows["mainWindow"] = mainWindow;
+    make();
+    recordAnnouncements();
+    wizard->awakeFromNib(fake.interfaces.load("MainWindow", *wizard));
+    EXPECT_EQ(events.back(), "shown");
+    EXPECT_TRUE(isOptionStored);
 }
 
 TEST_F(SetupControllerStartTest, OwnsItsWindowsDescription) {

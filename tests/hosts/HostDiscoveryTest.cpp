@@ -66,6 +66,18 @@ TEST_F(HostDiscoveryTest, FindsPathsFilesInBothFoldersAdobesOwnFirst) {
                             "Found path file " + preferences + "Adobe Photoshop CS6 Paths"));
 }
 
+TEST_F(HostDiscoveryTest, NamesAPathsFileInTheLogBeforeItIsRead) {
+    addPhotoshop("Adobe Photoshop CS6");
+    std::vector<std::string> linesWhenRead;
+    fake_.files.setFault([&](const test::RecordingFileManager::Operation& operation) {
+        if (operation.front() == "read") linesWhenRead = fake_.log.lines;
+        return std::error_code{};
+    });
+    EXPECT_THAT(discovered(), SizeIs(1));
+    EXPECT_THAT(linesWhenRead,
+                ElementsAre("Found path file " + preferences + "Adobe Photoshop CS6 Paths"));
+}
+
 TEST_F(HostDiscoveryTest, AFolderThatCannotBeListedContributesNothing) {
     addPhotoshop("Adobe Photoshop CS6");
     addPhotoshop("Adobe Photoshop CC", adobeSupport);

@@ -43,6 +43,19 @@ TEST_F(HostLists, FailToFilterWhenOneHostDoesNotAnswer) {
     EXPECT_FALSE(hostsAnsweringYes({custom_}, "bogus"));
 }
 
+TEST_F(HostLists, TheSelectedOnesStayInOrder) {
+    const HostModel newest = photoshop("Adobe Photoshop CC 2019");
+    lightRoom_.setHostIsSelected(false);
+    EXPECT_THAT(selectedAmong({newest, lightRoom_, custom_, aperture_}),
+                ElementsAre(newest, aperture_));
+}
+
+TEST_F(HostLists, NothingIsSelectedWhenOneHostCannotBeAsked) {
+    const HostModel newest = photoshop("Adobe Photoshop CC 2019");
+    EXPECT_THAT(selectedAmong({newest, fireworks_, aperture_}), IsEmpty());
+    EXPECT_THAT(selectedAmong({fireworks_}), IsEmpty());
+}
+
 TEST_F(HostLists, AnEmptyListAnswersEveryQuestion) {
     const auto answering = hostsAnsweringYes({}, "bogus");
     EXPECT_THAT(answering, Optional(IsEmpty()));

@@ -136,6 +136,7 @@ INSTANTIATE_TEST_SUITE_P(
     Releases, PhotoshopHostModelNameAbilities,
     testing::Values(AbilityRow{"Adobe Photoshop CS2", false, false, false},
                     AbilityRow{"Adobe Photoshop CS20", false, false, true},
+                    AbilityRow{"Adobe PhotoshopCS2", false, true, false},
                     AbilityRow{"Adobe Photoshop CS3", false, true, false},
                     AbilityRow{"Adobe Photoshop CS4", false, true, true},
                     AbilityRow{"Adobe Photoshop CS-3", false, true, true},

@@ -219,6 +219,7 @@ INSTANTIATE_TEST_SUITE_P(Releases, PhotoshopHostModelPlugInFolder,
                                          FolderRow{"Adobe Photoshop CC 2015.4", "/Second"},
                                          FolderRow{"Adobe Photoshop CC 2015.5", sharedPlugIns},
                                          FolderRow{"Adobe Photoshop CC 2015.-1", sharedPlugIns},
+                                         FolderRow{"Adobe Photoshop CC 2016", sharedPlugIns},
                                          FolderRow{"Adobe Photoshop CC 2017", sharedPlugIns},
                                          FolderRow{"Adobe Photoshop CS-3", sharedPlugIns},
                                          FolderRow{"Adobe Photoshop Elements 2018", sharedPlugIns},
@@ -262,6 +263,32 @@ TEST_F(PhotoshopHostModelTest, IsNotInstalledWhenItsFolderIsEmptyMissingOrAFile)
     EXPECT_FALSE(hostOf("/Empty\0\0"s).hostIsInstalled());
     EXPECT_FALSE(hostOf("/Missing\0"s).hostIsInstalled());
     EXPECT_FALSE(hostOf("/File.app\0"s).hostIsInstalled());
+    EXPECT_THAT(fake_.log.lines, IsEmpty());
+}
+
+TEST_F(PhotoshopHostModelTest, AnApplicationFolderThatCannotBeListedIsNotInstalledWithoutAWord) {
+    fake_.memory.addFolder("/Photoshop/Photoshop.app");
+    fake_.files.setFault([](const test::RecordingFileManager::Operation& operation) {
+        return operation.front() == "list" ? std::make_error_code(std::errc::permission_denied)
+                                           : std::error_code{};
+    });
+    EXPECT_FALSE(hostOf("/Photoshop\0"s).hostIsInstalled());
+    EXPECT_THAT(fake_.log.lines, IsEmpty());
+}
+
+TEST_F(PhotoshopHostModelTest, ALinkedApplicationFolderCountsAsWhatItLeadsToAndKeepsItsPath) {
+    fake_.memory.addFolder("/Volumes/Large/Photoshop/Photoshop.app");
+    fake_.memory.addLink("/Applications/Photoshop", "/Volumes/Large/Photoshop");
+    const PhotoshopHostModel host = hostOf("/Applications/Photoshop\0"s);
+    EXPECT_TRUE(host.hostIsInstalled());
+    EXPECT_EQ(host.appPath(), "/Applications/Photoshop");
+    EXPECT_EQ(host.scriptsPath(), "/Applications/Photoshop/Presets/Scripts");
+    EXPECT_EQ(host.plugInPath(), "/Applications/Photoshop/Plug-Ins");
+}
+
+TEST_F(PhotoshopHostModelTest, ALinkedApplicationFolderThatLeadsNowhereIsNotInstalled) {
+    fake_.memory.addLink("/Applications/Photoshop", "/Volumes/Away/Photoshop");
+    EXPECT_FALSE(hostOf("/Applications/Photoshop\0"s).hostIsInstalled());
     EXPECT_THAT(fake_.log.lines, IsEmpty());
 }
 

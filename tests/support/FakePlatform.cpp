@@ -17,11 +17,13 @@ std::optional<Value> lookedUp(const std::map<Key, Value>& values, const Key& key
 
 std::optional<std::string> FakeBundle::resourcePath(const std::string& name,
                                                     const std::string& type) const {
+    if (whenAsked) whenAsked(name + "." + type);
     return lookedUp(resources, name + "." + type);
 }
 
 std::optional<std::string> FakeBundle::localizedString(const std::string& key,
                                                        const std::string& table) const {
+    if (whenAsked) whenAsked(key);
     const auto found = tables.find(table);
     return found == tables.end() ? std::nullopt : lookedUp(found->second, key);
 }
@@ -37,6 +39,11 @@ std::unique_ptr<Bundle> FakeBundles::open(const std::string& path) {
     bundle->folder = path;
     bundle->information = found->second;
     return bundle;
+}
+
+std::string FakeSearchPaths::loginName() const {
+    if (whenLoginNameIsAsked) whenLoginNameIsAsked();
+    return login;
 }
 
 std::string FakeSearchPaths::localApplicationSupportFolder() const {

@@ -34,6 +34,8 @@ class FakeBundle : public Bundle {
     std::map<std::string, std::string> information;
     std::string language = "en";
     std::map<std::string, std::string> resources;  ///< "license.txt" -> path
+    /// Told each key ("continue") and each resource ("license.txt") that is looked up.
+    std::function<void(const std::string& what)> whenAsked;
 
     std::string resourcesFolder() const override { return folder + "/Contents/Resources"; }
     std::string sharedSupportFolder() const override { return folder + "/Contents/SharedSupport"; }
@@ -59,13 +61,14 @@ class FakeSearchPaths : public SearchPaths {
     std::optional<std::string> home = "/Users/tester";
     std::vector<std::string> languages = {"en"};
     std::string login = "tester";
+    std::function<void()> whenLoginNameIsAsked;
 
     std::string localApplicationSupportFolder() const override;
     std::string localApplicationsFolder() const override;
     std::optional<std::string> userApplicationSupportFolder() const override;
     std::optional<std::string> userPreferencesFolder() const override;
     std::optional<std::string> homeFolder() const override;
-    std::string loginName() const override { return login; }
+    std::string loginName() const override;
     std::vector<std::string> preferredLanguages() const override { return languages; }
     std::string onTargetVolume(const std::string& path) const override;
     std::string asSeenOnTargetVolume(const std::string& path) const override;

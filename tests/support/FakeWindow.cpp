@@ -2,9 +2,9 @@
 
 namespace installer::test {
 
-void FakeWorkspace::end(const std::string& name) {
-    std::erase(running, name);
-    terminations_.call(name);
+void FakeWorkspace::endAtOnce(const std::vector<std::string>& names) {
+    for (const std::string& name : names) std::erase(running, name);
+    for (const std::string& name : names) terminations_.call(name);
 }
 
 bool FakeWorkspace::openAddress(const std::string& address) {

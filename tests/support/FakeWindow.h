@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -54,7 +55,11 @@ class FakeTextField : public TextField {
 class FakeImageView : public ImageView {
   public:
     Image image;
-    void setImage(const Image& newImage) override { image = newImage; }
+    std::vector<Image> images;  ///< each that was set, in order
+    void setImage(const Image& newImage) override {
+        image = newImage;
+        images.push_back(newImage);
+    }
 };
 
 class FakeListSelection : public ListSelection {
@@ -75,7 +80,11 @@ class FakeWindow : public Window {
     int shown = 0;
     int miniaturized = 0;
     int closed = 0;
-    void centerAndShow() override { ++shown; }
+    std::function<void()> whenShown;
+    void centerAndShow() override {
+        ++shown;
+        if (whenShown) whenShown();
+    }
     void miniaturize() override { ++miniaturized; }
     void close() override { ++closed; }
 };
@@ -137,8 +146,11 @@ class FakeInterfaceLoader : public InterfaceLoader {
     std::map<std::string, std::vector<std::shared_ptr<FakeInterfaceParts>>> loaded;
     /// What the parts of the next load of a name are made from.
     std::map<std::string, FakeInterfaceParts> prepared;
+    /// Told the name of each description that is to be loaded.
+    std::function<void(const std::string& name)> whenAsked;
 
     std::unique_ptr<Interface> load(const std::string& name, InterfaceOwner& owner) override {
+        if (whenAsked) whenAsked(name);
         if (unloadable.contains(name)) return nullptr;
         auto parts = std::make_shared<FakeInterfaceParts>(prepared[name]);
         parts->owner = &owner;
@@ -175,7 +187,9 @@ class FakeWorkspace : public Workspace {
     std::map<std::string, Image> icons;
 
     /// The application ends: it is gone from `running`, and then whoever observes is told.
-    void end(const std::string& name);
+    void end(const std::string& name) { endAtOnce({name}); }
+    /// They all are gone before anybody is told of the first.
+    void endAtOnce(const std::vector<std::string>& names);
     [[nodiscard]] bool isObserved() const { return !terminations_.isEmpty(); }
 
     bool openAddress(const std::string& address) override;

@@ -1,5 +1,7 @@
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,6 +39,15 @@ class StepIndicatorTest : public testing::Test {
 TEST_F(StepIndicatorTest, OwnsItsDescription) {
     const auto indicator = load();
     EXPECT_EQ(parts().owner, indicator.get());
+}
+
+TEST_F(StepIndicatorTest, LooksForItsDotsBeforeItsDescription) {
+    std::vector<std::string> asked;
+    const auto note = [&asked](const std::string& what) { asked.push_back(what); };
+    fake.bundle.whenAsked = note;
+    fake.interfaces.whenAsked = note;
+    load();
+    EXPECT_THAT(asked, ElementsAre("DotBlue.tiff", "DotGray.tiff", "Step Indicator"));
 }
 
 TEST_F(StepIndicatorTest, ADescriptionThatCannotBeLoadedGivesNoIndicator) {

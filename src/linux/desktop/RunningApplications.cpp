@@ -41,9 +41,11 @@ RunningApplications::RunningApplications(DescriptorWatcher& watcher, Bundles& bu
     : watcher_(watcher), bundles_(bundles), descriptorLimit_(raisedDescriptorLimit()) {}
 
 std::vector<std::string> RunningApplications::scan() {
-    watched_.clear();
+    // An end that was not told yet still is, as the event loop turns on.
+    std::erase_if(watched_, [](const auto& entry) { return !hasEnded(entry.second.process); });
     std::vector<std::string> names;
     for (const pid_t number : listedProcesses()) {
+        if (number == ::getpid()) continue;
         // Opened before its facts are read, the descriptor shows whether they are still those of
         // the same process.
         FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));

@@ -15,8 +15,8 @@ class Bundles;
 class DescriptorWatcher;
 
 /// What runs on the machine, for whichever user, and the ends of it. Every process counts as an
-/// application but the kernel's threads; one that has ended does not, even while its parent has
-/// not asked for its exit status.
+/// application but the kernel's threads and this process, which would wait for its own end; one
+/// that has ended does not, even while its parent has not asked for its exit status.
 ///
 /// Ends are watched through descriptors of the processes, without polling. Where the kernel has
 /// none (before Linux 5.3, or in a sandbox that forbids them) nothing is watched. A quarter of the
@@ -28,7 +28,7 @@ class RunningApplications {
     RunningApplications(DescriptorWatcher& watcher, Bundles& bundles);
 
     /// The applications' names, one for each process, in the kernel's order. From now on exactly
-    /// these are watched.
+    /// these are watched, beside those whose end has not been told yet.
     [[nodiscard]] std::vector<std::string> scan();
 
     /// The handler may scan anew.

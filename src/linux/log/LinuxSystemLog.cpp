@@ -78,6 +78,7 @@ LinuxSystemLog::LinuxSystemLog(std::string programName, std::string daemonSocket
 }
 
 void LinuxSystemLog::log(std::string_view line) {
+    if (line.ends_with('\n')) line.remove_suffix(1);
     const std::string text = visibleText(line);
     writeToStandardError(text + "\n");
     sendToDaemon(text);

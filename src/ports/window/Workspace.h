@@ -32,7 +32,8 @@ class Workspace {
     virtual bool openFile(const std::string& path) = 0;
 
     /// The names of the running applications, as a person knows them, in the platform's order.
-    /// From now on their ends are watched, and those of nothing that was watched before.
+    /// From now on their ends are watched, and no others; an end that has happened already, of what
+    /// was watched before, is still told.
     [[nodiscard]] virtual std::vector<std::string> runningApplications() = 0;
 
     /// Calls `handler` with the name of each watched application that ends, while the event loop

@@ -115,6 +115,8 @@ void HostsController::finishCustomHost(UnknownHostModel& host) {
     // There are never scripts or panels to copy, so both flags are cleared even if chosen.
     host.setShouldInstallPanels(false);
     host.setShouldInstallScripts(false);
+    // Switched off for this host, the plug-in stays off, on purpose: the box that is switched on
+    // again only counts for a custom folder that is made anew.
     if (!installPluginForCustomInstall_) host.setShouldInstallPlugIns(false);
     defaults_.setObject(host.plugInPath(), customPathKey);
 }

@@ -125,7 +125,7 @@ void RunningHostViewController::RemoveKillNotify() {
 }
 
 void RunningHostViewController::appTerminated(const std::string& name) {
-    platform_.log.log(formatted("terminated %@", {name}));
+    platform_.log.log(formatted("terminated %@\n", {name}));
     if (checkForRunningHosts() || mainController_ == nullptr) return;
     mainController_->willChange("enableForward");
     mainController_->willChange("mainLabelText");

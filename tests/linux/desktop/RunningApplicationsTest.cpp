@@ -1,13 +1,16 @@
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -44,6 +47,30 @@ class CountingWatcher : public DescriptorWatcher {
         ++watched;
         return Subscription([this] { --watched; });
     }
+};
+
+/// Tells only when a test wants it to.
+class ManualWatcher : public DescriptorWatcher {
+  public:
+    Subscription watch(int descriptor, std::function<void()> whenReadable) override {
+        handlers_[descriptor] = std::move(whenReadable);
+        return Subscription([this, descriptor] { handlers_.erase(descriptor); });
+    }
+
+    void tellWhatIsReadable() {
+        std::vector<int> descriptors;
+        for (const auto& [descriptor, handler] : handlers_) descriptors.push_back(descriptor);
+        for (const int descriptor : descriptors) {
+            const auto found = handlers_.find(descriptor);
+            pollfd polled{descriptor, POLLIN, 0};
+            if (found == handlers_.end() || ::poll(&polled, 1, 0) <= 0) continue;
+            const auto handler = found->second;
+            handler();
+        }
+    }
+
+  private:
+    std::map<int, std::function<void()>> handlers_;
 };
 
 std::set<int> inheritableDescriptors() {
@@ -212,12 +239,40 @@ TEST_F(RunningApplicationsTest, TheHandlerMayListAnewAndDoesNotSeeWhatHasEnded) 
     seen = running();
     EXPECT_THAT(seen, IsSupersetOf({photoshop, elements}));
     // Not the notice of the end is awaited: when another program of the machine ends first, the
-    // list is made anew then, and what has ended meanwhile is missing from it without a notice.
+    // list is made anew then, and what has ended meanwhile is missing from it before its notice.
     first.kill();
     awaitThat([&] { return std::ranges::find(seen, photoshop) == seen.end(); });
     EXPECT_THAT(seen, Contains(elements));
     second.kill();
     awaitThat([&] { return std::ranges::find(seen, elements) == seen.end(); });
+}
+
+TEST_F(RunningApplicationsTest, TwoThatEndAtOnceAreBothToldThoughTheHandlerListsAnew) {
+    const RunningProgram first = start(photoshop);
+    const RunningProgram second = start(elements);
+    ManualWatcher watcher;
+    LinuxWorkspace workspace(watcher, bundles_, log_);
+    const Subscription watch = workspace.onApplicationTerminated([&](const std::string& name) {
+        ended_.push_back(name);
+        static_cast<void>(workspace.runningApplications());
+    });
+    static_cast<void>(workspace.runningApplications());
+    first.endWithoutWaiting();
+    second.endWithoutWaiting();
+    watcher.tellWhatIsReadable();
+    watcher.tellWhatIsReadable();
+    EXPECT_THAT(ended_, Contains(photoshop).Times(1));
+    EXPECT_THAT(ended_, Contains(elements).Times(1));
+}
+
+TEST_F(RunningApplicationsTest, TheProgramThatListsIsNotListedWhateverItIsCalled) {
+    EXPECT_EQ(test::inChild([&] {
+                  const std::string name = "Own" + std::to_string(::getpid());
+                  if (!test::renameThisProcess("/" + name + ".exe")) return "not renamed";
+                  const auto names = running();
+                  return std::ranges::find(names, name) == names.end() ? "" : "listed";
+              }),
+              "");
 }
 
 TEST_F(RunningApplicationsTest, TheHandlerMayUnsubscribe) {

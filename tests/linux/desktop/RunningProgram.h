@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,6 +37,26 @@ inline std::string addScript(const ScratchFolder& folder, const std::string& bel
     const std::string path = folder.add(below, text);
     EXPECT_EQ(::chmod(path.c_str(), 0755), 0);
     return path;
+}
+
+/// Gives this process another first argument, as other processes see it, and no further ones. False
+/// when there is no room for it.
+inline bool renameThisProcess(const std::string& name) {
+    std::ifstream status("/proc/self/stat");
+    std::string line;
+    std::getline(status, line);
+    std::istringstream fields(line.substr(line.rfind(')') + 2));
+    // The two numbers are the 48th and 49th of the line; the first of `fields` is its third.
+    std::vector<std::string> values;
+    for (std::string value; fields >> value;) values.push_back(value);
+    if (values.size() < 47) return false;
+    const auto start = std::stoull(values[45]);
+    const auto end = std::stoull(values[46]);
+    if (end - start <= name.size()) return false;
+    auto* const arguments = reinterpret_cast<char*>(start);
+    std::fill(arguments, arguments + (end - start), '\0');
+    std::copy(name.begin(), name.end(), arguments);
+    return true;
 }
 
 /// A process that is ended, and waited for, with this object. It runs the program, and the kernel

@@ -213,6 +213,15 @@ TEST_F(LinuxFileManagerTest, ExistsLogsWhatItCannotLookAt) {
               std::vector<std::string>{"Could not look at " + tooLong + ": File name too long"});
 }
 
+TEST_F(LinuxFileManagerTest, ListLeavesItToTheCallerToSayWhatCannotBeListed) {
+    disk_.makeFile("file");
+    disk_.makeLink("away", "dangling");
+    for (const char* name : {"missing", "file", "dangling"}) {
+        EXPECT_FALSE(files_.list(path(name))) << name;
+    }
+    EXPECT_TRUE(log_.lines.empty());
+}
+
 TEST_F(LinuxFileManagerTest, WalkBearsThatTheVisitorChangesTheTree) {
     disk_.makeFolder("a");
     for (const char* name : {"a/x", "a/y"}) {

@@ -95,6 +95,17 @@ TEST_F(LinuxSystemLogTest, AFileNameCannotForgeALine) {
     EXPECT_THAT(daemon.receive().value_or(""), EndsWith("a\\nAll is well\\x1b[2J caf\\xe9"));
 }
 
+TEST_F(LinuxSystemLogTest, ALineFeedAtTheEndIsTheEndOfTheLine) {
+    Daemon daemon(socketPath());
+    LinuxSystemLog log("Installer", socketPath());
+    testing::internal::CaptureStderr();
+    log.log("terminated Photoshop\n");
+    log.log("two\n\n");
+    log.log("\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "terminated Photoshop\ntwo\\n\n\n");
+    EXPECT_THAT(daemon.receive().value_or(""), EndsWith(": terminated Photoshop"));
+}
+
 TEST_F(LinuxSystemLogTest, WritesEachLineInOneCall) {
     std::array<int, 2> ends{};
     // A packet pipe keeps the boundaries of the writes.

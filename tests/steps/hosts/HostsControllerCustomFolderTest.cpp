@@ -147,11 +147,6 @@ class DiskWithLinks : public MemoryFileManager {
         addLink("/Notes", "/notes.txt");
         addLink("/Dangling", "/missing");
     }
-    Result<std::vector<std::string>> list(const std::string& folder) override {
-        const Node* link = node(folder);
-        const bool isLink = link != nullptr && link->type == FileType::symbolicLink;
-        return MemoryFileManager::list(isLink ? link->contents : folder);
-    }
     bool exists(const std::string& path) override {
         const Node* parent = node(parentPath(path));
         if (parent == nullptr || parent->type != FileType::symbolicLink) {

@@ -182,6 +182,19 @@ TEST_F(HostsControllerScreens, BackOnTheListIsLeftToTheWizard) {
     EXPECT_THAT(events, IsEmpty());
 }
 
+TEST_F(HostsControllerScreens, BackOnTheListIsLeftToTheWizardAlsoWhileThereIsACustomFolder) {
+    enterCustomScreen();
+    controller.didProceed(1);
+    enter(-1);
+    events.clear();
+    bool overridden = true;
+    controller.overrideBackButton(this, overridden);
+    EXPECT_FALSE(overridden);
+    expectHostList();
+    EXPECT_THAT(events, IsEmpty());
+    EXPECT_TRUE(customHost().hostIsSelected());
+}
+
 TEST_F(HostsControllerScreens, AfterBackTheRememberedFolderIsOfferedAgain) {
     remember("/My Plug-Ins");
     enterCustomScreen();
@@ -223,6 +236,49 @@ TEST_F(HostsControllerScreens, ProceedingInTheBranchSwitchesTheScreenInEitherDir
     EXPECT_FALSE(main.customInstallChosen);
     controller.proceedInBranch(-1);
     expectCustomScreen();
+    EXPECT_FALSE(main.customInstallChosen);
+}
+
+// When the main controller is told that a custom install is chosen.
+
+class HostsControllerScreensChoice : public HostsControllerScene {
+  protected:
+    /// What the main controller says of the choice at each announcement about its forward button.
+    void watchChoice() {
+        watch_ = main.observe([this](Observable::Moment moment, std::string_view) {
+            choices_.push_back(
+                std::string(moment == Observable::Moment::willChange ? "will" : "did") +
+                (main.customInstallChosen ? ", chosen" : ", not chosen"));
+        });
+    }
+
+    std::vector<std::string> choices_;
+
+  private:
+    Subscription watch_;
+};
+
+TEST_F(HostsControllerScreensChoice, IsMadeBetweenTheNewFolderAndTheNewScreen) {
+    addPhotoshop();
+    enter();
+    watchChoice();
+    controller.goToCustomScreen();
+    EXPECT_THAT(choices_,
+                ElementsAre("will, not chosen", "did, not chosen", "will, chosen", "did, chosen"));
+}
+
+TEST_F(HostsControllerScreensChoice, IsTakenBackWhileTheScreenChanges) {
+    enterCustomScreen();
+    watchChoice();
+    controller.undoCustomScreen();
+    EXPECT_THAT(choices_, ElementsAre("will, chosen", "did, not chosen"));
+}
+
+TEST_F(HostsControllerScreensChoice, IsTakenBackAfterATickedHostIsAnnounced) {
+    enterCustomScreen();
+    watchChoice();
+    controller.checkboxClicked(this);
+    EXPECT_THAT(choices_, ElementsAre("will, chosen", "did, chosen"));
     EXPECT_FALSE(main.customInstallChosen);
 }
 

@@ -270,6 +270,17 @@ TEST_F(HostsControllerTest, WithoutThePlugInACustomFolderGetsNone) {
     EXPECT_FALSE(customHost().shouldInstallPlugIns());
 }
 
+TEST_F(HostsControllerTest, ThePlugInThatWasSwitchedOffStaysOffWhenTheBoxIsSwitchedOnAgain) {
+    enterCustomScreen();
+    controller.setInstallPluginForCustomInstall(false);
+    controller.didProceed(1);
+    enter(-1);
+    controller.buttonPressed(this);
+    controller.setInstallPluginForCustomInstall(true);
+    controller.didProceed(1);
+    EXPECT_FALSE(customHost().shouldInstallPlugIns());
+}
+
 TEST_F(HostsControllerTest, ACustomFolderThatIsNotSelectedStaysAsItIs) {
     enterCustomScreen();
     customHost().setPlugInPath("/Chosen");

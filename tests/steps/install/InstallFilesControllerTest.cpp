@@ -17,6 +17,7 @@ namespace installer::test {
 namespace {
 
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::HasSubstr;
@@ -545,6 +546,57 @@ TEST_F(InstallFilesControllerStep, TheEditorsAreLeftAloneWhenNotWanted) {
     EXPECT_FALSE(memory.exists(editors));
 }
 
+TEST_F(InstallFilesControllerStep, ItsOwnRequestMovesTheWizardOn) {
+    enter(1);
+    EXPECT_EQ(main.nextViewSender, &controller);
+}
+
+TEST_F(InstallFilesControllerStep, ANewRunIsNotCompleteFromItsFirstAnnouncementOn) {
+    enter(1);
+    ASSERT_TRUE(controller.installComplete());
+    std::vector<bool> complete;
+    const Subscription each = main.observe([&](Observable::Moment, std::string_view) {
+        complete.push_back(controller.installComplete());
+    });
+    controller.install({}, false);
+    EXPECT_THAT(complete, Not(IsEmpty()));
+    EXPECT_THAT(complete, Each(false));
+}
+
+TEST_F(InstallFilesControllerStep, AFailureOfTheRunBeforeIsForgottenOnceTheNewOneIsInProgress) {
+    failItem("guide.txt");
+    enter(1);
+    fake.files.setFault(nullptr);
+    std::vector<bool> failed;
+    const Subscription each = main.observe([&](Observable::Moment, std::string_view property) {
+        if (property == "copyInProgress") failed.push_back(controller.fileOpErrorOccurred());
+    });
+    fake.authorizations.works = nullptr;
+    controller.install({}, false);
+    EXPECT_THAT(failed, ElementsAre(true, true));
+    EXPECT_FALSE(controller.fileOpErrorOccurred());
+}
+
+TEST_F(InstallFilesControllerStep, TheSuccessIsAnnouncedBeforeAndAfterItChanges) {
+    std::vector<bool> succeeded;
+    const Subscription each = main.observe([&](Observable::Moment, std::string_view property) {
+        if (property == "successfulInstall") succeeded.push_back(controller.successfulInstall());
+    });
+    enter(1);
+    EXPECT_THAT(succeeded, ElementsAre(false, true));
+}
+
+TEST_F(InstallFilesControllerStep, AnAuthorizationThatCouldNotBeObtainedIsGoneBeforeThatIsSaid) {
+    fake.authorizations.obtainable = false;
+    std::vector<int> destroyed;
+    const Subscription each = main.observe([&](Observable::Moment, std::string_view property) {
+        if (property == "informativeText") destroyed.push_back(fake.authorizations.destroyed);
+    });
+    controller.didEnterWithModel(model, view, &main, 1);
+    EXPECT_THAT(destroyed, Not(IsEmpty()));
+    EXPECT_THAT(destroyed, Each(1));
+}
+
 TEST_F(InstallFilesControllerStep, TheAuthorizationEndsWithTheRunAndTheNextOneAsksAgain) {
     enter(1);
     EXPECT_EQ(fake.authorizations.destroyed, 1);
@@ -598,6 +650,12 @@ TEST_F(InstallFilesControllerStep, LeavingBackwardForgetsThatTheInstallationIsCo
     controller.didProceed(-1);
     EXPECT_FALSE(controller.installComplete());
     EXPECT_FALSE(controller.successfulInstall());
+}
+
+TEST_F(InstallFilesControllerStep, LeavingInNoDirectionKeepsTheInstallationComplete) {
+    enter(1);
+    controller.didProceed(0);
+    EXPECT_TRUE(controller.installComplete());
 }
 
 TEST_F(InstallFilesControllerStep, MovingOnMayLeaveTheStepBeforeEnteringItHasReturned) {

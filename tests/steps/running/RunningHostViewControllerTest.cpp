@@ -114,6 +114,17 @@ TEST_F(RunningHostViewControllerTest, StaysWhileASelectedHostRuns) {
     EXPECT_EQ(explanation(), "Quit Photoshop.");
 }
 
+TEST_F(RunningHostViewControllerTest, AtEntryTheModelIsToldBetweenTheAnnouncements) {
+    const Subscription texts = model->observe([this](Observable::Moment moment, std::string_view) {
+        const bool will = moment == Observable::Moment::willChange;
+        events.push_back(will ? "the texts will change" : "the texts did change");
+    });
+    main.recordAnnouncements();
+    enter();
+    EXPECT_THAT(events, ElementsAre("will enableForward", "the texts will change",
+                                    "the texts did change", "did enableForward", "next view"));
+}
+
 TEST_F(RunningHostViewControllerTest, HostsThatAreNotSelectedMayRun) {
     main.found = {photoshop()};
     main.selected.emplace();
@@ -272,7 +283,7 @@ TEST_F(RunningHostViewControllerTest, TheEndOfTheLastHostEnablesContinueAndSaysT
     EXPECT_TRUE(controller.enableForward());
     EXPECT_EQ(model->mainLabelText(), "Thank you");
     EXPECT_EQ(explanation(), "Go on with Filters 2.");
-    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Photoshop"));
+    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Photoshop\n"));
 }
 
 TEST_F(RunningHostViewControllerTest, TheNewTextsAreThereWhenTheChangeIsAnnounced) {
@@ -300,7 +311,17 @@ TEST_F(RunningHostViewControllerTest, WhileAnotherHostRunsOnlyTheTextsChange) {
     EXPECT_EQ(explanation(), "Quit Lightroom.");
     fake.workspace.end("Lightroom");
     EXPECT_TRUE(controller.enableForward());
-    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Photoshop", "terminated Lightroom"));
+    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Photoshop\n", "terminated Lightroom\n"));
+}
+
+TEST_F(RunningHostViewControllerTest, EachOfTwoThatEndAtOnceIsLogged) {
+    main.selected = {photoshop(), lightRoom()};
+    runs({"Photoshop", "Lightroom"});
+    enter();
+    fake.workspace.endAtOnce({"Photoshop", "Lightroom"});
+    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Photoshop\n", "terminated Lightroom\n"));
+    EXPECT_TRUE(controller.enableForward());
+    EXPECT_EQ(model->mainLabelText(), "Thank you");
 }
 
 TEST_F(RunningHostViewControllerTest, TheEndOfAnotherApplicationIsLoggedAndChangesNothing) {
@@ -308,7 +329,7 @@ TEST_F(RunningHostViewControllerTest, TheEndOfAnotherApplicationIsLoggedAndChang
     runs({"Files", "Photoshop"});
     enter();
     fake.workspace.end("Files");
-    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Files"));
+    EXPECT_THAT(fake.log.lines, ElementsAre("terminated Files\n"));
     EXPECT_FALSE(controller.enableForward());
     EXPECT_EQ(explanation(), "Quit Photoshop.");
 }
