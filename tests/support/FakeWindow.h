@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/observers/ObserverList.h"
 #include "ports/window/Clipboard.h"
 #include "ports/window/FolderPanel.h"
 #include "ports/window/InterfaceLoader.h"
@@ -189,7 +190,7 @@ class FakeWorkspace : public Workspace {
     void end(const std::string& name) { endAtOnce({name}); }
     /// They all are gone before anybody is told of the first.
     void endAtOnce(const std::vector<std::string>& names);
-    [[nodiscard]] bool isObserved() const { return !handlers_->empty(); }
+    [[nodiscard]] bool isObserved() const { return !terminations_.isEmpty(); }
 
     bool openAddress(const std::string& address) override;
     bool openFile(const std::string& path) override;
@@ -202,10 +203,8 @@ class FakeWorkspace : public Workspace {
     Image iconOfFile(const std::string& path) override;
 
   private:
-    using Handler = std::function<void(const std::string&)>;
     std::vector<std::string>& journal_;
-    std::shared_ptr<std::vector<std::shared_ptr<Handler>>> handlers_ =
-        std::make_shared<std::vector<std::shared_ptr<Handler>>>();
+    ObserverList<const std::string&> terminations_;
 };
 
 /// A whole platform with a window, of fakes.
