@@ -71,6 +71,19 @@ TEST_F(WizardWalkTest, ARunningHostHoldsTheWizardUp) {
     EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
 }
 
+TEST_F(WizardWalkTest, TheHeadingAsksToQuitARunningHostAndThanksWhenItHasEnded) {
+    fake.bundle.tables["Localizable"]["host_running_title"] = "Please quit it";
+    fake.bundle.tables["Localizable"]["thank_you"] = "Thank you";
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.running = {"Photoshop CS6"};
+    start();
+    goTo(2);
+    EXPECT_EQ(textOf("mainLabelText"), "Please quit it");
+    fake.workspace.end("Photoshop CS6");
+    EXPECT_EQ(textOf("mainLabelText"), "Thank you");
+    EXPECT_TRUE(flagOf("enableForward"));
+}
+
 TEST_F(WizardWalkTest, AHostThatNobodyWantsMayRun) {
     addPhotoshop("Adobe Photoshop CS6");
     fake.workspace.running = {"Photoshop CS6"};
