@@ -271,7 +271,7 @@ TEST_F(DiskMirrorTest, APackageOfAHigherVersionAtTheDestinationIsReplaced) {
 }
 
 TEST_F(DiskMirrorTest, AFileOfAProductFolderThatIsNewerAtTheDestinationIsReplaced) {
-    const std::string guide = support + "/Acme/Filters 2/guide.txt";
+    const std::string guide = supportFolder + "/Acme/Filters 2/guide.txt";
     memory.addFile(mirror + guide, "new");
     memory.addFile(guide, "old");
     memory.setModificationDate(mirror + guide, FileTime(std::chrono::seconds(100)));

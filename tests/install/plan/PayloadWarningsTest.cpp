@@ -55,9 +55,9 @@ TEST_F(PayloadWarningsTest, NamePlainFilesOutsideTheProductFoldersOfTheMirror) {
 }
 
 TEST_F(PayloadWarningsTest, NameFilesOfAMakerWhoseNameBeginsWithOurMakersName) {
-    memory.addFile(support + "/Acme Two/Product/file");
+    memory.addFile(mirrorSupport + "/Acme Two/Product/file");
     log();
-    EXPECT_THAT(fake.log.lines, ElementsAre(warning(support + "/Acme Two/Product/file")));
+    EXPECT_THAT(fake.log.lines, ElementsAre(warning(mirrorSupport + "/Acme Two/Product/file")));
 }
 
 TEST_F(PayloadWarningsTest, NameHiddenEntriesWithOneLineForAFolder) {
