@@ -8,8 +8,9 @@ namespace {
 
 class FakeTool : public PrivilegedTool {
   public:
-    FakeTool(std::string output, std::size_t chunk, std::vector<std::string>& journal)
-        : output_(std::move(output)), chunk_(chunk), journal_(journal) {}
+    FakeTool(bool succeeded, std::string output, std::size_t chunk,
+             std::vector<std::string>& journal)
+        : succeeded_(succeeded), output_(std::move(output)), chunk_(chunk), journal_(journal) {}
 
     void waitUntilEnded() override { journal_.emplace_back("wait"); }
 
@@ -20,7 +21,10 @@ class FakeTool : public PrivilegedTool {
         return size;
     }
 
+    [[nodiscard]] bool hasSucceeded() const override { return succeeded_; }
+
   private:
+    bool succeeded_;
     std::string output_;
     std::size_t chunk_;
     std::vector<std::string>& journal_;
@@ -51,9 +55,11 @@ class FakeAuthorizations::Fake : public Authorization {
         owner_.journal_.push_back(joinedWords(command));
         const std::int32_t refusal = owner_.status ? owner_.status(command) : 0;
         if (refusal != 0) return {refusal, nullptr};
-        if (!owner_.works || owner_.works(command)) owner_.perform(command);
+        const bool works = !owner_.works || owner_.works(command);
+        if (works) owner_.perform(command);
         std::string printed = owner_.output ? owner_.output(command) : "";
-        return {0, std::make_unique<FakeTool>(std::move(printed), owner_.chunk, owner_.journal_)};
+        return {0, std::make_unique<FakeTool>(works, std::move(printed), owner_.chunk,
+                                              owner_.journal_)};
     }
 
     void setProgressSink(ProgressSink* progress) override { owner_.progressSink = progress; }
