@@ -207,9 +207,9 @@ bool HostsController::loadCustomScreen() {
     if (scriptsOrPanelsHosts().empty()) installScriptsAndPanelsChosen_ = false;
     auto interface = platform_.interfaces.load("CustomInstall", *this);
     if (!interface) return false;
-    customInstallView_ = interface->view("customInstallView");
+    customInstallView_ = interface->view(customInstallViewPart);
     if (!customInstallView_) return false;
-    scriptsOrPanelsArrayController_ = interface->list("scriptsOrPanelsArrayController");
+    scriptsOrPanelsArrayController_ = interface->list(hostsListPart);
     customInstall_ = std::move(interface);
     if (const auto parent = view_ ? view_->superview() : nullptr) {
         parent->addSubview(customInstallView_);
