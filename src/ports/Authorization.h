@@ -22,7 +22,7 @@ class PrivilegedTool {
   public:
     virtual ~PrivilegedTool() = default;
 
-    /// Waits until the tool has ended. Its exit status is not reported.
+    /// Waits until the tool has ended.
     virtual void waitUntilEnded() = 0;
 
     /// Reads what the tool wrote to its standard output: some bytes, at least one, or 0 at the
@@ -30,8 +30,11 @@ class PrivilegedTool {
     [[nodiscard]] virtual std::size_t readOutput(std::span<char> buffer) = 0;
 
     /// 0, or `denied` once it is known that the process that ran the tool was lost before the
-    /// tool's end. The tool's exit status is not reported.
+    /// tool's end. This is not the tool's exit status.
     [[nodiscard]] virtual std::int32_t status() const { return 0; }
+
+    /// Whether the tool has ended and said that it succeeded.
+    [[nodiscard]] virtual bool hasSucceeded() const = 0;
 };
 
 /// The result of a start as the administrator: `tool` is set if `status` is 0.

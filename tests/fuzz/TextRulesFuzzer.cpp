@@ -12,9 +12,9 @@
 
 #include "foundation/text/Format.h"
 #include "foundation/text/Text.h"
+#include "foundation/text/VisibleText.h"
 #include "foundation/values/Paths.h"
 #include "install/engine/DecimalNumber.h"
-#include "linux/log/VisibleText.h"
 #include "tests/fuzz/FuzzInput.h"
 
 namespace {

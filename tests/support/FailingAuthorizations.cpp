@@ -16,6 +16,7 @@ class EndedTool : public PrivilegedTool {
     void waitUntilEnded() override {}
     std::size_t readOutput(std::span<char> /*buffer*/) override { return 0; }
     std::int32_t status() const override { return status_; }
+    [[nodiscard]] bool hasSucceeded() const override { return false; }
 
   private:
     std::int32_t status_;

@@ -9,9 +9,10 @@ namespace {
 
 class FakeTool : public PrivilegedTool {
   public:
-    FakeTool(std::string output, std::size_t chunk, std::function<void()> whenWaitedFor,
-             std::function<void()> whenRead)
-        : output_(std::move(output)),
+    FakeTool(bool succeeded, std::string output, std::size_t chunk,
+             std::function<void()> whenWaitedFor, std::function<void()> whenRead)
+        : succeeded_(succeeded),
+          output_(std::move(output)),
           chunk_(chunk),
           whenWaitedFor_(std::move(whenWaitedFor)),
           whenRead_(std::move(whenRead)) {}
@@ -26,7 +27,10 @@ class FakeTool : public PrivilegedTool {
         return size;
     }
 
+    [[nodiscard]] bool hasSucceeded() const override { return succeeded_; }
+
   private:
+    bool succeeded_;
     std::string output_;
     std::size_t chunk_;
     std::function<void()> whenWaitedFor_;
@@ -59,10 +63,11 @@ class FakeAuthorizations::Fake : public Authorization {
         owner_.journal_.push_back(joinedWords(command));
         const std::int32_t refusal = owner_.status ? owner_.status(command) : 0;
         if (refusal != 0) return {refusal, nullptr};
-        if (!owner_.works || owner_.works(command)) owner_.perform(command);
+        const bool works = !owner_.works || owner_.works(command);
+        if (works) owner_.perform(command);
         std::string printed = owner_.output ? owner_.output(command) : "";
         return {0, std::make_unique<FakeTool>(
-                       std::move(printed), owner_.chunk,
+                       works, std::move(printed), owner_.chunk,
                        [&journal = owner_.journal_] { journal.emplace_back("wait"); },
                        [&read = owner_.toolsRead, tool] { read.push_back(tool); })};
     }

@@ -19,7 +19,7 @@ class FakeAuthorizations : public Authorizations {
 
     /// The status a launch gives; asked with the tool and its arguments. Without one, 0.
     std::function<std::int32_t(const std::vector<std::string>&)> status;
-    /// Whether a tool that was launched does its work; without one, always.
+    /// Whether a tool that was launched does its work and says so; without one, always.
     std::function<bool(const std::vector<std::string>&)> works;
     /// What a tool writes to its standard output; without one, nothing.
     std::function<std::string(const std::vector<std::string>&)> output;

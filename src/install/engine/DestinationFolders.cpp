@@ -28,9 +28,11 @@ void DestinationFolders::ensureDirExists(const std::string& path) {
 }
 
 /// Looks twice, in two ways: a disk may fail to answer, and a folder that is taken for missing is
-/// given to the user with all that it holds.
+/// given to the user with all that it holds. So what the user may not look at counts as there.
 bool DestinationFolders::isThere(const std::string& path) const {
-    return files_.exists(path) || files_.list(path);
+    if (files_.exists(path)) return true;
+    const auto names = files_.list(path);
+    return names || names.error() == std::errc::permission_denied;
 }
 
 PrivilegedCommands::Outcome DestinationFolders::makeFolder(const std::string& path) {

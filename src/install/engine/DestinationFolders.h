@@ -14,7 +14,8 @@ class DestinationFolders {
   public:
     DestinationFolders(Platform& platform, InstallRun& run, PrivilegedCommands& commands);
 
-    /// Makes sure that there is something at the path: an existing entry is left as it is, else a
+    /// Makes sure that there is something at the path: an existing entry, or one that the user may
+    /// not look at, is left as it is, else a
     /// folder is made, with those missing above it. Owner, group and permissions are given to the
     /// folder and to its parent when that was missing too, not to folders further up. The
     /// administrator does it where the user may not; when that is refused the run's `authDenied`

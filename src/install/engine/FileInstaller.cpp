@@ -60,8 +60,9 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
         if (isThere) carry = alwaysInstall || mayReplace(source, destination, isBundle);
         if (!carry) continue;
         if (isThere && removeExisting(destination) == Outcome::refused) return;
-        if (copyItem(source, destination) == Outcome::refused) return;
-        if (!platform_.files.exists(destination)) continue;
+        const std::optional<bool> isInstalled = copyItem(source, destination);
+        if (!isInstalled) return;
+        if (!*isInstalled) continue;
         if (finishItem(destination) == Outcome::refused) return;
     }
     if (run_.progress != nullptr) run_.progress->endItem();
@@ -89,15 +90,32 @@ FileInstaller::Outcome FileInstaller::removeExisting(const std::string& destinat
     return commands_.removeItem(destination);
 }
 
-FileInstaller::Outcome FileInstaller::copyItem(const std::string& source,
-                                               const std::string& destination) {
+std::optional<bool> FileInstaller::copyItem(const std::string& source,
+                                            const std::string& destination) {
     FileManager& files = platform_.files;
-    if (!files.copy(source, destination, run_.progress)) return Outcome::finished;
-    // What is there counts as installed, even an old item that nobody could remove.
-    if (files.exists(destination)) return Outcome::finished;
-    if (commands_.copyItem(source, destination) == Outcome::refused) return Outcome::refused;
-    if (!files.exists(destination)) awaitItem(source, destination);
-    return Outcome::finished;
+    if (files.copy(source, destination, run_.progress)) {
+        // What is there counts as installed, even an old item that nobody could remove.
+        if (files.exists(destination)) return true;
+        if (isHidden(destination)) return copyHiddenItem(source, destination);
+        if (commands_.copyItem(source, destination) == Outcome::refused) return std::nullopt;
+        if (!files.exists(destination)) awaitItem(source, destination);
+    }
+    return files.exists(destination);
+}
+
+bool FileInstaller::isHidden(const std::string& destination) const {
+    return platform_.files.attributes(destination).error() == std::errc::permission_denied;
+}
+
+/// Where the user may not look, an old item may be there, and the administrator's answer is all
+/// that is known.
+std::optional<bool> FileInstaller::copyHiddenItem(const std::string& source,
+                                                  const std::string& destination) {
+    if (commands_.removeItem(destination) == Outcome::refused) return std::nullopt;
+    if (commands_.copyItem(source, destination) == Outcome::refused) return std::nullopt;
+    if (commands_.lastCommandSucceeded()) return true;
+    errors_.showFileErrorUI(destination);
+    return false;
 }
 
 /// The item that the administrator copied may need a moment to appear: microseconds, not

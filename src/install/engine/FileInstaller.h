@@ -55,7 +55,13 @@ class FileInstaller {
     [[nodiscard]] bool mayReplace(const std::string& source, const std::string& destination,
                                   bool isBundle) const;
     [[nodiscard]] Outcome removeExisting(const std::string& destination);
-    [[nodiscard]] Outcome copyItem(const std::string& source, const std::string& destination);
+    /// Whether the item is there now; nullopt if the rights were refused.
+    [[nodiscard]] std::optional<bool> copyItem(const std::string& source,
+                                               const std::string& destination);
+    [[nodiscard]] std::optional<bool> copyHiddenItem(const std::string& source,
+                                                     const std::string& destination);
+    /// Whether the user may not even look whether the item is there.
+    [[nodiscard]] bool isHidden(const std::string& destination) const;
     void awaitItem(const std::string& source, const std::string& destination);
     [[nodiscard]] Outcome finishItem(const std::string& destination);
 

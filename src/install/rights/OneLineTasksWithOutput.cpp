@@ -83,12 +83,6 @@ std::string readOutput(PrivilegedTool& tool) {
     }
 }
 
-/// The status of the launch; if that is 0, the status of the tool, which may have been lost since.
-std::int32_t statusNow(const PrivilegedLaunch& launch) {
-    if (truncated(launch.status) != 0 || launch.tool == nullptr) return truncated(launch.status);
-    return truncated(launch.tool->status());
-}
-
 PrivilegedLaunch launched(Authorization& authorization, const std::string& path,
                           const std::vector<std::string>& arguments, bool wait) {
     PrivilegedLaunch launch = authorization.execute(path, arguments);
@@ -97,6 +91,13 @@ PrivilegedLaunch launched(Authorization& authorization, const std::string& path,
 }
 
 }  // namespace
+
+/// The status of the launch; if that is 0, the status of the tool, which may have been lost since.
+std::int32_t OneLineTasksWithOutput::statusNow(const PrivilegedLaunch& launch) {
+    lastToolSucceeded_ = launch.tool != nullptr && launch.tool->hasSucceeded();
+    if (truncated(launch.status) != 0 || launch.tool == nullptr) return truncated(launch.status);
+    return truncated(launch.tool->status());
+}
 
 std::optional<std::string> OneLineTasksWithOutput::stringByLaunchingPathWithArguments(
     const std::string& path, const std::vector<std::string>& arguments,

@@ -11,6 +11,7 @@ namespace installer {
 class Authorization;
 class ChildProcesses;
 class EventLoop;
+struct PrivilegedLaunch;
 
 /// Why a tool could not be run. A tool that ran and failed gives no error.
 struct TaskError {
@@ -55,9 +56,16 @@ class OneLineTasksWithOutput {
                               Authorization& authorization, std::optional<TaskError>* error,
                               bool wait);
 
+    /// Whether the last tool that was run as the administrator has ended and said that it
+    /// succeeded. No result depends on it: it is for a caller who cannot look at what the tool did.
+    [[nodiscard]] bool lastToolSucceeded() const { return lastToolSucceeded_; }
+
   private:
+    [[nodiscard]] std::int32_t statusNow(const PrivilegedLaunch& launch);
+
     ChildProcesses& processes_;
     EventLoop& eventLoop_;
+    bool lastToolSucceeded_ = false;
 };
 
 }  // namespace installer

@@ -19,8 +19,9 @@ struct Platform;
 [[nodiscard]] bool isFatalAuthCode(std::uint32_t code);
 
 /// Every command that an install run gives as the administrator, with the exact tool and arguments.
-/// Each uses the run's authorization; without one it is refused. A tool's own result is never
-/// reported: the caller looks at the disk. Operations that return an `Outcome` set the run's
+/// Each uses the run's authorization; without one it is refused. A tool's own result is not
+/// reported: the caller looks at the disk, and asks `lastCommandSucceeded` only where the user may
+/// not look. Operations that return an `Outcome` set the run's
 /// `authDenied` if the rights are refused, and the caller then stops. The others ignore a refusal.
 class PrivilegedCommands {
   public:
@@ -28,6 +29,9 @@ class PrivilegedCommands {
 
     /// Both outlive this object.
     PrivilegedCommands(Platform& platform, InstallRun& run);
+
+    /// Whether the last command says that it did what it was asked for.
+    [[nodiscard]] bool lastCommandSucceeded() const { return tasks_.lastToolSucceeded(); }
 
     [[nodiscard]] Outcome makeFolders(const std::string& folder);
     void giveFolderToUser(const std::string& folder);

@@ -12,6 +12,11 @@ namespace installer {
 
 namespace {
 
+/// No other program names its entries like this, so no entry of the desktop or of the user is
+/// replaced, and none of the machine's is shadowed, whatever an application calls itself.
+constexpr std::string_view namePrefix = "com.quarrytone.installer.";
+constexpr std::string_view ownMark = "X-Quarrytone-Installer=true\n";
+
 bool isControl(char character) {
     return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
 }
@@ -81,7 +86,11 @@ std::optional<std::string> desktopEntryText(const DesktopEntry& entry) {
         escapedValue(entry.name) + "\nExec=" + commandLine(entry.executable) + "\n";
     if (!entry.icon.empty() && canBeExpressed(entry.icon))
         text += "Icon=" + escapedValue(entry.icon) + "\n";
-    return text + "Terminal=false\n";
+    return text + "Terminal=false\n" + std::string(ownMark);
+}
+
+bool isOwnDesktopEntry(std::string_view text) {
+    return text.starts_with(ownMark) || text.find("\n" + std::string(ownMark)) != text.npos;
 }
 
 std::string desktopEntryFileName(const std::string& identifier) {
@@ -94,7 +103,7 @@ std::string desktopEntryFileName(const std::string& identifier) {
     // What had to be changed could now be the name of another application, and another could have
     // chosen the name that comes of this.
     if (name != identifier || seemsHashed(name)) name += "-" + hashText(identifier);
-    return name + ".desktop";
+    return std::string(namePrefix) + name + ".desktop";
 }
 
 }  // namespace installer

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace installer {
 
@@ -16,8 +17,12 @@ struct DesktopEntry {
 /// bytes that are not UTF-8.
 [[nodiscard]] std::optional<std::string> desktopEntryText(const DesktopEntry& entry);
 
+/// Whether this installer wrote that entry.
+[[nodiscard]] bool isOwnDesktopEntry(std::string_view text);
+
 /// The name of the file for an application of that identifier (or name, where it has none): always
-/// a plain file name, the same for the same identifier and another for another one.
+/// a plain file name with a prefix of this installer's own, the same for the same identifier and
+/// another for another one.
 [[nodiscard]] std::string desktopEntryFileName(const std::string& identifier);
 
 }  // namespace installer

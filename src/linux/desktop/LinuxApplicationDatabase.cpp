@@ -17,6 +17,7 @@
 #include "linux/files/LinuxSearchPaths.h"
 #include "ports/Bundle.h"
 #include "ports/SystemLog.h"
+#include "privileged/files/RegularFile.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer {
@@ -84,6 +85,16 @@ std::string iconOf(const Bundle& bundle) {
     return "";
 }
 
+/// Nothing, or an entry that this installer wrote. What else has the name is somebody's own work.
+bool mayReplace(const std::string& path) {
+    constexpr std::size_t longestEntry = 65536;
+    struct stat status{};
+    if (::lstat(path.c_str(), &status) != 0) return true;
+    if (!S_ISREG(status.st_mode)) return false;
+    const auto text = readBeginning(path, longestEntry);
+    return text && isOwnDesktopEntry(text.value());
+}
+
 }  // namespace
 
 LinuxApplicationDatabase::LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths,
@@ -113,8 +124,9 @@ std::error_code LinuxApplicationDatabase::write(const std::string& name,
     const auto identifier = bundle.informationValue("CFBundleIdentifier");
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
-    return files_.replace(joinPath(folder_.value_or(""), file), *text,
-                          UserFiles::Durability::whenConvenient);
+    const std::string path = joinPath(folder_.value_or(""), file);
+    if (!mayReplace(path)) return {EEXIST, std::system_category()};
+    return files_.replace(path, *text, UserFiles::Durability::whenConvenient);
 }
 
 }  // namespace installer

@@ -81,8 +81,8 @@ bool LinuxFileManager::exists(const std::string& path) {
     const auto status = statusOf(path);
     const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
                            status.error() == std::errc::not_a_directory;
-    // The caller goes on as if there was no entry, so the log must say why.
-    if (!status && !isMissing)
+    // The caller goes on as if there was no entry, so the log must say why, once for each path.
+    if (!status && !isMissing && reported_.insert(path).second)
         log_.log("Could not look at " + path + ": " + status.error().message());
     return static_cast<bool>(status);
 }

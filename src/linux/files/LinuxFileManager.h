@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 
 #include <sys/types.h>
@@ -52,6 +53,7 @@ class LinuxFileManager : public FileManager {
 
     SystemLog& log_;
     LinkPolicy policy_;
+    std::set<std::string> reported_;  ///< entries that could not be looked at, as the log says
     // An installation asks for the same two names thousands of times.
     std::map<std::string, uid_t> users_;
     std::map<std::string, gid_t> groups_;

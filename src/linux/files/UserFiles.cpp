@@ -84,14 +84,35 @@ std::error_code enterFolder(Folder& folder, const std::string& name,
     return {};
 }
 
+/// Root goes to the home folder by the same rule as below it, and only to the one whose owner it
+/// writes for: HOME may name a link, and a link may be changed while it is looked at.
+Result<FileDescriptor> openHome(const std::string& home, const std::optional<Owner>& owner) {
+    if (::geteuid() != 0) {
+        FileDescriptor folder(::open(home.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        return folder ? Result<FileDescriptor>(std::move(folder)) : systemError();
+    }
+    auto folder = walkPath({}, home, linkTrust(owner));
+    if (!folder) return folder;
+    struct stat status{};
+    if (::fstat(folder.value().get(), &status) != 0) return systemError();
+    if (status.st_uid != (owner ? owner->user : 0)) return systemError(ELOOP);
+    return folder;
+}
+
 Result<Folder> openFolder(const std::string& path, const std::optional<std::string>& home,
                           const std::optional<Owner>& owner) {
     Folder folder;
     std::string below = path;
     if (home && (path == *home || path.starts_with(*home + "/"))) {
-        folder.descriptor.reset(::open(home->c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-        folder.insideHome = static_cast<bool>(folder.descriptor);
-        if (folder.insideHome) below = path.substr(home->size());
+        auto opened = openHome(*home, owner);
+        if (!opened && opened.error() == std::errc::too_many_symbolic_link_levels) {
+            return opened.error();
+        }
+        folder.insideHome = static_cast<bool>(opened);
+        if (folder.insideHome) {
+            folder.descriptor = std::move(opened).value();
+            below = path.substr(home->size());
+        }
     }
     if (!folder.descriptor) folder.descriptor.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!folder.descriptor) return systemError();

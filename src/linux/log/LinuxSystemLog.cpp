@@ -14,7 +14,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include "linux/log/VisibleText.h"
+#include "foundation/text/VisibleText.h"
 
 namespace installer {
 

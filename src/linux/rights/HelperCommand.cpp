@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
+#include "foundation/text/VisibleText.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer {
@@ -38,7 +39,7 @@ bool canAskOnTerminal() {
 
 std::string sudoPrompt(const std::string& reason) {
     // A percent sign has a meaning in sudo's prompts; %p becomes the login name.
-    return replacingAll(reason, "%", "%%") + "\n[sudo] password for %p: ";
+    return replacingAll(visibleText(reason), "%", "%%") + "\n[sudo] password for %p: ";
 }
 
 }  // namespace
@@ -108,20 +109,22 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
             request.path = means.pkexec;
             // pkexec's internal agent rejects even the right password: it runs as root, but the
             // answer comes from the user.
-            request.arguments = {"--disable-internal-agent", helperPath};
+            request.arguments = {"--disable-internal-agent", helperPath, "--started-by", "polkit"};
             break;
         // With -k sudo uses no cached credentials and caches none: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
-            request.arguments = {"-k", "-p", sudoPrompt(reason), "--", helperPath};
+            request.arguments = {"-k",           "-p",  sudoPrompt(reason), "--", helperPath,
+                                 "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithAskpass:
             request.path = means.sudo;
-            request.arguments = {"-k", "-A", "-p", sudoPrompt(reason), "--", helperPath};
+            request.arguments = {"-k", "-A",       "-p",           sudoPrompt(reason),
+                                 "--", helperPath, "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithoutAsking:
             request.path = means.sudo;
-            request.arguments = {"-n", "--", helperPath};
+            request.arguments = {"-n", "--", helperPath, "--started-by", "sudo"};
             break;
     }
     return request;

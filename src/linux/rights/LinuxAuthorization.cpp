@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+#include "linux/rights/HelperTrust.h"
 #include "linux/rights/PrivilegedHelper.h"
 #include "linux/rights/TerminalAgent.h"
 #include "linux/rights/TerminalQuestion.h"
@@ -30,6 +31,12 @@ class LinuxAuthorization : public Authorization {
 
   private:
     void startHelper();
+    /// Nobody is asked to let root run a program that somebody else could have put there. An
+    /// installer that runs as root is such a program itself.
+    [[nodiscard]] std::optional<std::string> whatOthersCanChange() const {
+        if (way_ == AdministratorWay::alreadyRoot) return std::nullopt;
+        return installer::whatOthersCanChange(access_.helperPath, ::geteuid());
+    }
     void announce(std::string_view line) const {
         if (access_.announce) access_.announce(line);
     }
@@ -64,6 +71,11 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
 void LinuxAuthorization::startHelper() {
     if (way_ == AdministratorWay::none) {
         refusal_ = authorization_status::denied;
+        return;
+    }
+    if (const auto entry = whatOthersCanChange()) {
+        refusal_ = authorization_status::denied;
+        announce("No administrator rights are asked for, because other users can change " + *entry);
         return;
     }
     if (mayAsk(way_)) announce(access_.reason);

@@ -32,6 +32,8 @@ class PrivilegedHelper::Tool : public PrivilegedTool {
         return run_->state == Run::State::lost ? authorization_status::denied : 0;
     }
 
+    [[nodiscard]] bool hasSucceeded() const override { return run_->exitStatus == 0U; }
+
   private:
     std::shared_ptr<PrivilegedHelper> helper_;
     std::shared_ptr<Run> run_;
@@ -94,7 +96,8 @@ void PrivilegedHelper::handleNextMessage() {
         running_->output += message->body;
     } else if (const auto bytes = message ? progressBytes(*message) : std::nullopt) {
         if (progress_ != nullptr) progress_->bytesCopied(*bytes);
-    } else if (message && exitStatus(*message)) {
+    } else if (const auto status = message ? exitStatus(*message) : std::nullopt) {
+        running_->exitStatus = status;
         std::exchange(running_, nullptr)->state = Run::State::ended;
     } else {
         end();

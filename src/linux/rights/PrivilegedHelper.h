@@ -59,6 +59,7 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
         enum class State { running, ended, lost } state = State::running;
         std::string output;
         std::size_t read = 0;  ///< how much of the output was handed out
+        std::optional<std::uint32_t> exitStatus;
     };
 
     PrivilegedHelper(pid_t process, FileDescriptor connection, ProgressSink* progress)

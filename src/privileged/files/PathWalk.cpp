@@ -7,6 +7,8 @@
 
 #include <fcntl.h>
 #include <limits.h>
+#include <linux/magic.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "privileged/system/SystemError.h"
@@ -31,6 +33,12 @@ std::vector<std::string> reversedComponents(std::string_view path) {
 
 bool canBeChangedByRootAlone(const struct stat& folder) {
     return folder.st_uid == 0 && (folder.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+/// The links of /proc belong to root, but lead where the process that they describe has gone.
+bool isOnProc(int descriptor) {
+    struct statfs status = {};
+    return fstatfs(descriptor, &status) == 0 && status.f_type == PROC_SUPER_MAGIC;
 }
 
 class PathWalk {
@@ -90,6 +98,7 @@ class PathWalk {
         if (!trust_.mayFollow(status, rootAlone_) || ++linksFollowed_ > maximumLinks) {
             return systemError(ELOOP);
         }
+        if (!trust_.mayFollowProc() && isOnProc(link.get())) return systemError(ELOOP);
         std::array<char, PATH_MAX> target = {};
         const auto length = readlinkat(link.get(), "", target.data(), target.size());
         if (length < 0) return systemError();

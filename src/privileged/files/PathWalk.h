@@ -32,6 +32,9 @@ class LinkTrust {
     /// `rootAlone`: every folder from "/" down to the link can be changed by root alone.
     [[nodiscard]] bool mayFollow(const struct stat& link, bool rootAlone) const;
 
+    /// Whether a link of /proc, which leads where some process has gone, may be followed.
+    [[nodiscard]] bool mayFollowProc() const { return kind_ == Kind::any; }
+
     /// Whether the walk may take a folder's "..". Only a folder that nobody can move has a parent
     /// that is certain to be the one through which the walk came.
     [[nodiscard]] bool mayGoUp(bool rootAlone) const;

@@ -23,11 +23,12 @@ bool standsTwice(std::string_view variable) {
 
 }  // namespace
 
-std::optional<InvokingUser> InvokingUser::fromEnvironment() {
-    if (standsTwice("PKEXEC_UID") || standsTwice("SUDO_UID")) return std::nullopt;
-    const char* text = std::getenv("PKEXEC_UID");
-    if (text == nullptr) text = std::getenv("SUDO_UID");
-    if (text == nullptr) return InvokingUser(::getuid());
+std::optional<InvokingUser> InvokingUser::whoStartedBy(StartedBy program) {
+    if (program == StartedBy::root) return InvokingUser(::getuid());
+    // sudo can be told to keep the caller's environment, and so a PKEXEC_UID that the caller chose.
+    const char* variable = program == StartedBy::polkit ? "PKEXEC_UID" : "SUDO_UID";
+    const char* text = std::getenv(variable);
+    if (text == nullptr || standsTwice(variable)) return std::nullopt;
     const std::string_view digits(text);
     uid_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);

@@ -6,6 +6,8 @@
 
 #include <sys/types.h>
 
+#include "privileged/helper/HelperArguments.h"
+
 namespace installer {
 
 /// The user on whose behalf the helper acts, and the only one to whom it gives files.
@@ -13,9 +15,10 @@ class InvokingUser {
   public:
     explicit InvokingUser(uid_t number) : number_(number) {}
 
-    /// From what pkexec or sudo left in the environment, else the real user of this process.
-    /// nullopt if the environment holds anything but one user's number there.
-    [[nodiscard]] static std::optional<InvokingUser> fromEnvironment();
+    /// The user whom the program that started this process says in its own variable of the
+    /// environment; the real user of this process if root started it. nullopt if that variable
+    /// holds anything but one user's number. No other variable is looked at.
+    [[nodiscard]] static std::optional<InvokingUser> whoStartedBy(StartedBy program);
 
     [[nodiscard]] uid_t number() const { return number_; }
 

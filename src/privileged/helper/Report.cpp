@@ -7,24 +7,10 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include "foundation/text/VisibleText.h"
+
 namespace installer {
 namespace {
-
-std::string withVisibleControls(std::string_view line) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const char character : line) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte >= 0x20 && byte != 0x7f) {
-            text += character;
-        } else {
-            text += "\\x";
-            text += digits[byte >> 4U];
-            text += digits[byte & 0xfU];
-        }
-    }
-    return text;
-}
 
 /// Whether a short line can be written now: the reader of a full pipe, or of a stopped terminal,
 /// may never come back.
@@ -38,7 +24,7 @@ bool standardErrorTakesALine() {
 void report(std::string_view line) {
     // With the words around it, the line fits into a pipe that says that it takes something.
     constexpr std::size_t longest = PIPE_BUF - 100;
-    const std::string text = withVisibleControls(line).substr(0, longest);
+    const std::string text = visibleText(line).substr(0, longest);
     ::syslog(LOG_AUTHPRIV | LOG_NOTICE, "privileged-helper: %s", text.c_str());
     const std::string output = "privileged-helper: " + text + "\n";
     if (!standardErrorTakesALine()) return;

@@ -28,6 +28,14 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
 /// do, and an installation of many small items asks thousands of times.
 constexpr std::chrono::microseconds patience(200);
 
+/// Until the descriptor is ready for that event, at its end or broken. Its other users may have
+/// made it one that does not block: sudo with output logging does.
+void awaitReady(int descriptor, short event) {
+    pollfd polled{descriptor, event, 0};
+    while (::poll(&polled, 1, -1) < 0 && errno == EINTR) {
+    }
+}
+
 ssize_t readSome(int descriptor, std::span<char> buffer,
                  const std::function<void()>& whileWaiting) {
     const auto end = std::chrono::steady_clock::now() + patience;
@@ -48,6 +56,10 @@ bool MessageStream::send(std::string_view encodedMessage) {
     while (!encodedMessage.empty()) {
         const ssize_t written = writeSome(output_, encodedMessage);
         if (written < 0 && errno == EINTR) continue;
+        if (written < 0 && errno == EAGAIN) {
+            awaitReady(output_, POLLOUT);
+            continue;
+        }
         if (written < 0) return false;
         encodedMessage.remove_prefix(static_cast<std::size_t>(written));
     }
@@ -69,6 +81,8 @@ std::optional<Message> MessageStream::receive(const std::function<void()>& while
             decoder_.append({buffer.data(), static_cast<std::size_t>(count)});
         } else if (count == 0) {
             ending_ = decoder_.atBoundary() ? Ending::closed : Ending::malformed;
+        } else if (errno == EAGAIN) {
+            awaitReady(input_, POLLIN);
         } else if (errno != EINTR) {
             // A peer that dies with unread messages resets the connection.
             ending_ = errno == ECONNRESET ? Ending::closed : Ending::failed;

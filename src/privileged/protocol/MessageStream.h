@@ -9,7 +9,8 @@
 namespace installer {
 
 /// Messages over a pair of descriptors that the caller owns: one write per message, reads
-/// through a buffer. Interrupted calls are made again.
+/// through a buffer. Interrupted calls are made again, and descriptors that do not block are waited
+/// for.
 class MessageStream {
   public:
     enum class Ending {

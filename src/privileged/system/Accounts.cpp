@@ -72,4 +72,22 @@ Result<gid_t> groupNamed(std::string_view name) {
         [](const group& entry) { return entry.gr_gid; });
 }
 
+bool isOwnGroup(gid_t number, uid_t user) {
+    const auto account = userNumbered(user);
+    if (!account) return false;
+    const std::string& login = account.value().name;
+    const auto isOwn = lookedUp<group>(
+        [number](group* entry, char* buffer, std::size_t size, group** found) {
+            return getgrgid_r(number, entry, buffer, size, found);
+        },
+        [&login](const group& entry) {
+            if (textOrEmpty(entry.gr_name) != login) return false;
+            for (char** member = entry.gr_mem; member != nullptr && *member != nullptr; ++member) {
+                if (*member != login) return false;
+            }
+            return true;
+        });
+    return isOwn && isOwn.value();
+}
+
 }  // namespace installer

@@ -23,4 +23,7 @@ struct UserAccount {
 [[nodiscard]] Result<UserAccount> userNumbered(uid_t number);
 [[nodiscard]] Result<gid_t> groupNamed(std::string_view name);
 
+/// Whether the group has the user's login name and no member beside that user.
+[[nodiscard]] bool isOwnGroup(gid_t group, uid_t user);
+
 }  // namespace installer

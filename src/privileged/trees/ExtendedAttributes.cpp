@@ -50,17 +50,47 @@ std::error_code copyAttribute(int source, int destination, const char* name) {
     return systemError();
 }
 
+/// The names of a descriptor's attributes, each with a NUL behind it. Empty where the file system
+/// has no attributes.
+Result<std::string> attributeNames(int descriptor) {
+    // Hardly any entry has one.
+    std::array<char, usualSize> buffer;
+    const ssize_t length = flistxattr(descriptor, buffer.data(), buffer.size());
+    if (length == 0 || (length < 0 && errno == EOPNOTSUPP)) return std::string();
+    if (length > 0) return std::string(buffer.data(), static_cast<std::size_t>(length));
+    return readFitting(
+        [descriptor](char* text, std::size_t size) { return flistxattr(descriptor, text, size); });
+}
+
+bool holdsName(const std::string& names, std::string_view name) {
+    for (std::size_t at = 0; at < names.size(); at = names.find('\0', at) + 1) {
+        if (std::string_view(names.c_str() + at) == name) return true;
+    }
+    return false;
+}
+
+/// A folder's default list goes to every new entry in it: whoever made the folder would keep his
+/// rights in what is copied there.
+Result<std::size_t> removeInheritedAccessLists(const std::string& sourceNames, int destination) {
+    const auto names = attributeNames(destination);
+    if (!names) return names.error();
+    std::size_t count = 0;
+    for (const char* list : {"system.posix_acl_access", "system.posix_acl_default"}) {
+        if (!holdsName(names.value(), list) || holdsName(sourceNames, list)) continue;
+        if (fremovexattr(destination, list) != 0) return systemError();
+        ++count;
+    }
+    return count;
+}
+
 }  // namespace
 
 Result<std::size_t> copyExtendedAttributes(int source, int destination, Privileges privileges) {
-    std::array<char, usualSize> buffer;
-    ssize_t length = flistxattr(source, buffer.data(), buffer.size());
-    if (length == 0) return std::size_t{0};
-    if (length < 0 && errno == EOPNOTSUPP) return std::size_t{0};
-    const auto names = readFitting(
-        [source](char* text, std::size_t size) { return flistxattr(source, text, size); });
+    const auto names = attributeNames(source);
     if (!names) return names.error();
-    std::size_t count = 0;
+    const auto removed = removeInheritedAccessLists(names.value(), destination);
+    if (!removed) return removed.error();
+    std::size_t count = removed.value();
     const char* end = names.value().data() + names.value().size();
     for (const char* name = names.value().data(); name < end;) {
         const std::string_view text(name);

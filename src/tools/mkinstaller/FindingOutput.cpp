@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "linux/log/VisibleText.h"
+#include "foundation/text/VisibleText.h"
 
 namespace installer {
 

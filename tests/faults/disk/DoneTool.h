@@ -11,6 +11,7 @@ class DoneTool : public PrivilegedTool {
   public:
     void waitUntilEnded() override {}
     std::size_t readOutput(std::span<char> /*buffer*/) override { return 0; }
+    [[nodiscard]] bool hasSucceeded() const override { return true; }
 };
 
 /// The refresh of the application database: that of the running system, which is no business of a

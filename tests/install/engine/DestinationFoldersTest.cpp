@@ -61,6 +61,26 @@ TEST(DestinationFoldersEnsureDirExists, AFolderThatCanBeListedIsThereWhateverEls
                 ElementsAre("createFolders /a/c 0775", "setAttributes /a/c tester:admin 0775"));
 }
 
+/// Folders whose contents the user may not look at.
+void hideBelow(EngineParts& engine, const std::string& folder) {
+    engine.fake.files.setFault([folder](const RecordingFileManager::Operation& operation) {
+        return operation.at(1).starts_with(folder + "/")
+                   ? std::make_error_code(std::errc::permission_denied)
+                   : std::error_code();
+    });
+}
+
+TEST(DestinationFoldersEnsureDirExists, AFolderThatTheUserMayNotLookAtIsLeftAsItIs) {
+    EngineParts engine;
+    engine.fake.memory.addFile("/a/b/of somebody else");
+    BlindFileManager files(engine.fake.files, engine.fake.journal);
+    Platform platform = platformWith(files, engine.fake);
+    DestinationFolders folders(platform, engine.run, engine.commands);
+    hideBelow(engine, "/a");
+    folders.ensureDirExists("/a/b");
+    EXPECT_THAT(engine.operations(), ElementsAre());
+}
+
 TEST(DestinationFoldersEnsureDirExists, WhatLiesInAFolderThatTurnedUpMeanwhileIsGivenToTheUserToo) {
     EngineParts engine;
     engine.fake.files.setFault([&](const RecordingFileManager::Operation& operation) {

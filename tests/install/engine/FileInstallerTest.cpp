@@ -142,6 +142,52 @@ TEST_F(FileInstallerTest, AnItemThatStaysMissingIsReportedAndTheNextOneFollows) 
                             "/bin/chmod -R 0775 /D/b"));
 }
 
+/// A disk that does not let the user look into one folder.
+class HidingFileManager : public RecordingFileManager {
+  public:
+    using RecordingFileManager::RecordingFileManager;
+    bool exists(const std::string& path) override {
+        return !path.starts_with("/D/") && RecordingFileManager::exists(path);
+    }
+    Result<FileAttributes> attributes(const std::string& path) override {
+        if (path.starts_with("/D/")) return std::make_error_code(std::errc::permission_denied);
+        return RecordingFileManager::attributes(path);
+    }
+};
+
+class FileInstallerInAHiddenFolder : public FileInstallerTest {
+  protected:
+    FileInstallerInAHiddenFolder() { memory.makeUnwritable("/D"); }
+    void installItem() { installer.installSourceFiles({"/new/a"}, "/D", false, true); }
+
+    HidingFileManager files{memory, fake.journal};
+    Platform platform = platformWith(files, fake);
+    FileInstaller installer{platform,       engine.run,    engine.commands,
+                            engine.folders, engine.errors, [](const std::string&) {}};
+};
+
+TEST_F(FileInstallerInAHiddenFolder, AnItemIsInstalledWhenTheAdministratorSaysSo) {
+    memory.addFile("/D/a", "old a");
+    installItem();
+    EXPECT_THAT(engine.operations(),
+                ElementsAre("copy /new/a /D/a", "/bin/rm -fR /D/a", "/bin/cp -R /new/a /D/a",
+                            "/usr/sbin/chown -R tester:admin /D/a", "/bin/chmod -R 0775 /D/a"));
+    EXPECT_EQ(memory.contents("/D/a"), "new a");
+    EXPECT_THAT(installed, ElementsAre("/D/a"));
+    EXPECT_FALSE(engine.run.fileOpErrorOccurred);
+    EXPECT_THAT(fake.clock.sleeps, IsEmpty());
+}
+
+TEST_F(FileInstallerInAHiddenFolder, AnItemThatTheAdministratorCouldNotCopyIsReported) {
+    fake.authorizations.works = [](const std::vector<std::string>& command) {
+        return command.front() != "/bin/cp";
+    };
+    installItem();
+    EXPECT_THAT(installed, IsEmpty());
+    EXPECT_TRUE(engine.run.fileOpErrorOccurred);
+    EXPECT_THAT(fake.alerts.shown, SizeIs(1));
+}
+
 TEST_F(FileInstallerTest, AMissingItemIsWaitedForFourMillisecondsAtMost) {
     memory.makeUnwritable("/D");
     fake.authorizations.works = [](const auto&) { return false; };

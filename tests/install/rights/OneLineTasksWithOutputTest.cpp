@@ -18,6 +18,7 @@ namespace {
 class StreamingAuthorization : public Authorization {
   public:
     std::int32_t status = 0;
+    bool succeeds = true;          ///< what the tool says of its own work
     std::int32_t statusLater = 0;  ///< what the tool itself says once it was waited for or read
     std::string output;
     std::size_t bytesAtATime = 4096;
@@ -54,6 +55,7 @@ class StreamingAuthorization : public Authorization {
         std::int32_t status() const override {
             return owner_.waits + owner_.reads > 0 ? owner_.statusLater : 0;
         }
+        [[nodiscard]] bool hasSucceeded() const override { return owner_.succeeds; }
 
       private:
         StreamingAuthorization& owner_;
@@ -182,6 +184,21 @@ TEST_F(OneLineTasksWithOutputPrivilegedRun, WithoutOutputReadsNothing) {
     EXPECT_FALSE(error);
     tasks.authorizedLaunchPath("/bin/mkdir", {}, authorization, &error, false);
     EXPECT_EQ(authorization.waits, 1);
+}
+
+TEST_F(OneLineTasksWithOutputPrivilegedRun, TheLastToolsSuccessIsKnownAndChangesNoResult) {
+    EXPECT_FALSE(tasks.lastToolSucceeded());
+    EXPECT_EQ(run(), "");
+    EXPECT_TRUE(tasks.lastToolSucceeded());
+    authorization.succeeds = false;
+    EXPECT_EQ(run(), "");
+    EXPECT_EQ(error, std::nullopt);
+    EXPECT_FALSE(tasks.lastToolSucceeded());
+    authorization.succeeds = true;
+    EXPECT_EQ(run(), "");
+    authorization.status = authorization_status::denied;
+    EXPECT_EQ(run(), std::nullopt);
+    EXPECT_FALSE(tasks.lastToolSucceeded());
 }
 
 TEST_F(OneLineTasksWithOutputPrivilegedRun, ReportsATimeOfLossAsADeniedLaunch) {

@@ -23,7 +23,15 @@ TEST(DesktopEntry, NamesTheApplicationAndHowToStartIt) {
               "Name=Tone Tool\n"
               "Exec=\"/Applications/Tone Tool.app/Contents/MacOS/Tool\"\n"
               "Icon=/Applications/Tone Tool.app/Contents/Resources/icon.png\n"
-              "Terminal=false\n");
+              "Terminal=false\n"
+              "X-Quarrytone-Installer=true\n");
+}
+
+TEST(DesktopEntry, IsKnownAsOneOfThisInstallersOwnByAWholeLine) {
+    EXPECT_TRUE(isOwnDesktopEntry(desktopEntryText({"Tool", "/tool", ""}).value_or("")));
+    EXPECT_FALSE(isOwnDesktopEntry(""));
+    EXPECT_FALSE(isOwnDesktopEntry("[Desktop Entry]\nName=Tool\n"));
+    EXPECT_FALSE(isOwnDesktopEntry("[Desktop Entry]\nName=X-Quarrytone-Installer=true\n"));
 }
 
 TEST(DesktopEntry, HasNoIconLineWithoutAnIcon) {
@@ -56,8 +64,9 @@ TEST(DesktopEntry, LeavesOutAnIconThatItCannotExpress) {
                 Not(HasSubstr("evil")));
 }
 
-TEST(DesktopEntryFileName, IsTheIdentifierWhereThatIsAPlainName) {
-    EXPECT_EQ(desktopEntryFileName("com.quarrytone.tool_2-x"), "com.quarrytone.tool_2-x.desktop");
+TEST(DesktopEntryFileName, IsTheIdentifierBehindAPrefixWhereThatIsAPlainName) {
+    EXPECT_EQ(desktopEntryFileName("com.example.tool_2-x"),
+              "com.quarrytone.installer.com.example.tool_2-x.desktop");
 }
 
 TEST(DesktopEntryFileName, IsAlwaysAPlainNameAndDiffersForEachIdentifier) {

@@ -21,6 +21,10 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
+std::string named(const std::string& name) {
+    return "com.quarrytone.installer." + name;
+}
+
 constexpr const char* entriesBelowHome = "home/.local/share/applications";
 
 std::string informationOf(const std::map<std::string, std::string>& values) {
@@ -78,11 +82,11 @@ TEST_F(LinuxApplicationDatabaseTest, WritesAnEntryForAnApplication) {
                                                 {"CFBundleIconFile", "AppIcon.icns"}});
     disk_.add("Applications/Tool 2.app/Contents/Resources/AppIcon.png", "png");
     EXPECT_EQ(database_.registerApplication(path), 0);
-    EXPECT_THAT(entries(), ElementsAre("com.example.tool.desktop"));
-    EXPECT_EQ(entry("com.example.tool.desktop"),
+    EXPECT_THAT(entries(), ElementsAre(named("com.example.tool.desktop")));
+    EXPECT_EQ(entry(named("com.example.tool.desktop")),
               "[Desktop Entry]\nType=Application\nName=The Tool\nExec=\"" + path +
                   "/Contents/MacOS/Tool\"\nIcon=" + path +
-                  "/Contents/Resources/AppIcon.png\nTerminal=false\n");
+                  "/Contents/Resources/AppIcon.png\nTerminal=false\nX-Quarrytone-Installer=true\n");
 }
 
 TEST_F(LinuxApplicationDatabaseTest, TheNameFallsBackToThePackagesOwn) {
@@ -92,9 +96,9 @@ TEST_F(LinuxApplicationDatabaseTest, TheNameFallsBackToThePackagesOwn) {
     EXPECT_EQ(database_.registerApplication(
                   addPackage("B.app", {{"CFBundleExecutable", "x"}, {"CFBundleName", "  "}})),
               0);
-    EXPECT_THAT(entries(), UnorderedElementsAre("Named.desktop", "B.desktop"));
-    EXPECT_THAT(entry("Named.desktop"), HasSubstr("Name=Named\n"));
-    EXPECT_THAT(entry("B.desktop"), HasSubstr("Name=B\n"));
+    EXPECT_THAT(entries(), UnorderedElementsAre(named("Named.desktop"), named("B.desktop")));
+    EXPECT_THAT(entry(named("Named.desktop")), HasSubstr("Name=Named\n"));
+    EXPECT_THAT(entry(named("B.desktop")), HasSubstr("Name=B\n"));
 }
 
 TEST_F(LinuxApplicationDatabaseTest, RegisteringAgainReplacesTheEntry) {
@@ -102,8 +106,34 @@ TEST_F(LinuxApplicationDatabaseTest, RegisteringAgainReplacesTheEntry) {
                                                     {"CFBundleIdentifier", "com.example.tool"}};
     EXPECT_EQ(database_.registerApplication(addPackage("Old.app", old)), 0);
     EXPECT_EQ(database_.registerApplication(addPackage("New.app", old)), 0);
-    EXPECT_THAT(entries(), ElementsAre("com.example.tool.desktop"));
-    EXPECT_THAT(entry("com.example.tool.desktop"), HasSubstr("New.app"));
+    EXPECT_THAT(entries(), ElementsAre(named("com.example.tool.desktop")));
+    EXPECT_THAT(entry(named("com.example.tool.desktop")), HasSubstr("New.app"));
+}
+
+TEST_F(LinuxApplicationDatabaseTest, TakesNoEntryOfAnotherProgram) {
+    const std::string path = addPackage(
+        "Tool.app", {{"CFBundleExecutable", "x"}, {"CFBundleIdentifier", "org.gnome.Terminal"}});
+    const std::string below = std::string(entriesBelowHome) + "/";
+    disk_.add(below + "org.gnome.Terminal.desktop", "[Desktop Entry]\nName=Terminal\n");
+    EXPECT_EQ(database_.registerApplication(path), 0);
+    EXPECT_EQ(entry("org.gnome.Terminal.desktop"), "[Desktop Entry]\nName=Terminal\n");
+    EXPECT_THAT(entries(), UnorderedElementsAre("org.gnome.Terminal.desktop",
+                                                named("org.gnome.Terminal.desktop")));
+}
+
+TEST_F(LinuxApplicationDatabaseTest, ReplacesNoEntryThatItDidNotWrite) {
+    const std::string path =
+        addPackage("Tool.app", {{"CFBundleExecutable", "x"}, {"CFBundleIdentifier", "tool"}});
+    const std::string file = std::string(entriesBelowHome) + "/" + named("tool.desktop");
+    const std::string foreign = "[Desktop Entry]\nName=Mine\nExec=mine\n";
+    disk_.add(file, foreign);
+    EXPECT_EQ(database_.registerApplication(path), EEXIST);
+    EXPECT_EQ(disk_.read(file), foreign);
+    EXPECT_THAT(log_.lines, ElementsAre(HasSubstr(path)));
+    std::filesystem::remove(disk_.at(file));
+    std::filesystem::create_symlink("missing", disk_.at(file));
+    EXPECT_EQ(database_.registerApplication(path), EEXIST);
+    EXPECT_TRUE(std::filesystem::is_symlink(disk_.at(file)));
 }
 
 TEST_F(LinuxApplicationDatabaseTest, PackagesThatAreNoApplicationAreLeftAlone) {
@@ -153,7 +183,7 @@ TEST_F(LinuxApplicationDatabaseTest, AnExecutablesNameThatIsNoPlainFileNameIsLef
     }
     bundles.informationByPath[package] = {{"CFBundleExecutable", "Tool"}};
     EXPECT_EQ(database.registerApplication(package), 0);
-    EXPECT_THAT(entries(), ElementsAre("Tool.desktop"));
+    EXPECT_THAT(entries(), ElementsAre(named("Tool.desktop")));
 }
 
 TEST_F(LinuxApplicationDatabaseTest, AnIconThatIsNotThereIsLeftOut) {
@@ -164,7 +194,7 @@ TEST_F(LinuxApplicationDatabaseTest, AnIconThatIsNotThereIsLeftOut) {
         disk_.addFolder("Applications/Tool.app/Contents/Resources/folder.png");
         disk_.add("Applications/Tool.app/secret.png", "png");
         EXPECT_EQ(database_.registerApplication(path), 0);
-        EXPECT_THAT(entry("tool.desktop"), Not(HasSubstr("Icon")));
+        EXPECT_THAT(entry(named("tool.desktop")), Not(HasSubstr("Icon")));
     }
 }
 
@@ -206,8 +236,9 @@ TEST_F(LinuxApplicationDatabaseTest, RootLeavesTheEntryToTheOwnerOfTheHomeFolder
     ASSERT_EQ(::chown(home_.c_str(), 12345, 12345), 0);
     EXPECT_EQ(database_.registerApplication(addPackage("Tool.app", {{"CFBundleExecutable", "x"}})),
               0);
-    for (const char* path : {".local", ".local/share", ".local/share/applications",
-                             ".local/share/applications/Tool.desktop"}) {
+    const std::vector<std::string> paths = {".local", ".local/share", ".local/share/applications",
+                                            ".local/share/applications/" + named("Tool.desktop")};
+    for (const std::string& path : paths) {
         struct stat status{};
         ASSERT_EQ(::stat((home_ + "/" + path).c_str(), &status), 0) << path;
         EXPECT_EQ(status.st_uid, 12345u) << path;

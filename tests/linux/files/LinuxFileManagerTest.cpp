@@ -204,11 +204,11 @@ TEST_F(LinuxFileManagerTest, WalkPassesOverWhatCannotBeRead) {
               "a/file a/locked/");
 }
 
-TEST_F(LinuxFileManagerTest, ExistsLogsWhatItCannotLookAt) {
+TEST_F(LinuxFileManagerTest, ExistsLogsOnceWhatItCannotLookAt) {
     EXPECT_FALSE(files_.exists(path("missing/file")));
     EXPECT_TRUE(log_.lines.empty());
     const std::string tooLong = path(std::string(300, 'n'));
-    EXPECT_FALSE(files_.exists(tooLong));
+    for (int look = 0; look < 3; ++look) EXPECT_FALSE(files_.exists(tooLong));
     EXPECT_EQ(log_.lines,
               std::vector<std::string>{"Could not look at " + tooLong + ": File name too long"});
 }

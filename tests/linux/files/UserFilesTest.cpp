@@ -155,6 +155,29 @@ TEST_F(UserFilesAsRoot, FollowsNoLinkThatAThirdUserMade) {
     EXPECT_THAT(disk_.names("foreign/Preferences"), IsEmpty());
 }
 
+TEST_F(UserFilesAsRoot, WritesNothingBelowAHomeThatALinkOfAThirdUserLeadsTo) {
+    const std::string link = disk_.at("link");
+    std::filesystem::create_symlink(home_, link);
+    ASSERT_EQ(::lchown(link.c_str(), someUser + 1, someGroup), 0);
+    const std::string parentLink = disk_.at("parent");
+    std::filesystem::create_symlink(disk_.path(), parentLink);
+    ASSERT_EQ(::lchown(parentLink.c_str(), someUser + 1, someGroup), 0);
+    for (const std::string& home : {link, parentLink + "/home"}) {
+        EXPECT_EQ(UserFiles(home).replace(home + "/file", "text", atOnce).value(), ELOOP) << home;
+    }
+    EXPECT_THAT(disk_.names("home"), IsEmpty());
+}
+
+TEST_F(UserFilesAsRoot, WritesBelowAHomeThatALinkOfRootOrItsOwnerLeadsTo) {
+    const std::string link = disk_.at("link");
+    std::filesystem::create_symlink(home_, link);
+    EXPECT_FALSE(UserFiles(link).replace(link + "/of-root", "text", atOnce));
+    ASSERT_EQ(::lchown(link.c_str(), someUser, someGroup), 0);
+    EXPECT_FALSE(UserFiles(link).replace(link + "/own", "text", atOnce));
+    EXPECT_EQ(statusOf(disk_.at("home/own")).st_uid, someUser);
+    EXPECT_THAT(disk_.names("home"), UnorderedElementsAre("of-root", "own"));
+}
+
 TEST_F(UserFilesTest, ALinkThatLeadsNowhereOrInACircleIsAnError) {
     std::filesystem::create_symlink("missing", disk_.at("home/dangling"));
     std::filesystem::create_symlink("circle", disk_.at("home/circle"));

@@ -88,7 +88,8 @@ TEST(HelperCommand, ForPolkitNeverAsksByItself) {
         const auto command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
         EXPECT_EQ(command.path, "/usr/bin/pkexec");
         EXPECT_EQ(command.arguments,
-                  (std::vector<std::string>{"--disable-internal-agent", "/helper"}));
+                  (std::vector<std::string>{"--disable-internal-agent", "/helper", "--started-by",
+                                            "polkit"}));
         EXPECT_EQ(command.environment, Environment::empty);
     }
 }
@@ -121,7 +122,8 @@ TEST(HelperCommand, ForSudoNeverWaitsWhereNobodyCanAnswer) {
     const auto command =
         helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), "/helper", "why");
     EXPECT_EQ(command.path, "/usr/bin/sudo");
-    EXPECT_EQ(command.arguments, (std::vector<std::string>{"-n", "--", "/helper"}));
+    EXPECT_EQ(command.arguments,
+              (std::vector<std::string>{"-n", "--", "/helper", "--started-by", "sudo"}));
 }
 
 TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
@@ -129,12 +131,21 @@ TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
         helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "-helper", "100% why");
     EXPECT_EQ(command.arguments,
               (std::vector<std::string>{"-k", "-p", "100%% why\n[sudo] password for %p: ", "--",
-                                        "-helper"}));
+                                        "-helper", "--started-by", "sudo"}));
     EXPECT_EQ(command.environment, Environment::inherited);
     command = helperCommand(AdministratorWay::sudoWithAskpass, desktop(), "/helper", "why");
     EXPECT_EQ(command.arguments,
               (std::vector<std::string>{"-k", "-A", "-p", "why\n[sudo] password for %p: ", "--",
-                                        "/helper"}));
+                                        "/helper", "--started-by", "sudo"}));
+}
+
+TEST(HelperCommand, ForSudoHasNoCharacterInItsPromptThatATerminalObeys) {
+    const auto command =
+        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "/helper",
+                      "Tool\x1b[2J\nforged \xC2\x9B\xC2\x85\xE2\x80\xA8\xE2\x80\xAE needs rights");
+    EXPECT_EQ(command.arguments.at(2),
+              "Tool\\x1b[2J\\nforged \\xc2\\x9b\\xc2\\x85\\xe2\\x80\\xa8\\xe2\\x80\\xae needs "
+              "rights\n[sudo] password for %p: ");
 }
 
 }  // namespace

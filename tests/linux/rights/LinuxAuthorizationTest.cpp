@@ -155,6 +155,24 @@ TEST_F(LinuxAuthorizationTest, SaysWhoAsksAndWhyBeforeItAsks) {
     EXPECT_EQ(log().size(), 1U);
 }
 
+TEST_F(LinuxAuthorizationTest, AsksNobodyToRunAHelperThatOthersCanChange) {
+    usePkexec("echo asked >> \"$LOG\"; shift; exec \"$@\"");
+    std::filesystem::create_directory(folder / "bundle");
+    std::filesystem::copy_file(FAKE_HELPER, folder / "bundle/helper");
+    access.helperPath = folder / "bundle/helper";
+    ASSERT_EQ(::chmod((folder / "bundle").c_str(), 0777), 0);
+    const auto authorization = obtained();
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+    EXPECT_EQ(announced,
+              (std::vector<std::string>{
+                  "No administrator rights are asked for, because other users can change " +
+                  (folder / "bundle")}));
+    EXPECT_TRUE(log().empty());
+    ASSERT_EQ(::chmod((folder / "bundle").c_str(), 0755), 0);
+    EXPECT_EQ(obtained()->execute("/print", {}).status, 0);
+}
+
 TEST_F(LinuxAuthorizationTest, AsksNobodyWhenItIsRootAlready) {
     const auto authorization = obtained();
     EXPECT_EQ(authorization->execute("/print", {}).status, 0);
@@ -167,8 +185,8 @@ TEST_F(LinuxAuthorizationTest, StartsOneHelperThroughPkexecForAllCommands) {
     for (int index = 0; index < 5; ++index) {
         EXPECT_EQ(authorization->execute("/print", {}).status, 0);
     }
-    EXPECT_EQ(log(),
-              (std::vector<std::string>{std::string("--disable-internal-agent ") + FAKE_HELPER}));
+    EXPECT_EQ(log(), (std::vector<std::string>{std::string("--disable-internal-agent ") +
+                                               FAKE_HELPER + " --started-by polkit"}));
 }
 
 TEST_F(LinuxAuthorizationTest, AsksThroughSudoWithTheReasonInItsPrompt) {

@@ -124,17 +124,27 @@ TEST(Location, RefusesParentComponentsWhereOthersCanWrite) {
 }
 
 TEST(Location, FollowsALinkThatOnlyRootCanHaveMade) {
-    // Every Linux has the first two: the running process's own folder and its mounts.
-    const auto location = locate("/proc/self/entry", LinkPolicy::trustedOnly);
-    ASSERT_TRUE(location) << location.error().message();
-    EXPECT_TRUE(isSameFolder(location.value().parent.get(), "/proc/" + std::to_string(getpid())));
-    // One whose target is absolute, or goes up.
     struct stat status = {};
+    ASSERT_EQ(lstat("/bin", &status), 0);
+    ASSERT_TRUE(S_ISLNK(status.st_mode)) << "this system's /bin is no link";
+    const auto location = locate("/bin/entry", LinkPolicy::trustedOnly);
+    ASSERT_TRUE(location) << location.error().message();
+    EXPECT_TRUE(isSameFolder(location.value().parent.get(), "/usr/bin"));
+    // One whose target is absolute, or goes up.
     ASSERT_EQ(lstat("/var/run", &status), 0);
     ASSERT_TRUE(S_ISLNK(status.st_mode)) << "this system's /var/run is no link";
     const auto absolute = locate("/var/run/entry", LinkPolicy::trustedOnly);
     ASSERT_TRUE(absolute) << absolute.error().message();
     EXPECT_TRUE(isSameFolder(absolute.value().parent.get(), "/run"));
+}
+
+TEST(Location, RefusesTheLinksOfProcWhichLeadWhereAProcessHasGone) {
+    for (const char* path : {"/proc/self/cwd/entry", "/proc/self/root/tmp/entry",
+                             "/proc/self/entry", "/proc/self/fd/0/entry"}) {
+        EXPECT_EQ(locate(path, LinkPolicy::trustedOnly).error(),
+                  std::errc::too_many_symbolic_link_levels)
+            << path;
+    }
 }
 
 TEST(Location, AFolderIsOpenedThroughItsLinkByTheSamePolicy) {
@@ -146,7 +156,7 @@ TEST(Location, AFolderIsOpenedThroughItsLinkByTheSamePolicy) {
     EXPECT_TRUE(isSameFolder(folder.value().get(), disk.path("folder")));
     EXPECT_EQ(openFolder(disk.path("link"), LinkPolicy::trustedOnly).error(),
               std::errc::too_many_symbolic_link_levels);
-    EXPECT_TRUE(openFolder("/proc/self", LinkPolicy::trustedOnly));
+    EXPECT_TRUE(openFolder("/bin", LinkPolicy::trustedOnly));
     EXPECT_TRUE(openFolder("/", LinkPolicy::trustedOnly));
 }
 

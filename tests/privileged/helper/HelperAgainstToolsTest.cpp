@@ -116,6 +116,7 @@ class HelperAgainstTools : public testing::Test {
         }
         HelperProcess::Start start;
         start.environment = {"PKEXEC_UID=65534"};
+        start.arguments = {"--started-by", "polkit"};
         helper.emplace(start);
         ASSERT_TRUE(helper->saysHello());
     }

@@ -1,6 +1,7 @@
 // Peers that ask too much, read too little, or die.
 
 #include <array>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -9,6 +10,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <poll.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -32,7 +34,8 @@ long residentSize(const HelperProcess& helper) {
     return size;
 }
 
-/// Sends as much as the connection takes until the helper takes no more, and counts.
+/// Sends as much as the connection takes until the helper takes no more, and counts. -1 if the
+/// helper has ended.
 int flood(HelperProcess& helper, const std::string& request) {
     int sent = 0;
     std::string rest;
@@ -44,6 +47,7 @@ int flood(HelperProcess& helper, const std::string& request) {
         }
         const ssize_t count =
             ::send(helper.connection(), rest.data(), rest.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (count < 0 && errno != EAGAIN) return -1;
         if (count > 0) rest.erase(0, static_cast<std::size_t>(count));
     }
     // The last one is cut short; the helper must read on for the rest of it.
@@ -90,6 +94,41 @@ TEST_P(HelperPeerFlood, EndsTheHelperWhenThePeerClosesTheConnection) {
 }
 
 INSTANTIATE_TEST_SUITE_P(LengthsOfNames, HelperPeerFlood, testing::Values(10, 60'000));
+
+/// As sudo starts the helper where it logs what its programs write.
+HelperProcess::Start withStreamsThatDoNotBlock() {
+    return afterDoing([] {
+        for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO}) {
+            if (::fcntl(descriptor, F_SETFL, O_RDWR | O_NONBLOCK) != 0) ::_exit(98);
+        }
+    });
+}
+
+bool isAsleepOrEnded(const HelperProcess& helper) {
+    const std::string status = contentsOf(procFile(helper, "status"));
+    return status.find("State:\tS") != std::string::npos ||
+           status.find("State:\tZ") != std::string::npos;
+}
+
+TEST_F(HelperPeer, ThatIsSlowToAskIsAwaitedOnAStreamThatDoesNotBlock) {
+    HelperProcess helper(withStreamsThatDoNotBlock());
+    ASSERT_TRUE(helper.saysHello());
+    while (!isAsleepOrEnded(helper)) ::sched_yield();
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "made"}), 0U);
+    EXPECT_TRUE(folder.holds("made"));
+}
+
+TEST_F(HelperPeer, ThatIsSlowToReadIsAwaitedOnAStreamThatDoesNotBlock) {
+    HelperProcess helper(withStreamsThatDoNotBlock());
+    ASSERT_TRUE(helper.saysHello());
+    const int unanswered =
+        flood(helper, encodedRequest({"/usr/bin/touch", {folder / "made"}}).value());
+    ASSERT_GT(unanswered, 0);
+    for (int index = 0; index < unanswered; ++index) {
+        ASSERT_TRUE(helper.stream().receive()) << index;
+    }
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "last"}), 0U);
+}
 
 TEST_F(HelperPeer, ReportsThatNobodyReadsDoNotStopTheHelper) {
     HelperProcess helper;

@@ -37,6 +37,12 @@ HelperProcess::HelperProcess(const Start& start) {
         environment.push_back(const_cast<char*>(variable.c_str()));
     }
     environment.push_back(nullptr);
+    std::string name = "privileged-helper";
+    std::vector<char*> words = {name.data()};
+    for (const std::string& argument : start.arguments) {
+        words.push_back(const_cast<char*>(argument.c_str()));
+    }
+    words.push_back(nullptr);
     process_ = ::fork();
     if (process_ == 0) {
         ::dup2(ends[1], STDIN_FILENO);
@@ -47,9 +53,7 @@ HelperProcess::HelperProcess(const Start& start) {
         const int built = ::open(PRIVILEGED_HELPER, O_PATH | O_CLOEXEC);
         const int program = ::fcntl(built, F_DUPFD_CLOEXEC, 500);
         if (start.before) start.before();
-        char name[] = "privileged-helper";
-        char* arguments[] = {name, nullptr};
-        ::fexecve(program, arguments, environment.data());
+        ::fexecve(program, words.data(), environment.data());
         ::_exit(99);
     }
     ::close(ends[1]);

@@ -20,6 +20,7 @@ class HelperProcess {
   public:
     struct Start {
         std::vector<std::string> environment;
+        std::vector<std::string> arguments;
         /// Done in the new process, just before it becomes the helper.
         std::function<void()> before;
     };

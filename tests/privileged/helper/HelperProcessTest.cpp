@@ -268,14 +268,25 @@ TEST_F(HelperProcessTest, ReportsOneLineWhateverAnArgumentHolds) {
     helper.closeConnection();
     const std::string text = helper.standardError();
     EXPECT_EQ(std::ranges::count(text, '\n'), 2);
-    EXPECT_THAT(text, HasSubstr("a\\x0aforged\\x1b[2J\\x00z"));
+    EXPECT_THAT(text, HasSubstr("a\\nforged\\x1b[2J\\x00z"));
     EXPECT_LT(text.size(), 1000U);
+}
+
+TEST_F(HelperProcessTest, ReportsNoCharacterThatATerminalObeys) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run("/bin/rm", {"\xC2\x9B\xC2\x85\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6"}),
+              126U);
+    helper.closeConnection();
+    EXPECT_THAT(helper.standardError(),
+                HasSubstr("'\\xc2\\x9b\\xc2\\x85\\xe2\\x80\\xa8\\xe2\\x80\\xae\\xe2\\x81\\xa6'"));
 }
 
 // For whom it acts.
 
 struct ForWhom {
     const char* name;
+    std::vector<std::string> arguments;
     std::vector<std::string> environment;
     uid_t user;
 };
@@ -288,7 +299,8 @@ class HelperProcessInvokingUser : public PrivilegedHelperProgram,
 
 TEST_P(HelperProcessInvokingUser, IsTheOnlyOneToWhomTheHelperGivesFiles) {
     folder.write("file", "");
-    HelperProcess helper(withEnvironment(GetParam().environment));
+    HelperProcess helper(
+        {.environment = GetParam().environment, .arguments = GetParam().arguments, .before = {}});
     ASSERT_TRUE(helper.saysHello());
     const bool isRoot = GetParam().user == 0;
     const std::string file = folder / "file";
@@ -304,19 +316,62 @@ TEST_P(HelperProcessInvokingUser, IsTheOnlyOneToWhomTheHelperGivesFiles) {
 
 INSTANTIATE_TEST_SUITE_P(
     Environments, HelperProcessInvokingUser,
-    testing::Values(ForWhom{"rootItself", {}, 0}, ForWhom{"pkexec", {"PKEXEC_UID=65534"}, nobody},
-                    ForWhom{"sudo", {"SUDO_UID=65534"}, nobody},
-                    ForWhom{"pkexecWithinSudo", {"SUDO_UID=0", "PKEXEC_UID=65534"}, nobody}),
+    testing::Values(
+        ForWhom{"rootItself", {}, {}, 0},
+        ForWhom{"rootWithAnEarlierSudosVariable", {}, {"SUDO_UID=65534", "PKEXEC_UID=65534"}, 0},
+        ForWhom{"pkexec", {"--started-by", "polkit"}, {"PKEXEC_UID=65534"}, nobody},
+        ForWhom{"sudo", {"--started-by", "sudo"}, {"SUDO_UID=65534"}, nobody},
+        ForWhom{"sudoThatKeptTheEnvironment",
+                {"--started-by", "sudo"},
+                {"PKEXEC_UID=0", "SUDO_UID=65534"},
+                nobody},
+        ForWhom{"pkexecWithinSudo",
+                {"--started-by", "polkit"},
+                {"SUDO_UID=0", "PKEXEC_UID=65534"},
+                nobody}),
     [](const auto& row) { return std::string(row.param.name); });
 
 class HelperProcessBrokenUserNumber : public PrivilegedHelperProgram,
                                       public testing::WithParamInterface<std::string> {};
 
+HelperProcess::Start startedBy(const std::string& program, std::vector<std::string> environment) {
+    return {.environment = std::move(environment),
+            .arguments = {"--started-by", program},
+            .before = {}};
+}
+
 TEST_P(HelperProcessBrokenUserNumber, EndsTheHelperBeforeItListens) {
-    for (const char* variable : {"PKEXEC_UID=", "SUDO_UID="}) {
-        HelperProcess helper(withEnvironment({variable + GetParam()}));
+    for (const auto& [program, variable] :
+         {std::pair("polkit", "PKEXEC_UID="), std::pair("sudo", "SUDO_UID=")}) {
+        HelperProcess helper(startedBy(program, {variable + GetParam()}));
         EXPECT_FALSE(helper.saysHello()) << variable;
         EXPECT_EQ(helper.exitStatus(), 1) << variable;
+    }
+}
+
+TEST_F(HelperProcessTest, DoesNotListenWithoutTheVariableOfTheProgramThatStartedIt) {
+    for (const auto& [program, other] :
+         {std::pair("polkit", "SUDO_UID=65534"), std::pair("sudo", "PKEXEC_UID=65534")}) {
+        HelperProcess helper(startedBy(program, {other}));
+        EXPECT_FALSE(helper.saysHello()) << program;
+        EXPECT_EQ(helper.exitStatus(), 1) << program;
+    }
+}
+
+TEST_F(HelperProcessTest, DoesNotListenWithACommandLineThatItDoesNotKnow) {
+    const std::vector<std::vector<std::string>> commandLines = {{""},
+                                                                {"--started-by"},
+                                                                {"--started-by", ""},
+                                                                {"--started-by", "root"},
+                                                                {"--help"},
+                                                                {"--started-by", "sudo", "more"}};
+    for (const auto& arguments : commandLines) {
+        HelperProcess helper({.environment = {"SUDO_UID=65534", "PKEXEC_UID=65534"},
+                              .arguments = arguments,
+                              .before = {}});
+        EXPECT_FALSE(helper.saysHello());
+        EXPECT_EQ(helper.exitStatus(), 1);
+        EXPECT_THAT(helper.standardError(), HasSubstr("command line"));
     }
 }
 
@@ -326,8 +381,10 @@ INSTANTIATE_TEST_SUITE_P(Numbers, HelperProcessBrokenUserNumber,
                                          "4294967296", "99999999999999999999"));
 
 TEST_F(HelperProcessTest, DoesNotListenWhenTwoUsersStandInOneVariable) {
-    for (const std::string variable : {"PKEXEC_UID", "SUDO_UID"}) {
-        HelperProcess helper(withEnvironment({variable + "=65534", variable + "=0"}));
+    for (const auto& [program, variable] :
+         {std::pair("polkit", "PKEXEC_UID"), std::pair("sudo", "SUDO_UID")}) {
+        const std::string name = variable;
+        HelperProcess helper(startedBy(program, {name + "=65534", name + "=0"}));
         EXPECT_FALSE(helper.saysHello()) << variable;
         EXPECT_EQ(helper.exitStatus(), 1) << variable;
     }

@@ -235,7 +235,8 @@ TEST_F(HelperSurroundings, AHugeEnvironmentLeavesNothing) {
     for (int index = 0; index < 10; ++index) {
         environment.push_back("V" + std::to_string(index) + "=" + std::string(100'000, 'x'));
     }
-    HelperProcess helper(withEnvironment(environment));
+    HelperProcess helper(
+        {.environment = environment, .arguments = {"--started-by", "polkit"}, .before = {}});
     ASSERT_TRUE(helper.saysHello());
     const std::string left = contentsOf(procFile(helper, "environ"));
     EXPECT_EQ(left.find_first_not_of('\0'), std::string::npos);

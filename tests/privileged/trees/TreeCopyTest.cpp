@@ -1,3 +1,8 @@
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -258,6 +263,50 @@ TEST(TreeCopyDepth, CopiesAndRemovesVeryDeepTrees) {
               "");
     EXPECT_FALSE(removeTree(disk.path("deep"), LinkPolicy::follow));
     EXPECT_TRUE(disk.names().empty());
+}
+
+/// Access control lists as the kernel takes them: a version, then a tag, rights and a number for
+/// each entry.
+std::string accessList(const std::vector<std::array<std::uint32_t, 3>>& entries) {
+    std::string bytes = {2, 0, 0, 0};
+    const auto append = [&bytes](std::uint32_t number, int size) {
+        for (int index = 0; index < size; ++index) {
+            bytes += static_cast<char>((number >> (8 * index)) & 0xffU);
+        }
+    };
+    for (const auto& [tag, rights, number] : entries) {
+        append(tag, 2);
+        append(rights, 2);
+        append(number, 4);
+    }
+    return bytes;
+}
+
+TEST_P(TreeCopy, TakesTheAccessListsThatTheSourceLacksFromTheCopy) {
+    constexpr std::uint32_t noNumber = 0xffffffff;
+    const std::string allForANeighbour = accessList({{0x01, 7, noNumber},
+                                                     {0x02, 7, 12345},
+                                                     {0x04, 7, noNumber},
+                                                     {0x10, 7, noNumber},
+                                                     {0x20, 7, noNumber}});
+    disk_.makeFolder("source");
+    disk_.makeFolder("source/folder", 0755);
+    disk_.makeFile("source/folder/file", "text", 0644);
+    disk_.makeFolder("neighbours");
+    disk_.setAttribute("neighbours", "system.posix_acl_default", allForANeighbour);
+    for (const auto privileges : {Privileges::keep, Privileges::drop}) {
+        const std::string copy =
+            privileges == Privileges::keep ? "neighbours/kept" : "neighbours/dropped";
+        ASSERT_FALSE(copyTree(disk_.path("source"), disk_.path(copy), GetParam(), {}, privileges));
+        for (const std::string& entry : {copy, copy + "/folder", copy + "/folder/file"}) {
+            EXPECT_EQ(disk_.attribute(entry, "system.posix_acl_access"), "") << entry;
+            if (!entry.ends_with("file")) {
+                EXPECT_EQ(disk_.attribute(entry, "system.posix_acl_default"), "") << entry;
+            }
+        }
+        EXPECT_EQ(disk_.mode(copy + "/folder"), 0755U);
+        EXPECT_EQ(disk_.mode(copy + "/folder/file"), 0644U);
+    }
 }
 
 }  // namespace

@@ -59,6 +59,7 @@ class EndedTool : public PrivilegedTool {
   public:
     void waitUntilEnded() override {}
     std::size_t readOutput(std::span<char>) override { return 0; }
+    [[nodiscard]] bool hasSucceeded() const override { return true; }
 };
 
 /// Passes everything on but the refresh of this machine's own application database.
@@ -106,7 +107,7 @@ class OperationsThroughTheHelper : public testing::Test {
     /// As pkexec does it: as root, with the number of the user who asked.
     void startHelper() {
         volume.write("pkexec",
-                     "#!/bin/sh\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$2\"\n");
+                     "#!/bin/sh\nshift\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$@\"\n");
         ASSERT_EQ(::chmod((volume / "pkexec").c_str(), 0755), 0);
         AdministratorAccess access;
         access.helperPath = PRIVILEGED_HELPER;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "linux/log/VisibleText.h"
+#include "foundation/text/VisibleText.h"
 
 namespace installer {
 namespace {
@@ -36,6 +36,12 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Surrogate", "\xED\xA0\x80", "\\xed\\xa0\\x80"},
         Row{"EightBitControl", "\xC2\x9B", "\\xc2\\x9b"},
         Row{"LineSeparator", "\xE2\x80\xA8", "\\xe2\\x80\\xa8"},
+        Row{"NextLine", "\xC2\x85", "\\xc2\\x85"},
+        Row{"ParagraphSeparator", "\xE2\x80\xA9", "\\xe2\\x80\\xa9"},
+        Row{"ArabicLetterMark", "\xD8\x9C", "\\xd8\\x9c"},
+        Row{"LeftToRightMark", "\xE2\x80\x8E", "\\xe2\\x80\\x8e"},
+        Row{"RightToLeftMark", "\xE2\x80\x8F", "\\xe2\\x80\\x8f"},
+        Row{"FirstStrongIsolate", "\xE2\x81\xA8", "\\xe2\\x81\\xa8"},
         Row{"RightToLeftOverride", "\xE2\x80\xAE", "\\xe2\\x80\\xae"}),
     [](const auto& row) { return row.param.name; });
 

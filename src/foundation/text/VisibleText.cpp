@@ -1,4 +1,4 @@
-#include "linux/log/VisibleText.h"
+#include "foundation/text/VisibleText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,8 +14,9 @@ std::uint8_t octetAt(std::string_view text, std::size_t place) {
 }
 
 bool disturbsALine(char32_t code) {
-    return code < 0x20 || (code >= 0x7F && code <= 0x9F) ||  //
-           code == 0x2028 || code == 0x2029 ||               // line and paragraph separator
+    return code < 0x20 || (code >= 0x7F && code <= 0x9F) ||       //
+           code == 0x2028 || code == 0x2029 ||                    // line and paragraph separator
+           code == 0x061C || code == 0x200E || code == 0x200F ||  // marks of a direction
            (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
