@@ -68,6 +68,7 @@ SetupController::SetupController(WindowPlatform& platform)
     bindTexts();
     bindStates();
     bindOptions();
+    bindPages();
     bindFailureReport();
     bindActions();
     observeStateAndAnnouncements();
@@ -82,7 +83,7 @@ void SetupController::observeStateAndAnnouncements() {
     ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
         if (moment != Moment::didChange) return;
         propertyDidChange(property);
-        if (property == "copyInProgress") propertyDidChange("canClose");
+        refreshWhatFollowsFrom(property);
     });
 }
 

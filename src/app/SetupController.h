@@ -147,11 +147,17 @@ class SetupController : public MainController, public BoundObject {
     void bindTexts();
     void bindStates();
     void bindOptions();
+    void bindPages();
     void bindFailureReport();
     void bindActions();
     [[nodiscard]] Image backgroundImage() const;
     [[nodiscard]] std::string backgroundImageName() const;
     [[nodiscard]] bool installationFailed() const;
+    [[nodiscard]] PropertyValue pageText() const;
+    [[nodiscard]] std::string outcomeText() const;
+    [[nodiscard]] bool allHostsSelected() const;
+    void selectAllHosts(bool select);
+    void refreshWhatFollowsFrom(std::string_view property);
 
     WindowPlatform& platform_;
     MainWindow window_;

@@ -4,10 +4,13 @@
 #include "app/HostRows.h"
 #include "app/SetupController.h"
 #include "app/WindowTexts.h"
+#include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "ports/window/WindowPlatform.h"
 #include "product/LocalizedText.h"
 #include "steps/completion/RegisterModel.h"
+#include "steps/hosts/HostsController.h"
+#include "steps/running/RunningHostViewModel.h"
 #include "wizard/InstallStateController.h"
 
 // The names under which the description of the main window knows the controller's properties and
@@ -20,6 +23,9 @@ namespace {
 PropertyValue asPropertyValue(const PlainOrStyledText& text) {
     return std::visit([](const auto& value) { return PropertyValue(value); }, text);
 }
+
+/// From so many on, people want to tick them all at once, or none.
+constexpr std::size_t manyHosts = 4;
 
 }  // namespace
 
@@ -75,6 +81,21 @@ void SetupController::bindOptions() {
         [this](bool launch) { setLaunchHelpURL(launch); });
 }
 
+void SetupController::bindPages() {
+    bindProperty("pageText", [this] { return pageText(); });
+    bindSwitch(
+        "allHostsSelected", [this] { return allHostsSelected(); },
+        [this](bool select) { selectAllHosts(select); });
+    bindProperty("canSelectAllHosts", [this] { return foundHosts().size() >= manyHosts; });
+    bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); });
+    bindProperty("waitingText", [this] {
+        return localizedText(platform_.bundle, hostsRunningModel_->hostIsRunning()
+                                                   ? "waiting_for_program"
+                                                   : "program_has_closed");
+    });
+    bindProperty("outcomeText", [this] { return outcomeText(); });
+}
+
 void SetupController::bindFailureReport() {
     bindProperty("installationFailed", [this] { return installationFailed(); });
     bindProperty("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
@@ -99,7 +120,11 @@ void SetupController::bindActions() {
 }
 
 void SetupController::refreshWhatNobodyAnnounces() {
-    static constexpr std::array<const char*, 11> properties = {
+    static constexpr std::array<const char*, 15> properties = {
+        "pageText",
+        "hostIsRunning",
+        "waitingText",
+        "outcomeText",
         "backgroundImage",
         "backgroundImageName",
         "failedItems",
@@ -112,6 +137,45 @@ void SetupController::refreshWhatNobodyAnnounces() {
         "shouldConfigurePrismorExternalEditors",
         "isCustomInstallAllowed"};
     for (const char* property : properties) propertyDidChange(property);
+}
+
+void SetupController::refreshWhatFollowsFrom(std::string_view property) {
+    if (property == "copyInProgress") propertyDidChange("canClose");
+    if (property == "informativeText") propertyDidChange("pageText");
+    if (property == "foundHosts") {
+        propertyDidChange("canSelectAllHosts");
+        propertyDidChange("allHostsSelected");
+    }
+    if (property == "enableForward") {
+        // Another screen of the step, a ticked host, a program that has ended.
+        for (const char* follower :
+             {"pageText", "allHostsSelected", "hostIsRunning", "waitingText"})
+            propertyDidChange(follower);
+    }
+}
+
+PropertyValue SetupController::pageText() const {
+    const bool isCustomScreen =
+        stateController_->currentState() == step_number::hostSelection && customInstallChosen_;
+    if (!isCustomScreen) return asPropertyValue(informativeText());
+    const Bundle& bundle = platform_.bundle;
+    return formatted(localizedText(bundle, "custom_install_instructions"), {productName(bundle)});
+}
+
+std::string SetupController::outcomeText() const {
+    const Bundle& bundle = platform_.bundle;
+    const char* format = successfulInstall() ? "outcome_success_fmt" : "outcome_failure_fmt";
+    return formatted(localizedText(bundle, format), {productName(bundle)});
+}
+
+bool SetupController::allHostsSelected() const {
+    return selectedHosts().size() == foundHosts().size();
+}
+
+void SetupController::selectAllHosts(bool select) {
+    for (const HostModel& host : foundHosts()) host.setHostIsSelected(select);
+    propertyDidChange("foundHosts");
+    hostsController_->checkboxClicked(this);
 }
 
 Image SetupController::backgroundImage() const {

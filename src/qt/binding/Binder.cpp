@@ -26,6 +26,7 @@ constexpr Kind kinds[] = {
     {"visibleBinding", visibleBinding},
     {"checkedBinding", checkedBinding},
     {"imageBinding", imageBinding},
+    {"waitingBinding", waitingBinding},
     {"rowsBinding", rowsBinding},
     {"closableBinding", closableBinding},
     {"accessibleNameBinding", accessibleNameBinding},

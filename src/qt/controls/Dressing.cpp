@@ -7,6 +7,7 @@
 
 #include "qt/controls/BundlePicture.h"
 #include "qt/controls/DotLine.h"
+#include "qt/controls/FitsText.h"
 #include "qt/controls/FollowsFont.h"
 #include "qt/controls/MenuButton.h"
 #include "qt/controls/ReadingColumn.h"
@@ -36,6 +37,7 @@ void dressOne(QWidget& control, const Bundle& bundle) {
     }
     if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
         if (control.property("readingColumn").toBool()) new ReadingColumn(*browser);
+        if (control.property("fitsText").toBool()) new FitsText(*browser);
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
         if (control.property(MenuButton::holdsMenu).toBool()) new MenuButton(*button);
