@@ -5,7 +5,7 @@
 namespace installer {
 
 MainWindow::MainWindow(Interface& interface)
-    : mainWindow(interface.window("mainWindow")),
+    : mainWindow(interface.window(mainWindowPart)),
       dynamicView(interface.view("dynamicView")),
       stepIndicatorView(interface.view("stepIndicatorView")),
       licenseView(interface.view("licenseView")),
@@ -17,8 +17,8 @@ MainWindow::MainWindow(Interface& interface)
       installProgress(interface.progressIndicator("installProgress")) {}
 
 std::optional<std::string> missingPartOfMainWindow(Interface& interface) {
-    if (!interface.window("mainWindow")) return "mainWindow";
-    for (const char* view : {"dynamicView", "forwardButton", "backwardButton"}) {
+    if (!interface.window(mainWindowPart)) return mainWindowPart;
+    for (const char* view : neededViewsOfMainWindow) {
         if (!interface.view(view)) return view;
     }
     return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,6 +30,11 @@ struct MainWindow {
     std::shared_ptr<ListSelection> foundHostsController;
     std::shared_ptr<ProgressIndicator> installProgress;
 };
+
+/// The main window and the views in it without which nobody could go through the wizard.
+inline constexpr const char* mainWindowPart = "mainWindow";
+inline constexpr std::array<const char*, 3> neededViewsOfMainWindow = {
+    "dynamicView", "forwardButton", "backwardButton"};
 
 /// The name of a part without which nobody could go through the wizard, and which the interface
 /// lacks; none when it has them all. Any other part may be missing: what it would show is not

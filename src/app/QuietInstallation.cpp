@@ -4,10 +4,11 @@
 
 #include "foundation/observers/NotificationCenter.h"
 #include "foundation/text/Format.h"
+#include "hosts/HostDiscovery.h"
+#include "hosts/HostLists.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "product/PlugInFilesModel.h"
-#include "steps/hosts/HostsModel.h"
 #include "steps/install/InstallFilesController.h"
 
 namespace installer {
@@ -36,9 +37,8 @@ std::string outcome(const InstallFilesController& controller, const std::string&
 
 void installQuietly(Platform& platform) {
     InstallFilesController controller(platform);
-    const HostsModel hosts(platform);
     // Whoever starts a quiet installation wants the external editors too: nobody can be asked.
-    controller.install(hosts.foundHosts(), true);
+    controller.install(foundHosts(HostDiscovery(platform).discoverHosts()), true);
     platform.log.log(outcome(controller, PlugInFilesModel(platform).installerLogPath()));
     platform.notifications.post({applicationWillTerminate, nullptr, {}});
 }

@@ -14,6 +14,7 @@
 #include "ports/window/WindowPlatform.h"
 #include "ports/window/Workspace.h"
 #include "product/BundleUserDefaults.h"
+#include "product/ProductFacts.h"
 #include "product/RtfResource.h"
 #include "steps/aperture/ApertureRunController.h"
 #include "steps/aperture/ApertureRunModel.h"
@@ -35,7 +36,6 @@ namespace installer {
 
 namespace {
 
-constexpr const char* settingsDomain = "com.quarrytone.installer";
 constexpr const char* launchHelpKey = "launch_help_url";
 
 /// What every change of step may change, in the order in which it is announced.

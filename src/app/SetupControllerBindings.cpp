@@ -94,6 +94,11 @@ void SetupController::bindPages() {
                                                    : "program_has_closed");
     });
     bindProperty("outcomeText", [this] { return outcomeText(); });
+    bindProperty("installedPlaces", [this] {
+        // A run that succeeded has installed into every selected host.
+        return successfulInstall() ? hostRows(selectedHosts(), platform_.workspace)
+                                   : std::vector<ListRow>();
+    });
 }
 
 void SetupController::bindFailureReport() {
@@ -120,11 +125,12 @@ void SetupController::bindActions() {
 }
 
 void SetupController::refreshWhatNobodyAnnounces() {
-    static constexpr std::array<const char*, 15> properties = {
+    static constexpr std::array<const char*, 16> properties = {
         "pageText",
         "hostIsRunning",
         "waitingText",
         "outcomeText",
+        "installedPlaces",
         "backgroundImage",
         "backgroundImageName",
         "failedItems",

@@ -14,6 +14,7 @@
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
 #include "linux/bundle/LinuxBundle.h"
+#include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/LinuxApplicationDatabase.h"
 #include "linux/desktop/LinuxWorkspace.h"
 #include "linux/display/DisplayAlerts.h"
@@ -40,13 +41,16 @@ namespace {
 using namespace installer;
 
 constexpr std::string_view quietArgument = "-quiet";
-constexpr const char* executable = "Contents/MacOS/Installer";
 constexpr const char* mainWindowName = "MainWindow";
+
+std::string program(const std::string& bundleFolder, const std::string& name) {
+    return packageProgram(bundleFolder, name).value_or("");
+}
 
 /// Whoever is asked for a password learns first which product asks, and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
                                         SystemLog& log) {
-    return {.helperPath = joinPath(bundleFolder, "Contents/MacOS/privileged-helper"),
+    return {.helperPath = program(bundleFolder, "privileged-helper"),
             .reason = authorizationReason(bundle),
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
@@ -73,7 +77,7 @@ struct Machine {
 
     [[nodiscard]] std::unique_ptr<WindowModule> window(
         std::function<void(const std::string& address)> openLink) {
-        return loadWindowModule(bundleFolder, {.executablePath = joinPath(bundleFolder, executable),
+        return loadWindowModule(bundleFolder, {.executablePath = program(bundleFolder, "Installer"),
                                                .bundle = bundle,
                                                .files = files,
                                                .log = log,

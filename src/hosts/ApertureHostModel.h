@@ -19,7 +19,7 @@ class ApertureHostModel {
     [[nodiscard]] bool hostIsInstalled() const { return hostIsInstalled_; }
     [[nodiscard]] bool hostIsSelected() const { return hostIsSelected_; }
     void setHostIsSelected(bool selected) { hostIsSelected_ = selected; }
-    /// Where Aperture is by custom, whether it is there or not.
+    /// The usual path of Aperture, whether it exists or not.
     [[nodiscard]] std::string appPath() const;
     [[nodiscard]] std::string plugInPath() const { return ""; }
     [[nodiscard]] std::string scriptsPath() const { return ""; }

@@ -1,6 +1,7 @@
 #include "hosts/HostLists.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace installer {
 
@@ -24,6 +25,12 @@ std::optional<std::vector<HostModel>> sortedByDisplaySortOrder(std::vector<HostM
         return left.displaySortOrder() < right.displaySortOrder();
     });
     return hosts;
+}
+
+std::vector<HostModel> foundHosts(const std::vector<HostModel>& hosts) {
+    std::optional<std::vector<HostModel>> installed = hostsAnsweringYes(hosts, "hostIsInstalled");
+    if (!installed) return {};
+    return sortedByDisplaySortOrder(*std::move(installed)).value_or(std::vector<HostModel>());
 }
 
 }  // namespace installer

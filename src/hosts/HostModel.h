@@ -19,7 +19,7 @@ namespace installer {
 /// A host of any of the five kinds, shared: copies are the same host, and two are equal when they
 /// are the same host. The kinds have no common base, so code that knows the kind cannot ask what
 /// it does not answer; code that works on a mixed list asks by property name and gets "not
-/// answered" where the kind is silent.
+/// answered" from a kind that lacks it.
 class HostModel {
   public:
     using Kinds = std::variant<PhotoshopHostModel, LightRoomHostModel, ApertureHostModel,
@@ -30,7 +30,7 @@ class HostModel {
         requires std::is_constructible_v<Kinds, Kind>
     HostModel(Kind host) : host_(std::make_shared<Kinds>(std::move(host))) {}
 
-    /// The host as that kind, or null when it is of another. Valid as long as the host is.
+    /// The host as that kind, or null if it is of another. Valid as long as the host is.
     template <class Kind>
     [[nodiscard]] Kind* as() const {
         return std::get_if<Kind>(host_.get());
@@ -38,13 +38,13 @@ class HostModel {
 
     /// The answer to a property asked by name ("hostIsInstalled", "hostIsSelected",
     /// "shouldInstallScripts", "shouldInstallPanels", "shouldInstallPlugIns", "hostIs64Bit"), or
-    /// none when the kind does not answer it.
+    /// nullopt if the kind does not answer it.
     [[nodiscard]] std::optional<bool> booleanNamed(std::string_view property) const;
 
     /// Selects the host or not; a kind that has no selection stays as it is.
     void setHostIsSelected(bool selected) const;
 
-    /// The answer to "displaySortOrder", or none when the kind does not answer it.
+    /// The answer to "displaySortOrder", or nullopt if the kind does not answer it.
     [[nodiscard]] std::optional<std::uint64_t> displaySortOrder() const;
 
     /// Every kind has a name.

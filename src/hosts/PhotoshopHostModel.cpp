@@ -49,7 +49,7 @@ std::string onTargetVolume(const Platform& platform, const std::string& path) {
     return withSingleSeparators(platform.searchPaths.onTargetVolume(path));
 }
 
-/// What is in a folder that is not known is not known either.
+/// Empty if the folder is not known.
 std::string pathBelow(const std::string& folder, std::string_view entry) {
     return folder.empty() ? std::string() : joinPath(folder, entry);
 }

@@ -23,7 +23,8 @@ class UnknownHostModel {
     [[nodiscard]] bool hostIsInstalled() const { return true; }
     [[nodiscard]] bool hostIsSelected() const { return hostIsSelected_; }
     void setHostIsSelected(bool selected) { hostIsSelected_ = selected; }
-    /// Behind every other kind of host.
+    /// Behind every other host but the year releases of Photoshop, whose order wraps to huge
+    /// numbers.
     [[nodiscard]] std::uint64_t displaySortOrder() const { return 6000; }
 
     [[nodiscard]] const std::string& plugInPath() const { return plugInPath_; }

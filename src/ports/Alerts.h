@@ -23,7 +23,7 @@ class Alerts {
     virtual ~Alerts() = default;
 
     /// Shows the alert, waits for the answer and gives the pressed button's place in `buttons`.
-    /// Where nobody can be asked the texts are written to standard error and to the system log,
+    /// If the user cannot be asked, the texts are written to standard error and to the system log,
     /// and the answer is the first button.
     [[nodiscard]] virtual std::size_t runModal(const Alert& alert) = 0;
 };

@@ -12,7 +12,7 @@ namespace installer {
 
 /// Statuses of `Authorization::execute`; 0 is success.
 namespace authorization_status {
-inline constexpr std::int32_t denied = -60005;  ///< refused, nobody to ask, or the helper was lost
+inline constexpr std::int32_t denied = -60005;  ///< refused, no way to ask, or the helper was lost
 inline constexpr std::int32_t canceled = -60006;           ///< the person asked pressed Cancel
 inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
 }  // namespace authorization_status
@@ -22,19 +22,19 @@ class PrivilegedTool {
   public:
     virtual ~PrivilegedTool() = default;
 
-    /// Waits until the tool has ended. How it ended is nobody's concern.
+    /// Waits until the tool has ended. Its exit status is not reported.
     virtual void waitUntilEnded() = 0;
 
     /// Reads what the tool wrote to its standard output: some bytes, at least one, or 0 at the
     /// end. Blocks until there is one or the other.
     [[nodiscard]] virtual std::size_t readOutput(std::span<char> buffer) = 0;
 
-    /// 0, or `denied` once it is known that whoever ran the tool was lost before the tool's end.
-    /// The exit status of a tool that ended shows nowhere.
+    /// 0, or `denied` once it is known that the process that ran the tool was lost before the
+    /// tool's end. The tool's exit status is not reported.
     [[nodiscard]] virtual std::int32_t status() const { return 0; }
 };
 
-/// What a start as the administrator gave: `tool` is there when `status` is 0.
+/// The result of a start as the administrator: `tool` is set if `status` is 0.
 struct PrivilegedLaunch {
     std::int32_t status = 0;
     std::unique_ptr<PrivilegedTool> tool;
@@ -55,7 +55,7 @@ class Authorization {
 
     /// Starts the tool at the absolute path with the arguments, as they are: no shell. The first
     /// call asks for the credentials, which hold until this object is destroyed; a refusal is
-    /// remembered, so that nobody is asked twice.
+    /// remembered, so that the user is not asked twice.
     [[nodiscard]] virtual PrivilegedLaunch execute(const std::string& tool,
                                                    const std::vector<std::string>& arguments) = 0;
 

@@ -16,18 +16,18 @@ class Bundle {
     [[nodiscard]] virtual std::string sharedSupportFolder() const = 0;
 
     /// The file NAME.TYPE of the bundle: the one of the user's language where there is one, else
-    /// the one that all languages share; none when there is neither.
+    /// the one that all languages share; nullopt if there is neither.
     [[nodiscard]] virtual std::optional<std::string> resourcePath(
         const std::string& name, const std::string& type) const = 0;
 
-    /// The text under the key in the string table of the user's language; none when it is missing.
+    /// The text under the key in the string table of the user's language; nullopt if it is missing.
     [[nodiscard]] virtual std::optional<std::string> localizedString(
         const std::string& key, const std::string& table) const = 0;
 
     /// The language whose texts and files are used, such as "de"; empty when the bundle has none.
     [[nodiscard]] virtual std::string localization() const = 0;
 
-    /// A value of the bundle's property list as text; none when it is missing, or neither text
+    /// A value of the bundle's property list as text; nullopt if it is missing, or neither text
     /// nor number. A property list that cannot be read has no values.
     [[nodiscard]] virtual std::optional<std::string> informationValue(
         const std::string& key) const = 0;
@@ -38,7 +38,7 @@ class Bundles {
   public:
     virtual ~Bundles() = default;
 
-    /// The bundle at the path; none when there is no folder that is a bundle.
+    /// The bundle at the path; null if there is no folder that is a bundle.
     [[nodiscard]] virtual std::unique_ptr<Bundle> open(const std::string& path) = 0;
 };
 

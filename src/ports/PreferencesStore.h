@@ -15,7 +15,7 @@ class PreferencesStore {
   public:
     virtual ~PreferencesStore() = default;
 
-    /// The value, or none when there is none of a type that a setting can have.
+    /// The value, or nullopt if there is none of a type that a setting can have.
     [[nodiscard]] virtual std::optional<PreferenceValue> value(const std::string& domain,
                                                                const std::string& key) = 0;
 

@@ -18,7 +18,7 @@ class SearchPaths {
     [[nodiscard]] virtual std::string localApplicationsFolder() const = 0;
 
     /// The user's `~/Library/Application Support` and `~/Library/Preferences`, whether they exist
-    /// or not; none when the user has no home folder.
+    /// or not; nullopt if the user has no home folder.
     [[nodiscard]] virtual std::optional<std::string> userApplicationSupportFolder() const = 0;
     [[nodiscard]] virtual std::optional<std::string> userPreferencesFolder() const = 0;
 

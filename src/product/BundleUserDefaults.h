@@ -22,7 +22,7 @@ class BundleUserDefaults {
     BundleUserDefaults(const BundleUserDefaults&) = delete;
     BundleUserDefaults& operator=(const BundleUserDefaults&) = delete;
 
-    /// The stored value, else the registered default, else none.
+    /// The stored value, else the registered default, else nullopt.
     [[nodiscard]] std::optional<PreferenceValue> objectForKey(const std::string& key) const;
     void setObject(PreferenceValue value, const std::string& forKey);
 
@@ -41,7 +41,7 @@ class BundleUserDefaults {
     [[nodiscard]] bool boolForKey(const std::string& key) const;
     void setBool(bool value, const std::string& forKey);
 
-    /// The value as text, numbers and booleans (1 or 0) in decimal; none when there is no value.
+    /// The value as text, numbers and booleans (1 or 0) in decimal; nullopt if there is no value.
     [[nodiscard]] std::optional<std::string> stringForKey(const std::string& key) const;
 
   private:

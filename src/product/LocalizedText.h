@@ -6,7 +6,7 @@ namespace installer {
 
 class Bundle;
 
-// Two ways to look a text up. They differ in what a missing key gives, so they have two names.
+// Three look-ups of a text. They differ in the table and in what a missing key gives.
 
 /// The text under the key in the default table, or the fallback when the key is missing.
 [[nodiscard]] std::string localizedText(const Bundle& bundle, const std::string& key,

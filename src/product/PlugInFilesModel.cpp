@@ -21,7 +21,7 @@ std::string userApplicationSupport(const Platform& platform, const std::string& 
     return folder ? joinPath(*folder, entry) : "";
 }
 
-/// The folder that the product's own settings name, or none. Those settings lie on the target
+/// The folder that the product's own settings name, or nullopt. Those settings lie on the target
 /// volume and were written by the system there, so the folder is meant on it.
 std::optional<std::string> userFolderFromSettings(Platform& platform) {
     const BundleUserDefaults defaults(platform, folderName(platform.bundle, "app_plist"));

@@ -8,8 +8,8 @@ namespace installer {
 
 struct Platform;
 
-/// The user's `~/Library/Preferences` and `~/Library/Application Support`; none when the user has
-/// no home folder.
+/// The user's `~/Library/Preferences` and `~/Library/Application Support`; nullopt if the user
+/// has no home folder.
 [[nodiscard]] std::optional<std::string> NSUserPreferencesDirectory(const Platform& platform);
 [[nodiscard]] std::optional<std::string> ApplicationSupportDirectory(const Platform& platform);
 
@@ -29,7 +29,7 @@ class PlugInFilesModel {
     [[nodiscard]] std::string payloadFolder() const;
 
     /// The full paths of the entries directly in the folder, hidden ones included, in the file
-    /// system's order; none when the folder cannot be read.
+    /// system's order; empty if the folder cannot be read.
     [[nodiscard]] std::vector<std::string> getFullPathsOfFilesInBundle(
         const std::string& folder) const;
     [[nodiscard]] std::vector<std::string> getFullPathsOfPlugInsInBundle() const;

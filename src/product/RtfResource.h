@@ -9,11 +9,11 @@ namespace installer {
 
 struct Platform;
 
-/// The running bundle's file NAME.rtf as styled text, read anew on every call. None, with the
-/// reason in the system log, when it is missing, cannot be read or is no RTF.
+/// The running bundle's page NAME.rtf as styled text, read anew on every call. nullopt, with the
+/// reason in the system log, if it is missing, cannot be read or is no RTF.
 [[nodiscard]] std::optional<StyledText> rtfResource(Platform& platform, const std::string& name);
 
-/// What is shown where a text is missing: "nil".
+/// What is shown in place of a missing page: "nil".
 [[nodiscard]] StyledText nilText();
 
 }  // namespace installer

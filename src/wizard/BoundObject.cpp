@@ -7,6 +7,14 @@ namespace installer {
 
 BoundObject::BoundObject() : handlers_(std::make_shared<Handlers>()) {}
 
+bool BoundObject::hasProperty(std::string_view property) const {
+    return getters_.contains(property);
+}
+
+bool BoundObject::hasAction(std::string_view action) const {
+    return actions_.contains(action);
+}
+
 PropertyValue BoundObject::valueForProperty(std::string_view property) const {
     const auto getter = getters_.find(property);
     return getter == getters_.end() ? PropertyValue() : getter->second();

@@ -19,6 +19,10 @@ class BoundObject : public InterfaceOwner {
     BoundObject(const BoundObject&) = delete;
     BoundObject& operator=(const BoundObject&) = delete;
 
+    /// Whether a description can name the property or the action.
+    [[nodiscard]] bool hasProperty(std::string_view property) const;
+    [[nodiscard]] bool hasAction(std::string_view action) const;
+
     [[nodiscard]] PropertyValue valueForProperty(std::string_view property) const override;
     void setValueForProperty(std::string_view property, const PropertyValue& value) override;
     void setRowChecked(std::string_view property, std::size_t row, bool checked) override;

@@ -27,19 +27,22 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/protocol/MessageStream.cpp
     ${source}/hosts/ApertureHostModel.cpp
     ${source}/hosts/FireworksHostModel.cpp
+    ${source}/hosts/HostDiscovery.cpp
     ${source}/hosts/HostLists.cpp
     ${source}/hosts/HostModel.cpp
-    ${source}/steps/hosts/HostsModel.cpp
     ${source}/hosts/LightRoomHostModel.cpp
     ${source}/hosts/PhotoshopHostModel.cpp
     ${source}/hosts/UnknownHostModel.cpp
     ${source}/install/engine/DecimalNumber.cpp
     ${source}/product/PlugInFilesModel.cpp
+    ${source}/privileged/system/Accounts.cpp
     ${source}/privileged/system/AdminGroup.cpp
     ${source}/linux/desktop/ApplicationName.cpp
     ${source}/linux/desktop/DesktopEntry.cpp
     ${source}/linux/process/Environment.cpp
     ${source}/linux/bundle/LinuxBundle.cpp
+    ${source}/linux/bundle/PackageLayout.cpp
+    ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp
     ${source}/linux/process/PreferredLanguages.cpp
@@ -60,6 +63,7 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/files/FolderCreation.cpp
     ${source}/privileged/files/FolderListing.cpp
     ${source}/privileged/files/Location.cpp
+    ${source}/privileged/files/PathWalk.cpp
     ${source}/privileged/trees/TakeApart.cpp
     ${source}/privileged/trees/Temporary.cpp
     ${source}/privileged/trees/TreeAttributes.cpp

@@ -11,12 +11,13 @@
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
+#include "hosts/HostDiscovery.h"
+#include "hosts/HostLists.h"
 #include "hosts/HostModel.h"
 #include "hosts/PhotoshopHostModel.h"
 #include "linux/files/LinuxFileManager.h"
 #include "linux/files/LinuxSearchPaths.h"
 #include "privileged/system/FileDescriptor.h"
-#include "steps/hosts/HostsModel.h"
 #include "tests/fuzz/FuzzInput.h"
 #include "tests/support/FakePlatform.h"
 
@@ -117,10 +118,8 @@ void checkHost(const PhotoshopHostModel& host, Scene& scene, bool onVolume, bool
 }
 
 void checkDiscovery(Platform& platform) {
-    const HostsModel hosts(platform);
-    require(hosts.scriptsOrPanelsHosts().empty());
     std::uint64_t order = 0;
-    for (const HostModel& found : hosts.foundHosts()) {
+    for (const HostModel& found : foundHosts(HostDiscovery(platform).discoverHosts())) {
         const auto* host = found.as<PhotoshopHostModel>();
         require(host != nullptr && host->hostIsInstalled() && !host->isElements());
         require(host->version() >= 6 && host->displaySortOrder() >= order);

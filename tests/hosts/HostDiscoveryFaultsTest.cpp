@@ -5,8 +5,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "hosts/HostDiscovery.h"
+#include "hosts/HostLists.h"
 #include "product/RtfResource.h"
-#include "steps/hosts/HostsModel.h"
 #include "steps/licence/LicenseModel.h"
 #include "tests/support/FailingFileManager.h"
 #include "tests/support/FakePlatform.h"
@@ -66,7 +67,7 @@ class HostDiscoveryFaults : public testing::Test {
     }
     static std::vector<std::string> foundOn(Platform& platform) {
         std::vector<std::string> names;
-        for (const HostModel& host : HostsModel(platform).foundHosts()) {
+        for (const HostModel& host : foundHosts(HostDiscovery(platform).discoverHosts())) {
             const auto* photoshop = host.as<PhotoshopHostModel>();
             names.push_back(host.hostName() + " " + photoshop->appPath() + " " +
                             photoshop->plugInPath());

@@ -10,6 +10,7 @@
 #include "ports/Platform.h"
 #include "ports/SearchPaths.h"
 #include "product/PlugInFilesModel.h"
+#include "product/ProductFacts.h"
 
 namespace installer {
 
@@ -42,7 +43,8 @@ const PhotoshopHostModel* newestPhotoshop(const std::vector<HostModel>& hosts) {
 
 void ExternalEditorList::configurePrismorExternalEditors(const std::vector<HostModel>& foundHosts) {
     FileManager& files = platform_.files;
-    const std::string folder = PlugInFilesModel(platform_).appSupportPathForProduct("Prismor X");
+    const std::string folder =
+        PlugInFilesModel(platform_).appSupportPathForProduct(externalEditorsProduct);
     const std::string file = joinPath(folder, "ExternalEditors.csv");
     // Rows that the user has added are not kept. A file that stays is replaced below.
     if (files.exists(file)) static_cast<void>(files.remove(file));
@@ -50,10 +52,7 @@ void ExternalEditorList::configurePrismorExternalEditors(const std::vector<HostM
     if (run_.authDenied) return;
 
     std::string rows = photoshopRow(foundHosts);
-    rows += siblingRow("/Applications/Quarrytone Inkvale 4.app", "Inkvale 4");
-    rows +=
-        siblingRow("/Library/Application Support/Quarrytone/Magniford 3/Quarrytone Magniford 3.app",
-                   "Magniford 3");
+    for (const auto& [name, application] : siblingProducts) rows += siblingRow(application, name);
     if (rows.empty()) return;
     static_cast<void>(files.createFile(file, rows));
     run_.installedPaths.push_back(file);

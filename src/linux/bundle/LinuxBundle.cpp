@@ -7,6 +7,7 @@
 
 #include "foundation/values/PackageName.h"
 #include "foundation/values/Paths.h"
+#include "linux/bundle/PackageLayout.h"
 #include "linux/bundle/StringsTable.h"
 #include "linux/process/PreferredLanguages.h"
 #include "ports/SystemLog.h"
@@ -39,7 +40,7 @@ bool isBundle(const std::string& folder) {
     if (isPackageName(lastPathComponent(folder))) return true;
     std::error_code error;
     return std::filesystem::exists(
-        std::filesystem::symlink_status(joinPath(folder, "Contents/Info.plist"), error));
+        std::filesystem::symlink_status(joinPath(folder, packageInformation), error));
 }
 
 std::vector<std::string> languagesIn(const std::string& resources) {
@@ -81,23 +82,15 @@ LinuxBundle::LinuxBundle(std::string folder, const std::vector<std::string>& pre
 std::optional<std::string> LinuxBundle::runningBundleFolder() {
     std::error_code error;
     const std::string executable = std::filesystem::read_symlink("/proc/self/exe", error).string();
-    return error ? std::nullopt : folderOfExecutable(executable);
-}
-
-std::optional<std::string> LinuxBundle::folderOfExecutable(const std::string& executable) {
-    const std::string programs = parentPath(executable);
-    const std::string contents = parentPath(programs);
-    if (lastPathComponent(programs) != "MacOS" || lastPathComponent(contents) != "Contents")
-        return std::nullopt;
-    return parentPath(contents);
+    return error ? std::nullopt : packageOfProgram(executable);
 }
 
 std::string LinuxBundle::resourcesFolder() const {
-    return joinPath(folder_, "Contents/Resources");
+    return joinPath(folder_, packageResources);
 }
 
 std::string LinuxBundle::sharedSupportFolder() const {
-    return joinPath(folder_, "Contents/SharedSupport");
+    return joinPath(folder_, packageSharedSupport);
 }
 
 std::optional<std::string> LinuxBundle::resourcePath(const std::string& name,
@@ -156,7 +149,7 @@ std::optional<std::string> LinuxBundle::informationValue(const std::string& key)
 }
 
 PropertyList LinuxBundle::readInformation() const {
-    const std::string path = joinPath(folder_, "Contents/Info.plist");
+    const std::string path = joinPath(folder_, packageInformation);
     const auto bytes = readRegularFile(path, largestInformation);
     if (!bytes) {
         if (bytes.error() != std::errc::no_such_file_or_directory)

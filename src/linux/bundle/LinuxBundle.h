@@ -24,13 +24,9 @@ class LinuxBundle final : public Bundle {
     LinuxBundle(std::string folder, const std::vector<std::string>& preferredLanguages,
                 SystemLog& log);
 
-    /// The folder of the bundle that the running program was started from: the one that holds the
-    /// executable in `Contents/MacOS`. None when the executable does not lie in a bundle.
+    /// The folder of the bundle that the running program was started from; nullopt if the program
+    /// does not lie in a bundle.
     [[nodiscard]] static std::optional<std::string> runningBundleFolder();
-
-    /// The same for any executable's path.
-    [[nodiscard]] static std::optional<std::string> folderOfExecutable(
-        const std::string& executable);
 
     [[nodiscard]] std::string resourcesFolder() const override;
     [[nodiscard]] std::string sharedSupportFolder() const override;

@@ -92,7 +92,7 @@ class BinaryWalk {
         return value;
     }
 
-    /// None when there is no such object, or a broken one.
+    /// nullopt if there is no such object, or it is broken.
     [[nodiscard]] std::optional<Object> object(std::uint64_t index) const {
         if (index >= count_ || count_ > bytes_.size() || table_ > bytes_.size())
             return std::nullopt;

@@ -8,6 +8,7 @@
 
 #include "foundation/values/PackageName.h"
 #include "foundation/values/Paths.h"
+#include "linux/bundle/PackageLayout.h"
 #include "ports/Bundle.h"
 
 namespace installer {
@@ -30,10 +31,7 @@ bool isFile(const std::string& path) {
 }
 
 std::optional<std::string> iconNamed(const Bundle& bundle, const std::string& name) {
-    // A property list cannot lead out of the resources.
-    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) {
-        return std::nullopt;
-    }
+    if (!isPlainFileName(name)) return std::nullopt;
     for (const char* type : iconTypes) {
         const auto path = bundle.resourcePath(name, type);
         if (path && isFile(*path)) return path;

@@ -9,7 +9,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/text/Utf8.h"
 #include "foundation/values/Paths.h"
-#include "linux/bundle/LinuxBundle.h"
+#include "linux/bundle/PackageLayout.h"
 #include "ports/Bundle.h"
 
 namespace installer {
@@ -80,7 +80,7 @@ class Naming {
     }
 
     [[nodiscard]] std::optional<std::string> packageName(const std::string& executable) const {
-        const auto folder = LinuxBundle::folderOfExecutable(executable);
+        const auto folder = packageOfProgram(executable);
         if (!folder || !folder->ends_with(packageSuffix)) return std::nullopt;
         // A relative path is one of that process's, wherever it is.
         const auto bundle = folder->starts_with('/') ? bundles_.open(*folder) : nullptr;

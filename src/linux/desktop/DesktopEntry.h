@@ -12,7 +12,7 @@ struct DesktopEntry {
     std::string icon;        ///< an image's absolute path; empty when there is none
 };
 
-/// The entry's file. None when a path holds what the file cannot express: control characters or
+/// The entry's file. nullopt if a path holds what the file cannot express: control characters or
 /// bytes that are not UTF-8.
 [[nodiscard]] std::optional<std::string> desktopEntryText(const DesktopEntry& entry);
 

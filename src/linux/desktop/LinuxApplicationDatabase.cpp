@@ -12,6 +12,7 @@
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
+#include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/DesktopEntry.h"
 #include "linux/files/LinuxSearchPaths.h"
 #include "ports/Bundle.h"
@@ -23,11 +24,6 @@ namespace installer {
 namespace {
 
 constexpr std::string_view applicationSuffix = ".app";
-
-bool isPlainFileName(const std::string& name) {
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos &&
-           name.find('\0') == std::string::npos;
-}
 
 bool isRegularFile(const std::string& path) {
     struct stat status{};
@@ -51,15 +47,13 @@ bool callsItselfApplication(const Bundle& bundle, const std::string& path) {
     return lastPathComponent(path).ends_with(applicationSuffix);
 }
 
-/// The path of what starts the application; none when there is nothing that could be started.
+/// The path of the program that starts the application; nullopt if this system cannot start it.
 std::optional<std::string> executableOf(const Bundle& bundle, const std::string& path) {
-    const auto name = bundle.informationValue("CFBundleExecutable");
-    if (!name || !isPlainFileName(*name)) return std::nullopt;
-    std::string executable = joinPath(path, "Contents/MacOS/" + *name);
+    auto executable = namedProgram(path, bundle);
     struct stat status{};
-    if (::stat(executable.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    if ((status.st_mode & 0111) == 0 || isForeignExecutable(executable)) return std::nullopt;
-    return executable;
+    if (!executable || ::stat(executable->c_str(), &status) != 0) return std::nullopt;
+    if (!S_ISREG(status.st_mode) || (status.st_mode & 0111) == 0) return std::nullopt;
+    return isForeignExecutable(*executable) ? std::nullopt : std::move(executable);
 }
 
 bool canBeShown(const std::string& name) {

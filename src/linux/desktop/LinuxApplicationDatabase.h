@@ -23,7 +23,7 @@ class LinuxApplicationDatabase final : public ApplicationDatabase {
     LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths, Bundles& bundles, SystemLog& log);
 
     /// An application is a bundle that calls itself one ("APPL"), or whose name ends in ".app" when
-    /// it does not say, with an executable in `Contents/MacOS` that this system could start. The
+    /// it does not say, with a program (`namedProgram`) that this system could start. The
     /// status is the errno of writing the entry, whose text is logged; EINVAL when the path cannot
     /// be written into one.
     [[nodiscard]] std::int32_t registerApplication(const std::string& path) override;

@@ -10,6 +10,7 @@
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
+#include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/ApplicationIcon.h"
 #include "ports/Bundle.h"
 #include "ports/SystemLog.h"
@@ -47,11 +48,10 @@ std::optional<std::string> programOnPath(const std::string& name, const Environm
     return std::nullopt;
 }
 
-std::string executableName(const std::string& package, const Bundle& bundle) {
-    std::string name = bundle.informationValue("CFBundleExecutable").value_or("");
-    if (!name.empty() && name.find('/') == std::string::npos) return name;
+std::optional<std::string> programOf(const std::string& package, const Bundle& bundle) {
+    if (auto named = namedProgram(package, bundle)) return named;
     const std::string folder = lastPathComponent(package);
-    return folder.substr(0, folder.rfind('.'));
+    return packageProgram(package, folder.substr(0, folder.rfind('.')));
 }
 
 class LaunchedProcess : public LaunchedApplication {
@@ -111,15 +111,14 @@ Subscription LinuxWorkspace::onApplicationTerminated(
 std::unique_ptr<LaunchedApplication> LinuxWorkspace::launchHidden(
     const std::string& path, const std::vector<std::string>& arguments) {
     const auto bundle = path.starts_with('/') ? bundles_.open(path) : nullptr;
-    if (!bundle) {
+    const auto program = bundle ? programOf(path, *bundle) : std::nullopt;
+    if (!program) {
         log_.log("Could not start " + path + ": it is no application");
         return nullptr;
     }
-    const std::string program =
-        joinPath(joinPath(path, "Contents/MacOS"), executableName(path, *bundle));
-    auto process = processes_.start(program, arguments);
+    auto process = processes_.start(*program, arguments);
     if (!process) {
-        log_.log("Could not start " + program + ": " + process.error().message());
+        log_.log("Could not start " + *program + ": " + process.error().message());
         return nullptr;
     }
     return std::make_unique<LaunchedProcess>(std::move(process).value());

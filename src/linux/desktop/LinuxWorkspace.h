@@ -29,8 +29,8 @@ class LinuxWorkspace final : public Workspace {
     [[nodiscard]] Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
 
-    /// Runs the program in the package that its CFBundleExecutable names, else the one that is
-    /// called like the package. Nothing here can hide a program's windows; its arguments do.
+    /// Runs the package's `namedProgram`, else its program that has the package's name without the
+    /// suffix. Nothing here can hide a program's windows; its arguments do.
     [[nodiscard]] std::unique_ptr<LaunchedApplication> launchHidden(
         const std::string& path, const std::vector<std::string>& arguments) override;
 

@@ -12,11 +12,11 @@ namespace installer {
 /// What the kernel's status line says of a process.
 struct ProcessStatus {
     std::string shortName;
-    bool hasEnded = false;  ///< nobody has waited for it yet, so it is still listed
+    bool hasEnded = false;  ///< a zombie: its parent has not waited for it
     bool isKernelThread = false;
 };
 
-/// Reads the contents of `/proc/PID/stat`; none when they are no such line. The name in it may
+/// Reads the contents of `/proc/PID/stat`; nullopt if it is no such line. The name in it may
 /// hold anything, brackets and blanks included.
 [[nodiscard]] std::optional<ProcessStatus> parsedProcessStatus(std::string_view line);
 
@@ -30,7 +30,7 @@ struct ProcessFacts {
     std::string executable;
 };
 
-/// None for a process that is no more, or has ended, and for a thread of the kernel.
+/// nullopt for a process that is gone or has ended, and for a kernel thread.
 [[nodiscard]] std::optional<ProcessFacts> processFacts(pid_t process);
 
 /// The processes that the kernel lists, in its order.

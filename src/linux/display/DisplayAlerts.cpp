@@ -22,7 +22,7 @@ DisplayAlerts::DisplayAlerts(SystemLog& log, Environment environment,
       loadWindowModule_(std::move(loadWindowModule)) {}
 
 std::size_t DisplayAlerts::runModal(const Alert& alert) {
-    // Also for whoever reads the log later: what was shown is not there to be seen any more.
+    // The log keeps the text after the box is closed.
     const std::size_t answer = text_.runModal(alert);
     WindowModule* module = windowModule();
     return module == nullptr ? answer : module->alerts().runModal(alert);

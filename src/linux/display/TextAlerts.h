@@ -6,7 +6,7 @@ namespace installer {
 
 class SystemLog;
 
-/// Alerts where there is nobody to ask: title and message become one line of the log, which also
+/// Alerts without a display: title and message become one line of the log, which also
 /// goes to standard error, and the answer is the first button. Never waits.
 class TextAlerts final : public Alerts {
   public:

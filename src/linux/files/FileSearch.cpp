@@ -16,14 +16,14 @@ namespace installer {
 
 namespace {
 
-/// What a text takes beside its bytes, in the list that it stands in.
+/// The memory of a list entry beside the bytes of its text.
 constexpr std::size_t costOfText = 64;
 
 std::size_t costOf(const std::string& text) {
     return text.size() + costOfText;
 }
 
-/// Opens the folder at the relative path for reading; empty when there is none, or a link on the
+/// Opens the folder at the relative path for reading; empty if it is missing or a link is on the
 /// way to it.
 FileDescriptor openedBelow(int top, const std::string& path) {
     constexpr int flags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
@@ -71,8 +71,8 @@ bool FileSearch::step(std::vector<FoundFile>& found) {
 
 void FileSearch::openScope(const std::string& path) {
     top_.reset();
-    // The person whose folder it is may have put a link in its place; whether that may be followed
-    // when something is changed there is for the one who changes it to decide.
+    // The owner of the folder may have replaced it by a link. A search may follow it; the code that
+    // changes files there applies its own link policy.
     auto top = installer::openFolder(path, LinkPolicy::follow);
     if (!top) return;
     scope_ = withSingleSeparators(path);
@@ -97,7 +97,7 @@ void FileSearch::look(const FolderEntry& entry, std::vector<FoundFile>& found) {
     if (!isFound && entry.type != DT_DIR) return;
     std::string below = joinPath(folder_, entry.name);
     std::string path = joinPath(scope_, below);
-    // No system call would take that path, so nobody could do anything with it.
+    // No system call accepts a path of that length.
     if (path.size() >= PATH_MAX) return;
     if (isFound && hold(costOf(entry.name) + costOf(path))) {
         found.push_back({entry.name, std::move(path)});

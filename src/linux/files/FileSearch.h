@@ -11,14 +11,14 @@
 
 namespace installer {
 
-/// A search of folder trees, done in portions. The trees may belong to others, who may change them
-/// meanwhile: folders are opened from the top of their tree and through no link, so nothing leads
-/// out of it, and neither a deep tree nor a wide one takes more than three descriptors and the
-/// memory given.
+/// A search of folder trees, done in portions. The trees may belong to other users, who may change
+/// them meanwhile: folders are opened from the top of their tree and through no link, so nothing
+/// leads out of it, and neither a deep tree nor a wide one takes more than three descriptors and
+/// the memory given.
 class FileSearch {
   public:
     /// `memoryLimit` counts the bytes of what was found and of the folders yet to be looked into;
-    /// what does not fit is passed over.
+    /// what does not fit is skipped.
     FileSearch(std::string pattern, std::vector<std::string> scopes, std::size_t memoryLimit);
 
     /// Takes that many steps, each of which opens a folder or reads a part of it, and adds what it

@@ -24,7 +24,7 @@ class SystemLog;
 [[nodiscard]] Result<std::vector<FolderEntry>> listFolderAt(const std::string& folder,
                                                             int linkFlag);
 
-/// What lies in the folder is passed over, so somebody should know. A missing folder is normal and
+/// The contents of the folder are skipped, so the log must say why. A missing folder is normal and
 /// is not logged.
 void reportUnlisted(SystemLog& log, const std::string& folder, std::error_code error);
 

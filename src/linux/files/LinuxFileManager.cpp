@@ -1,16 +1,11 @@
 #include "linux/files/LinuxFileManager.h"
 
-#include <algorithm>
 #include <limits>
-#include <new>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <grp.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,6 +15,8 @@
 #include "privileged/files/EntryMode.h"
 #include "privileged/files/FolderCreation.h"
 #include "privileged/files/FolderListing.h"
+#include "privileged/files/RegularFile.h"
+#include "privileged/system/Accounts.h"
 #include "privileged/system/AdminGroup.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/system/WriteAll.h"
@@ -32,11 +29,10 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t readingBlock = 64 << 10;
 constexpr mode_t modeBits = 07777;
 
 /// The path as the system calls take it: without separators at its end, which would make them
-/// follow a link. None for what names nothing here.
+/// follow a link. nullopt for a path that is relative or holds a NUL.
 std::optional<std::string> usablePath(const std::string& path) {
     if (!path.starts_with('/') || path.find('\0') != std::string::npos) return std::nullopt;
     const auto last = path.find_last_not_of('/');
@@ -53,42 +49,6 @@ Result<struct stat> statusOf(const std::string& path) {
 
 FileTime fileTime(const timespec& time) {
     return FileTime(std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
-}
-
-/// A folder is told apart from what else cannot be read or written as a file.
-std::error_code unlessRegular(const struct stat& status) {
-    if (S_ISREG(status.st_mode)) return {};
-    return systemError(S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-}
-
-/// The type is looked at before, since opening a device can do things, and after, since the entry
-/// may have been another one.
-Result<FileDescriptor> openRegular(int parent, const std::string& name, int flags) {
-    struct stat status = {};
-    const bool follows = (flags & O_NOFOLLOW) == 0;
-    if (fstatat(parent, name.c_str(), &status, follows ? 0 : AT_SYMLINK_NOFOLLOW) != 0) {
-        return systemError();
-    }
-    if (S_ISLNK(status.st_mode)) return systemError(ELOOP);
-    if (const auto error = unlessRegular(status)) return error;
-    FileDescriptor file(openat(parent, name.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file || fstat(file.get(), &status) != 0) return systemError();
-    if (const auto error = unlessRegular(status)) return error;
-    return file;
-}
-
-Result<std::string> readUpTo(int file, std::size_t limit) {
-    std::string text;
-    while (text.size() < limit) {
-        const std::size_t before = text.size();
-        text.resize(before + std::min(limit - before, std::max(readingBlock, before)));
-        const auto count = ::read(file, text.data() + before, text.size() - before);
-        const int error = errno;
-        text.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        if (count < 0 && error != EINTR) return systemError(error);
-        if (count == 0) break;
-    }
-    return text;
 }
 
 class OpenedFile : public WritableFile {
@@ -111,20 +71,6 @@ class OpenedFile : public WritableFile {
     FileDescriptor file_;
 };
 
-/// Asks one of the account data bases with a buffer that grows until the answer fits. EINVAL for
-/// a name that is not in it.
-template <class Entry, class Query>
-Result<Entry> accountEntry(const std::string& name, std::vector<char>& buffer, Query query) {
-    Entry entry = {};
-    Entry* found = nullptr;
-    int error = 0;
-    while ((error = query(name.c_str(), &entry, buffer.data(), buffer.size(), &found)) == ERANGE) {
-        buffer.resize(buffer.size() * 2);
-    }
-    if (found != nullptr) return entry;
-    return systemError(error != 0 && error != ENOENT ? error : EINVAL);
-}
-
 }  // namespace
 
 LinkPolicy LinuxFileManager::linkPolicyOfThisProcess() {
@@ -135,7 +81,7 @@ bool LinuxFileManager::exists(const std::string& path) {
     const auto status = statusOf(path);
     const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
                            status.error() == std::errc::not_a_directory;
-    // The caller goes on as if nothing was there, so somebody should know.
+    // The caller goes on as if there was no entry, so the log must say why.
     if (!status && !isMissing)
         log_.log("Could not look at " + path + ": " + status.error().message());
     return static_cast<bool>(status);
@@ -179,7 +125,7 @@ std::error_code LinuxFileManager::copy(const std::string& source, const std::str
     CopyProgress tell;
     if (progress != nullptr)
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
-    // For a moment the copy belongs to root.
+    // The copy belongs to root until its owner is set.
     const auto privileges =
         policy_ == LinkPolicy::trustedOnly ? Privileges::drop : Privileges::keep;
     return copyTree(source, destination, policy_, tell, privileges);
@@ -230,15 +176,7 @@ std::error_code LinuxFileManager::setAttributes(const std::string& path,
 Result<std::string> LinuxFileManager::read(const std::string& path, std::size_t limit) {
     const auto usable = usablePath(path);
     if (!usable) return systemError(ENOENT);
-    const auto file = openRegular(AT_FDCWD, *usable, O_RDONLY);
-    if (!file) return file.error();
-    try {
-        return readUpTo(file.value().get(), limit);
-    } catch (const std::bad_alloc&) {
-        return systemError(ENOMEM);
-    } catch (const std::length_error&) {
-        return systemError(ENOMEM);
-    }
+    return readBeginning(*usable, limit);
 }
 
 std::error_code LinuxFileManager::createFile(const std::string& path, std::string_view contents) {
@@ -256,18 +194,18 @@ std::error_code LinuxFileManager::createFile(const std::string& path, std::strin
 Result<std::unique_ptr<WritableFile>> LinuxFileManager::openForWriting(const std::string& path) {
     const auto location = locate(path, policy_);
     if (!location) return location.error();
-    auto file =
-        openRegular(location.value().parent.get(), location.value().name, O_WRONLY | O_NOFOLLOW);
+    auto file = openRegularFile(location.value().parent.get(), location.value().name,
+                                O_WRONLY | O_NOFOLLOW);
     if (!file) return file.error();
-    return std::unique_ptr<WritableFile>(std::make_unique<OpenedFile>(std::move(file).value()));
+    return std::unique_ptr<WritableFile>(
+        std::make_unique<OpenedFile>(std::move(file.value().descriptor)));
 }
 
 Result<uid_t> LinuxFileManager::userNumber(const std::string& name) {
     if (const auto known = users_.find(name); known != users_.end()) return known->second;
-    std::vector<char> buffer(readingBlock);
-    const auto user = accountEntry<passwd>(name, buffer, getpwnam_r);
+    const auto user = userNamed(name);
     if (!user) return user.error();
-    return users_.emplace(name, user.value().pw_uid).first->second;
+    return users_.emplace(name, user.value().number).first->second;
 }
 
 Result<gid_t> LinuxFileManager::groupNumber(const std::string& name) {
@@ -275,10 +213,9 @@ Result<gid_t> LinuxFileManager::groupNumber(const std::string& name) {
     if (name == administratorsGroupName) {
         return groups_.emplace(name, administratorsGroup()).first->second;
     }
-    std::vector<char> buffer(readingBlock);
-    const auto entry = accountEntry<group>(name, buffer, getgrnam_r);
-    if (!entry) return entry.error();
-    return groups_.emplace(name, entry.value().gr_gid).first->second;
+    const auto group = groupNamed(name);
+    if (!group) return group.error();
+    return groups_.emplace(name, group.value()).first->second;
 }
 
 }  // namespace installer

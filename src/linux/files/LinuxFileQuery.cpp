@@ -6,7 +6,7 @@ namespace installer {
 
 namespace {
 
-/// Some tens of microseconds on a local disk: a turn that nobody notices.
+/// Some tens of microseconds on a local disk: too short a turn to be noticed.
 constexpr int stepsOfATurn = 16;
 
 }  // namespace
@@ -14,8 +14,8 @@ constexpr int stepsOfATurn = 16;
 void LinuxFileQuery::start() {
     stop();
     found_.clear();
-    // An event loop tells of descriptors and of nothing else. This one is readable from the start
-    // and never read, so that every turn tells of it.
+    // The event loop watches descriptors only. This one is always readable and never read, so
+    // every turn calls back.
     alwaysReadable_.reset(::eventfd(1, EFD_CLOEXEC | EFD_NONBLOCK));
     if (!alwaysReadable_) return;
     search_.emplace(pattern_, scopes_, memoryLimit_);

@@ -39,13 +39,13 @@ class LinuxFileQuery : public FileQuery {
     std::vector<FoundFile> found_;
     std::optional<FileSearch> search_;  ///< while it is going on
     FileDescriptor alwaysReadable_;
-    Subscription turns_;  ///< goes before what it watches
+    Subscription turns_;  ///< destroyed before what it watches
 };
 
 /// Makes queries for one event loop.
 class LinuxFileQueries : public FileQueries {
   public:
-    /// Enough for a quarter of a million copies, and no danger to the machine.
+    /// Enough for a quarter of a million copies, and little of the machine's memory.
     static constexpr std::size_t defaultMemoryLimit = std::size_t{64} << 20U;
 
     /// The watcher outlives this object and its queries.

@@ -1,36 +1,25 @@
 #include "linux/files/LinuxSearchPaths.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <system_error>
 #include <utility>
 
-#include <pwd.h>
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "linux/process/PreferredLanguages.h"
+#include "privileged/system/Accounts.h"
 
 namespace installer {
 
 namespace {
 
-struct Account {
-    std::string name;
-    std::string home;
-};
-
-/// The account of the effective user; with its number as the name where it has no entry.
-Account effectiveAccount() {
+/// The account of the effective user; its number is its name if the system has no entry for it.
+UserAccount effectiveAccount() {
     const uid_t user = ::geteuid();
-    std::vector<char> buffer(4096);
-    passwd entry{};
-    passwd* found = nullptr;
-    while (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) == ERANGE)
-        buffer.resize(2 * buffer.size());
-    if (found == nullptr || entry.pw_name == nullptr) return {std::to_string(user), ""};
-    return {entry.pw_name, entry.pw_dir == nullptr ? "" : entry.pw_dir};
+    const auto account = userNumbered(user);
+    return account ? account.value() : UserAccount{user, std::to_string(user), ""};
 }
 
 std::optional<std::string> absolutePath(const std::optional<std::string>& path) {
@@ -75,7 +64,7 @@ LinuxSearchPaths::LinuxSearchPaths(Values values) : values_(std::move(values)) {
 Result<LinuxSearchPaths> LinuxSearchPaths::fromEnvironment(const Environment& environment) {
     auto volume = targetVolumeFrom(environment);
     if (!volume) return volume.error();
-    const Account account = effectiveAccount();
+    const UserAccount account = effectiveAccount();
     Values values;
     values.home = absolutePath(environment("HOME"));
     if (!values.home) values.home = absolutePath(account.home);

@@ -44,7 +44,7 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::string onTargetVolume(const std::string& path) const override;
     [[nodiscard]] std::string asSeenOnTargetVolume(const std::string& path) const override;
 
-    /// Where the user's desktop looks for applications; none when there is no such folder, or when
+    /// Where the user's desktop looks for applications; nullopt if there is no such folder, or if
     /// what is installed belongs to another disk's system.
     [[nodiscard]] std::optional<std::string> userApplicationsFolder() const;
 

@@ -1,17 +1,16 @@
 #include "linux/files/UserFiles.h"
 
-#include <array>
 #include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "foundation/values/Result.h"
+#include "privileged/files/PathWalk.h"
 #include "privileged/system/FileDescriptor.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/system/WriteAll.h"
@@ -30,13 +29,14 @@ struct Owner {
     gid_t group = 0;
 };
 
-/// A folder that something is about to be made in.
+/// A folder in which an entry is about to be made.
 struct Folder {
     FileDescriptor descriptor;
     bool insideHome = false;  ///< below the home folder, with no link between
 };
 
-/// To whom new entries belong; none where that is whoever this process runs as anyway.
+/// The user and group that new entries are given to; nullopt if this process makes them with the
+/// right owner anyway.
 std::optional<Owner> ownerOfNewEntries(const std::optional<std::string>& home) {
     struct stat status{};
     if (::geteuid() != 0 || !home || ::stat(home->c_str(), &status) != 0) return std::nullopt;
@@ -63,35 +63,10 @@ std::error_code makeFolder(Folder& parent, const std::string& name,
     return {};
 }
 
-/// Root can write anywhere, so it goes only where root or the user that it writes for points.
-bool mayFollow(const struct stat& link, const std::optional<Owner>& owner) {
-    return ::geteuid() != 0 || link.st_uid == 0 || (owner && link.st_uid == owner->user);
-}
-
-/// Goes from a folder to the existing one that the path names, and link by link where it holds any.
-std::error_code follow(FileDescriptor& folder, const std::string& path,
-                       const std::optional<Owner>& owner, int& linksLeft) {
-    if (path.starts_with('/')) folder.reset(::open("/", O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!folder) return systemError();
-    for (const auto& component : split(path, '/')) {
-        if (component.empty()) continue;
-        FileDescriptor entry(
-            ::openat(folder.get(), component.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-        struct stat status{};
-        if (!entry || ::fstat(entry.get(), &status) != 0) return systemError();
-        if (!S_ISLNK(status.st_mode)) {
-            if (!S_ISDIR(status.st_mode)) return systemError(ENOTDIR);
-            folder = std::move(entry);
-            continue;
-        }
-        if (!mayFollow(status, owner) || --linksLeft < 0) return systemError(ELOOP);
-        std::array<char, PATH_MAX> target{};
-        const ssize_t length = ::readlinkat(entry.get(), "", target.data(), target.size());
-        if (length < 0) return systemError();
-        const std::string text(target.data(), static_cast<std::size_t>(length));
-        if (const auto error = follow(folder, text, owner, linksLeft)) return error;
-    }
-    return {};
+/// Root can write anywhere, so it follows only the links of root and of the user it writes for.
+LinkTrust linkTrust(const std::optional<Owner>& owner) {
+    if (::geteuid() != 0) return LinkTrust::any();
+    return LinkTrust::ofRootOr(owner ? std::optional(owner->user) : std::nullopt);
 }
 
 std::error_code enterFolder(Folder& folder, const std::string& name,
@@ -100,10 +75,10 @@ std::error_code enterFolder(Folder& folder, const std::string& name,
     FileDescriptor entered(::openat(folder.descriptor.get(), name.c_str(), flags | O_NOFOLLOW));
     if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
     if (!entered) {
-        constexpr int longestChain = 40;
-        int linksLeft = longestChain;
+        auto target = walkPath(std::move(folder.descriptor), name, linkTrust(owner));
+        if (!target) return target.error();
         folder.insideHome = false;
-        return follow(folder.descriptor, name, owner, linksLeft);
+        entered = std::move(target).value();
     }
     folder.descriptor = std::move(entered);
     return {};
@@ -128,12 +103,12 @@ Result<Folder> openFolder(const std::string& path, const std::optional<std::stri
     return folder;
 }
 
-/// Gives the new file what the old one had.
+/// Gives the new file the owner and permissions of the old one.
 std::error_code inherit(int file, const struct stat& old) {
     struct stat status{};
     if (::fstat(file, &status) != 0) return systemError();
     const bool differs = status.st_uid != old.st_uid || status.st_gid != old.st_gid;
-    // Only root can hand a file on; for others the file becomes their own, as a new one would be.
+    // Only root can change the owner; for other users the file becomes their own.
     if (differs && ::fchown(file, old.st_uid, old.st_gid) != 0 && ::geteuid() == 0)
         return systemError();
     return ::fchmod(file, old.st_mode & 0777) == 0 ? std::error_code() : systemError();

@@ -11,11 +11,11 @@ namespace installer {
 
 /// Writes small files into the user's own folders.
 ///
-/// Run as root with the user's HOME (as `sudo` can be told to), new files and folders are given to
-/// the owner of the home folder: settings that only root can change would lock the user out. What
-/// is reached through a link that leads out of the home folder is given away only where the folder
-/// that it is made in belongs to that user already. Links before the last component of a path are
-/// followed, by root only those that root or that user made; ELOOP for another's.
+/// If this process is root and HOME is another user's, new files and folders are given to the owner
+/// of the home folder: settings that only root can change would lock that user out. Behind a link
+/// that leads out of the home folder, a new entry is given away only if its folder already belongs
+/// to that user. Links before the last component of a path are followed; root follows only links
+/// that belong to root or to that user, and any other is ELOOP.
 class UserFiles {
   public:
     enum class Durability {
@@ -25,7 +25,7 @@ class UserFiles {
 
     explicit UserFiles(std::optional<std::string> homeFolder);
 
-    /// Makes the file with the contents, or replaces an existing one, which hands on its owner and
+    /// Makes the file with the contents, or replaces an existing one and keeps its owner and
     /// permissions. Makes the missing folders above it. Atomic: the path holds the old file or the
     /// whole new one. Does not follow links: a link at the path is replaced. A failure leaves what
     /// was there, and the folders made so far. A temporary that a process left behind in that

@@ -10,10 +10,9 @@ namespace installer {
 /// Writes each line to the system's log daemon, as a user-level message of this program, and to
 /// standard error, in one write each.
 ///
-/// Makes no trouble where one of them is missing: without a daemon at the start of the program the
-/// daemon is not asked again, a daemon that does not read holds the program back only once and
-/// briefly, and a standard error that nobody reads any more is passed over, SIGPIPE being ignored
-/// by the whole program (see `prepareProcess`).
+/// Either may be missing. If there is no daemon when the program starts, it is not tried again; a
+/// daemon that does not read delays the program once, briefly. A standard error without a reader is
+/// skipped: the whole program ignores SIGPIPE (see `prepareProcess`).
 class LinuxSystemLog final : public SystemLog {
   public:
     explicit LinuxSystemLog(std::string programName, std::string daemonSocket = "/dev/log");

@@ -28,8 +28,8 @@ class DetachedProcess {
     friend class DetachedProcesses;
 
     pid_t process_;
-    /// Empty when there was none left; then nobody waits for the process's end, and its number
-    /// stays its own.
+    /// Empty if no descriptor was left; then the process is never waited for, and its id is not
+    /// reused.
     FileDescriptor descriptor_;
 };
 

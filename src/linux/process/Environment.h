@@ -6,7 +6,7 @@
 
 namespace installer {
 
-/// Looks up a variable of an environment; none when it is not set.
+/// Looks up a variable of an environment; nullopt if it is not set.
 using Environment = std::function<std::optional<std::string>(const std::string& name)>;
 
 /// The environment of this process.

@@ -23,7 +23,7 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Reading end of a pipe, and whether somebody asked to be told of data.
+/// Reading end of a pipe, and whether a notice of data was requested.
 struct Reader {
     FileDescriptor descriptor;
     bool armed = false;
@@ -100,7 +100,7 @@ std::error_code LinuxChildProcess::launch() {
     const Result<pid_t> process = spawn(request);
     if (!process) return process.error();
     process_ = process.value();
-    // As long as nobody waited for the process, its number cannot become another one's.
+    // The process id cannot be reused before the process has been waited for.
     processEnd_.reset(static_cast<int>(::syscall(SYS_pidfd_open, process_, 0)));
     if (!processEnd_) {
         const std::error_code failure = lastError();
@@ -116,8 +116,8 @@ std::error_code LinuxChildProcess::launch() {
 
 void LinuxChildProcess::waitForDataAndNotify(Pipe pipe) {
     Reader& asked = reader(pipe);
-    // The end is told of once: telling again whenever somebody asks would keep the loop spinning
-    // for as long as a process lives on without its output.
+    // The end is notified once: repeated notices would keep the loop busy for as long as a process
+    // lives on without its output.
     if (asked.armed || asked.atEnd) return;
     asked.armed = true;
     if (process_ >= 0) watchData(asked);
@@ -141,7 +141,7 @@ void LinuxChildProcess::processEnded() {
     while (::waitid(P_PIDFD, static_cast<id_t>(processEnd_.get()), &information, WEXITED) != 0 &&
            errno == EINTR) {
     }
-    // Data first, in whatever order the loop came to the sources.
+    // Data first, whatever the order of the sources.
     for (Reader* reader : {&standardOutput_, &standardError_}) {
         if (reader->armed && reader->readable()) notifyOfData(*reader);
         if (here.expired()) return;

@@ -14,12 +14,12 @@
 namespace installer {
 namespace {
 
-/// The place where the system itself keeps the program; PATH is anybody's.
+/// Programs are taken from fixed paths, because the user controls PATH.
 std::string programAt(const char* path) {
     return ::access(path, X_OK) == 0 ? path : "";
 }
 
-/// Somebody listens there: the socket of a bus that is gone stays behind.
+/// Whether a process listens on the socket; the socket file outlives a bus that has ended.
 bool hasListener(const char* path) {
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{};
@@ -29,7 +29,7 @@ bool hasListener(const char* path) {
                                sizeof address) == 0;
 }
 
-/// A terminal that this process may read from: in its background it would only be stopped.
+/// Whether this process may read from its terminal; a background process would be stopped.
 bool canAskOnTerminal() {
     if (::isatty(STDIN_FILENO) == 0) return false;
     const FileDescriptor terminal(::open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC));
@@ -83,8 +83,7 @@ std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
     SpawnRequest request;
     request.path = means.textAgent;
     request.arguments = {"--process", std::to_string(::getpid()), "--notify-fd", "1"};
-    // Without sessions polkit never looks for a fallback, and there is no dialogue to stand
-    // behind.
+    // Without login sessions polkit ignores fallback agents, and no desktop dialog can come first.
     if (means.hasSessions) request.arguments.emplace_back("--fallback");
     request.standardError = SpawnRequest::own;
     return request;
@@ -98,21 +97,20 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
         case AdministratorWay::none:
             break;
         case AdministratorWay::alreadyRoot:
-            // Variables that an earlier sudo left would name another user.
+            // A SUDO_UID left by an earlier sudo would name another user.
             request.environment = SpawnRequest::Environment::empty;
             request.path = helperPath;
             break;
         case AdministratorWay::polkit:
-            // pkexec refuses to run where some variables hold what it does not expect, and makes
-            // the helper's environment itself.
+            // pkexec refuses to run if some variables have unexpected values, and makes the
+            // helper's environment itself.
             request.environment = SpawnRequest::Environment::empty;
             request.path = means.pkexec;
-            // Its own way to ask on a terminal refuses the right password, too: it is root that
-            // asks, and the user's answer that comes back.
+            // pkexec's internal agent rejects even the right password: it runs as root, but the
+            // answer comes from the user.
             request.arguments = {"--disable-internal-agent", helperPath};
             break;
-        // With -k sudo neither counts on what was granted to another command nor remembers what is
-        // granted here: the rights end with the run.
+        // With -k sudo uses no cached credentials and caches none: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
             request.arguments = {"-k", "-p", sudoPrompt(reason), "--", helperPath};

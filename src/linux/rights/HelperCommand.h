@@ -10,15 +10,15 @@ namespace installer {
 /// What decides how the helper can be started as root.
 struct AdministratorMeans {
     bool isRoot = false;
-    std::string pkexec;         ///< the program's path; empty when it is not there
-    bool hasSystemBus = false;  ///< without it pkexec has nobody to ask
-    std::string textAgent;      ///< polkit's program that asks on a terminal; may be empty
-    bool hasSessions = false;   ///< the machine knows login sessions, each with its own dialogues
-    std::string sudo;           ///< the program's path; empty when it is not there
-    bool hasTerminal = false;   ///< somebody can answer a question on this process's terminal
-    bool hasAskpass = false;    ///< sudo was told of a program that asks in a window
+    std::string pkexec;         ///< the program's path; empty if it is not installed
+    bool hasSystemBus = false;  ///< pkexec reaches polkit over it
+    std::string textAgent;      ///< polkit's agent for terminals; empty if not installed
+    bool hasSessions = false;   ///< the machine tracks login sessions, with dialogs of their own
+    std::string sudo;           ///< the program's path; empty if it is not installed
+    bool hasTerminal = false;   ///< a question on this process's terminal can be answered
+    bool hasAskpass = false;    ///< SUDO_ASKPASS names a program that asks in a window
 
-    /// Those of the running process.
+    /// What the running process finds.
     [[nodiscard]] static AdministratorMeans current();
 };
 
@@ -28,27 +28,29 @@ enum class AdministratorWay {
     polkit,
     sudoOnTerminal,
     sudoWithAskpass,
-    sudoWithoutAsking,  ///< where nobody could answer; succeeds only if the rules ask nothing
+    sudoWithoutAsking,  ///< succeeds only if the sudoers rules need no password
 };
 
-/// The first way that can work. sudo is taken only where there is no polkit to ask.
+/// The first way that can work. sudo is used only if polkit cannot be reached.
 [[nodiscard]] AdministratorWay administratorWay(const AdministratorMeans& means);
 
-/// Whether somebody may be asked for a password that way.
+/// Whether that way may ask for a password.
 [[nodiscard]] bool mayAsk(AdministratorWay way);
 
-/// The exit status by which the command of that way says that its question was dismissed. sudo has
-/// none: a refusal of any kind is the same to it.
+/// The exit status of that way's command if the user dismisses the password prompt. nullopt for
+/// sudo, which reports every refusal in the same way.
 [[nodiscard]] std::optional<int> dismissedExitStatus(AdministratorWay way);
 
-/// What must run while the helper is started that way so that polkit can ask on this process's
-/// terminal, its standard output aside, which it closes as soon as polkit knows of it; none where
-/// that is not needed or not possible. A desktop's dialogue comes first where there is one.
+/// The text agent that must run while the helper is started, so that polkit can ask on this
+/// process's terminal. nullopt if that way does not use polkit, or there is no terminal or agent.
+/// The caller supplies its standard output: the agent closes it once it is registered with polkit.
+/// If the desktop has a dialog of its own, polkit uses that.
 [[nodiscard]] std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
                                                                const AdministratorMeans& means);
 
-/// How the helper is started that way, its streams aside. No way waits for an answer that nobody
-/// can give. `reason` is one line that tells the person asked who asks and why.
+/// The command that starts the helper that way. The caller supplies its standard input and output.
+/// No way waits for an answer if there is no means to answer. `reason` is one line for the user:
+/// which product asks, and why.
 [[nodiscard]] SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
                                          const std::string& helperPath, const std::string& reason);
 

@@ -15,8 +15,8 @@ struct AdministratorAccess {
     std::string helperPath;  ///< the privileged helper's absolute path
     /// One line: which product asks for the administrator's rights, and why.
     std::string reason;
-    /// Shows that line, to whoever is about to be asked and to the log, before anybody is asked;
-    /// and one that tells of a helper that was lost.
+    /// Shows a line to the user and in the log: that one before the user is asked, and another one
+    /// if the helper is lost.
     std::function<void(std::string_view line)> announce;
     /// What the machine offers; looked at when an authorization is obtained.
     std::function<AdministratorMeans()> means = AdministratorMeans::current;

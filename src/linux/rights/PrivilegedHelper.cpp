@@ -10,7 +10,7 @@
 
 namespace installer {
 
-/// Knows its run; the helper knows only the run that it works on.
+/// Owns its run; the helper refers to the current run only.
 class PrivilegedHelper::Tool : public PrivilegedTool {
   public:
     Tool(std::shared_ptr<PrivilegedHelper> helper, std::shared_ptr<Run> run)
@@ -49,7 +49,7 @@ PrivilegedHelper::Start PrivilegedHelper::start(SpawnRequest command, std::optio
     if (!process) return {};
     theirs.reset();
 
-    // Not make_shared: the constructor is nobody else's.
+    // Not make_shared: the constructor is private.
     const std::shared_ptr<PrivilegedHelper> helper(
         new PrivilegedHelper(process.value(), std::move(ours), progress));
     if (helper->saidHello()) return {0, helper};
@@ -87,7 +87,7 @@ std::function<void()> PrivilegedHelper::whileWaiting() const {
     return [progress = progress_] { progress->bytesCopied(0); };
 }
 
-/// There is a run: nothing else is ever waited for.
+/// Called only during a run.
 void PrivilegedHelper::handleNextMessage() {
     const std::optional<Message> message = receive();
     if (message && message->type == MessageType::output) {

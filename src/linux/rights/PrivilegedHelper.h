@@ -16,21 +16,20 @@
 
 namespace installer {
 
-/// The privileged helper as its peer sees it: a process that runs one tool after the other. Kept
-/// alive by its tools too, but ended by `end` or its destruction.
+/// The client's end of the privileged helper, a process that runs one tool after another. Running
+/// tools share ownership of it; `end` or the destructor ends the process.
 class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
   public:
     struct Start {
         std::int32_t status = authorization_status::denied;
-        std::shared_ptr<PrivilegedHelper> helper;  ///< there when `status` is 0
+        std::shared_ptr<PrivilegedHelper> helper;  ///< set if `status` is 0
     };
 
-    /// Runs the command and waits, without a time limit, until the helper says hello (who asks for
-    /// a password takes the time it takes) or the command ends. The helper's standard input and
-    /// output are one end of a pair of sockets: unlike a pipe's, no neighbour can open them again
-    /// by way of /proc.
-    /// `dismissed` is the exit status by which the command says that the person asked refused to
-    /// answer, where it has one. `progress` as for `setProgressSink`.
+    /// Runs the command and waits until the helper says hello or the command ends. There is no
+    /// time limit, because a password prompt may stay open. The helper's standard input and output
+    /// are one end of a socket pair: unlike a pipe, another local user cannot reopen it through
+    /// /proc. `dismissed` is the command's exit status if the user dismisses the prompt, or
+    /// nullopt. `progress` as for `setProgressSink`.
     [[nodiscard]] static Start start(SpawnRequest command, std::optional<int> dismissed,
                                      ProgressSink* progress);
 
@@ -38,12 +37,12 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     PrivilegedHelper(const PrivilegedHelper&) = delete;
     PrivilegedHelper& operator=(const PrivilegedHelper&) = delete;
 
-    /// Starts a tool. First finishes what an earlier one, that nobody waited for, still has to
-    /// say.
+    /// Starts a tool. If the caller has not waited for the previous one, its remaining messages
+    /// are read first.
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments);
 
-    /// Told of the bytes of copies, and of 0 bytes while something is waited for; null for nobody.
+    /// The sink is notified of copied bytes, and with 0 bytes during waits. Null for no sink.
     void setProgressSink(ProgressSink* progress) { progress_ = progress; }
 
     /// True once the helper can no longer be used.

@@ -21,7 +21,7 @@ TerminalAgent::TerminalAgent(SpawnRequest command, const std::function<void()>& 
     if (!process) return;
     process_ = process.value();
     theirs.reset();
-    // Nothing is written: it closes its end when polkit knows of it, and so does its own end.
+    // The agent writes nothing: it closes its end when it is registered, or when it exits.
     awaitReadable(ours.get(), whileWaiting);
 }
 

@@ -8,13 +8,12 @@
 
 namespace installer {
 
-/// The program through which polkit asks on this process's terminal, while this object lives. A
-/// program that does not start, or ends by itself, changes nothing: then polkit finds nobody to
-/// ask and refuses.
+/// Runs polkit's text agent on this process's terminal while this object lives. If the agent does
+/// not start or ends early, polkit has no agent and refuses.
 class TerminalAgent {
   public:
-    /// Returns as soon as polkit knows of it. Calls `whileWaiting` several times a second until
-    /// then.
+    /// Returns as soon as it is registered with polkit. Calls `whileWaiting` several times a second
+    /// until then.
     TerminalAgent(SpawnRequest command, const std::function<void()>& whileWaiting);
     /// Ends it, and a question that it has open.
     ~TerminalAgent();

@@ -9,8 +9,8 @@
 namespace installer {
 
 /// Lives while another program asks on this process's terminal, which is its standard input. An
-/// interrupt from the keyboard then is an answer: it ends whoever asks and not this process.
-/// Afterwards the terminal is as it was, even if who asked died and left it hiding what is typed.
+/// keyboard interrupt then ends that program and not this process. The destructor restores the
+/// terminal's settings, even if that program died and left the echo off.
 class TerminalQuestion {
   public:
     TerminalQuestion();

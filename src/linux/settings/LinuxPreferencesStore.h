@@ -44,7 +44,7 @@ class LinuxPreferencesStore final : public PreferencesStore {
     using Changes = std::map<std::string, std::optional<PreferenceValue>>;
 
     [[nodiscard]] std::string pathOf(const std::string& domain) const;
-    /// The domain's file; empty when there is none or it is broken, none when it cannot be read.
+    /// The domain's file; empty if it is missing or broken, nullopt if it cannot be read.
     [[nodiscard]] std::optional<PropertyList> stored(const std::string& path);
     [[nodiscard]] bool write(const std::string& path, const Changes& changes);
     void report(const std::string& path, const std::string& what);

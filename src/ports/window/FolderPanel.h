@@ -20,7 +20,7 @@ struct FolderRequest {
 class FolderPanel {
   public:
     virtual ~FolderPanel() = default;
-    /// Asks the user and waits. None when the user did not confirm.
+    /// Asks the user and waits. nullopt if the user did not confirm.
     [[nodiscard]] virtual std::optional<std::string> runModal(const FolderRequest& request) = 0;
 };
 

@@ -17,7 +17,7 @@ class FolderChain {
   public:
     void push(FileDescriptor folder);
 
-    /// Makes `parent()` usable. ESTALE when somebody has moved the current folder meanwhile. Needs
+    /// Makes `parent()` usable. ESTALE if the current folder was moved meanwhile. Needs
     /// a depth of two.
     [[nodiscard]] std::error_code openParent();
 

@@ -15,7 +15,7 @@ bool isMissing(std::error_code error) {
 
 std::error_code checkExistingFolder(const std::string& path, LinkPolicy policy) {
     const auto folder = openFolder(path, policy);
-    // Something is there, so what is missing is the end of a link.
+    // The entry exists, so it is a link whose target is missing.
     return isMissing(folder.error()) ? systemError(EEXIST) : folder.error();
 }
 

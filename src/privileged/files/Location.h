@@ -9,16 +9,17 @@ namespace installer {
 
 /// Which links may stand before the last component of a path.
 enum class LinkPolicy {
-    /// Any: the caller acts with no more rights than whoever made the links.
+    /// Any: the caller has no more rights than the owner of the link.
     follow,
-    /// Only those in folders that nobody but root can change, for a process that acts as root on
-    /// paths where others can write: a neighbour's link never leads it elsewhere. A path that
-    /// holds ".." is refused.
+    /// Only those in folders that root alone can change (`LinkTrust::inRootsFolders`). For a
+    /// process
+    /// that acts as root on paths where other users can write: their links are never followed. A
+    /// path that holds ".." is refused.
     trustedOnly,
 };
 
-/// An entry named by its opened parent folder, so that nobody can swap a folder between a check
-/// and the act. The entry itself may be missing.
+/// An entry named by its opened parent folder, so that no other user can swap a folder between
+/// a check and its use. The entry itself may be missing.
 struct Location {
     FileDescriptor parent;
     std::string name;

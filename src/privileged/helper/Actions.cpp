@@ -16,7 +16,7 @@ constexpr const char* quarantineAttribute = "user.com.apple.quarantine";
 constexpr const char* desktopDatabaseTool = "/usr/bin/update-desktop-database";
 constexpr const char* machineWideApplications = "/usr/share/applications";
 
-/// Only the last folder gets the mode of the command; those above it are nobody's product.
+/// Only the last folder gets the mode of the command; missing ones above it get the usual mode.
 std::error_code makeFoldersLikeTheTool(const Command& command) {
     constexpr mode_t modeAbove = 0755;
     const std::size_t separator = command.path.rfind('/');
@@ -39,8 +39,8 @@ std::error_code removeIfThere(const Command& command) {
     return nothingThere ? std::error_code() : error;
 }
 
-/// Started and left to itself: the installation does not depend on it. Where there is no such
-/// tool there is no such database.
+/// Started and not waited for: the installation does not depend on it. A machine without the tool
+/// has no such database.
 std::error_code startDesktopDatabaseRefresh() {
     SpawnRequest request;
     request.path = desktopDatabaseTool;
@@ -64,7 +64,7 @@ std::error_code perform(const Command& command, const InvokingUser& user,
         case Action::remove:
             return removeIfThere(command);
         case Action::copy:
-            // Root's until the owner and the mode that follow are set.
+            // The copy belongs to root until later commands set its owner and mode.
             return copyTree(command.source, command.path, links, progress, Privileges::drop);
         case Action::setMode:
             return setModeOfTree(command.path, command.mode, links);

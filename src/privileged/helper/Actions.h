@@ -9,8 +9,8 @@
 namespace installer {
 
 /// Does what the command says, as the tool of that name would, but over descriptors and without a
-/// process. No link is followed that anybody but root could have put into a path. What a failure
-/// leaves is said at the file operations; a removal of nothing is a success.
+/// process. No link is followed that another user than root could have put into a path. The
+/// file operations say what a failure leaves; removing a missing entry is a success.
 [[nodiscard]] std::error_code perform(const Command& command, const InvokingUser& user,
                                       const CopyProgress& progress);
 

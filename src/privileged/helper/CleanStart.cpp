@@ -40,14 +40,14 @@ void settleSignals() {
          {SIGPIPE, SIGINT, SIGQUIT, SIGHUP, SIGTSTP, SIGTTIN, SIGTTOU, SIGXFSZ, SIGXCPU}) {
         ::signal(ignored, SIG_IGN);
     }
-    // Nobody waits for the refresh that is left to finish.
+    // The database refresh is never waited for, and must not stay as a zombie.
     ::signal(SIGCHLD, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Those of another process's past, which go with it from program to program.
+/// Timers survive execve, so the caller's could end this process.
 void stopTimers() {
     constexpr itimerval none{};
     ::setitimer(ITIMER_REAL, &none, nullptr);
@@ -55,7 +55,7 @@ void stopTimers() {
     ::setitimer(ITIMER_PROF, &none, nullptr);
 }
 
-/// Where root itself may not raise a limit, it is raised as far as it goes.
+/// If root may not raise the hard limit, the soft limit is raised to it.
 template <class Resource>
 void raiseLimit(Resource resource, rlim_t wanted) {
     rlimit limit{};
@@ -72,7 +72,7 @@ void settleLimits() {
     for (const auto resource : {RLIMIT_FSIZE, RLIMIT_CPU, RLIMIT_AS, RLIMIT_DATA, RLIMIT_STACK}) {
         raiseLimit(resource, RLIM_INFINITY);
     }
-    // What root has read stays out of a file that a crash would leave.
+    // A core dump could hold what root has read.
     constexpr rlimit nothing{};
     static_cast<void>(::setrlimit(RLIMIT_CORE, &nothing));
 }

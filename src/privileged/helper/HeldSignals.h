@@ -4,8 +4,8 @@
 
 namespace installer {
 
-/// As long as it lives, no signal ends this process that can be kept from it; one that comes
-/// meanwhile does so afterwards.
+/// Blocks every signal that can be blocked. One that arrives meanwhile takes effect when this
+/// object is destroyed.
 class HeldSignals {
   public:
     HeldSignals() {

@@ -44,7 +44,7 @@ int HelperSession::run() {
 bool HelperSession::serve(const ToolRequest& request) {
     std::optional<HeldSignals> held(std::in_place);
     const ExitStatus status = answer(request);
-    // Waiting for a peer that does not read is no work that must be finished.
+    // The action is done; a signal may interrupt the wait for a peer that does not read.
     if (!stream_.canSend()) held.reset();
     return sendEnded(status);
 }

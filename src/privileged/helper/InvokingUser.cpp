@@ -3,14 +3,15 @@
 #include <charconv>
 #include <cstdlib>
 
-#include <pwd.h>
 #include <unistd.h>
+
+#include "privileged/system/Accounts.h"
 
 namespace installer {
 
 namespace {
 
-/// getenv would give the first of several.
+/// getenv returns only the first of several.
 bool standsTwice(std::string_view variable) {
     int count = 0;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
@@ -36,13 +37,11 @@ std::optional<InvokingUser> InvokingUser::fromEnvironment() {
 }
 
 bool InvokingUser::isNamed(std::string_view name) {
-    if (name.empty() || name.find('\0') != std::string_view::npos) return false;
-    // One run names the same user for every file, and asking the system takes longer than the act.
-    if (name == knownName_) return true;
-    const std::string terminated(name);
-    const passwd* entry = ::getpwnam(terminated.c_str());
-    if (entry == nullptr || entry->pw_uid != number_) return false;
-    knownName_ = terminated;
+    // One run names the same user for every file, and a look-up takes longer than the action.
+    if (!knownName_.empty() && name == knownName_) return true;
+    const auto account = userNamed(name);
+    if (!account || account.value().number != number_) return false;
+    knownName_ = name;
     return true;
 }
 

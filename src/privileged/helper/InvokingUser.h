@@ -13,8 +13,8 @@ class InvokingUser {
   public:
     explicit InvokingUser(uid_t number) : number_(number) {}
 
-    /// From what pkexec or sudo left in the environment, else the real user of this process. None
-    /// when the environment holds something else than one user's number there.
+    /// From what pkexec or sudo left in the environment, else the real user of this process.
+    /// nullopt if the environment holds anything but one user's number there.
     [[nodiscard]] static std::optional<InvokingUser> fromEnvironment();
 
     [[nodiscard]] uid_t number() const { return number_; }

@@ -32,7 +32,7 @@ struct Command {
 };
 
 /// The request as a command, when its tool and every argument are as the policy's table has them
-/// and each path is one that `isPlainPath`. None otherwise: there is no rule for "nearly".
+/// and each path is one that `isPlainPath`. nullopt otherwise.
 [[nodiscard]] std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user);
 
 /// Absolute, not the root itself, within PATH_MAX, without a NUL and without the components "",

@@ -5,8 +5,8 @@
 namespace installer {
 
 /// One line on standard error and in the system's log. Control characters in it are made visible:
-/// a file name cannot forge a line. A very long line is cut, and one that nobody reads is not
-/// waited for.
+/// a file name cannot forge a line. A very long line is cut. Never waits for a reader: a line that
+/// cannot be written at once is dropped.
 void report(std::string_view line);
 
 }  // namespace installer

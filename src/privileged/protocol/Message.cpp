@@ -11,7 +11,7 @@ void appendNumber(std::string& bytes, std::uint64_t number, std::size_t size) {
     }
 }
 
-/// Reads a body from front to back; none as soon as it is too short.
+/// Reads a body from front to back; nullopt as soon as it is too short.
 class BodyReader {
   public:
     explicit BodyReader(std::string_view body) : rest_(body) {}

@@ -45,14 +45,14 @@ struct ToolRequest {
 
 // Whole messages, ready to be written.
 [[nodiscard]] std::string encodedHello();
-/// None when the texts are more, or longer, than a message takes.
+/// nullopt if the texts are more, or longer, than a message takes.
 [[nodiscard]] std::optional<std::string> encodedRequest(const ToolRequest& request);
 [[nodiscard]] std::string encodedProgress(std::uint64_t bytes);
 /// At most `message_limits::bodySize` bytes; what is beyond them is left away.
 [[nodiscard]] std::string encodedOutput(std::string_view bytes);
 [[nodiscard]] std::string encodedEnded(std::uint32_t exitStatus);
 
-// What a message says; none when it is of another type or its body is not exactly as described.
+// What a message says; nullopt if it has another type or its body is not exactly as described.
 [[nodiscard]] std::optional<std::uint32_t> helloVersion(const Message& message);
 [[nodiscard]] std::optional<ToolRequest> toolRequest(const Message& message);
 [[nodiscard]] std::optional<std::uint64_t> progressBytes(const Message& message);

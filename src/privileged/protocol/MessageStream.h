@@ -8,7 +8,7 @@
 
 namespace installer {
 
-/// Messages over a pair of descriptors that somebody else owns: one write per message, reads
+/// Messages over a pair of descriptors that the caller owns: one write per message, reads
 /// through a buffer. Interrupted calls are made again.
 class MessageStream {
   public:
@@ -24,7 +24,7 @@ class MessageStream {
     /// Writes a whole message. False when the peer is gone; no signal is raised by a socket.
     [[nodiscard]] bool send(std::string_view encodedMessage);
 
-    /// Waits for the next message; none when there will be no more, and `ending` says why. Calls
+    /// Waits for the next message; nullopt if there will be no more; `ending` says why. Calls
     /// `whileWaiting`, when one is given, several times a second until something comes.
     [[nodiscard]] std::optional<Message> receive(const std::function<void()>& whileWaiting = {});
     [[nodiscard]] Ending ending() const { return ending_; }

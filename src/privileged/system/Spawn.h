@@ -12,7 +12,7 @@ namespace installer {
 
 /// How a program is started: in place of a fork, whose cost grows with the size of this process.
 struct SpawnRequest {
-    static constexpr int devNull = -1;  ///< for a stream: nothing to read, nobody who reads
+    static constexpr int devNull = -1;  ///< for a stream: /dev/null
     static constexpr int own = -2;      ///< for a stream: this process's own
     enum class Environment { inherited, empty };
     enum class Session { inherited, itsOwn };
@@ -27,7 +27,7 @@ struct SpawnRequest {
 };
 
 /// Starts the program with every signal at its default and no descriptor beyond the standard
-/// three. Gives the process's number; whoever called must wait for it. Errors: those of execve,
+/// three. Gives the process id; the caller must wait for it. Errors: those of execve,
 /// and EINVAL for a path or an argument that holds a NUL.
 [[nodiscard]] Result<pid_t> spawn(const SpawnRequest& request);
 

@@ -36,16 +36,6 @@ std::error_code copyProperties(int source, const struct stat& status, int destin
 
 }  // namespace
 
-Result<FileDescriptor> openRegularFile(int parent, const std::string& name, struct stat& status) {
-    FileDescriptor file(
-        openat(parent, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    // What a socket, or a device without a driver, says to being opened.
-    if (!file && errno == ENXIO) return systemError(EINVAL);
-    if (!file || fstat(file.get(), &status) != 0) return systemError();
-    if (!S_ISREG(status.st_mode)) return systemError(EINVAL);
-    return file;
-}
-
 std::error_code fillFile(int source, const struct stat& status, int destination, mode_t mode,
                          Privileges privileges, const CopyProgress& progress) {
     if (const auto error =

@@ -5,18 +5,11 @@
 
 #include <sys/stat.h>
 
-#include "foundation/values/Result.h"
-#include "privileged/system/FileDescriptor.h"
 #include "privileged/trees/TreeCopy.h"
 
 namespace installer {
 
-/// Opens a regular file for reading and tells its status. EINVAL for a FIFO, device or socket,
-/// without waiting for its other end; ELOOP for a link.
-[[nodiscard]] Result<FileDescriptor> openRegularFile(int parent, const std::string& name,
-                                                     struct stat& status);
-
-/// In place of a mode that nobody has looked at.
+/// Stands for a mode that is not known.
 inline constexpr mode_t unknownMode = ~mode_t{0};
 
 /// Gives an empty file the source's contents, extended attributes, mode and times. `mode` is the

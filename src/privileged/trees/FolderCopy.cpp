@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "privileged/files/FolderChain.h"
+#include "privileged/files/RegularFile.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
 #include "privileged/trees/TreeWalk.h"
@@ -92,16 +93,16 @@ class FolderCopier : public TreeVisitor {
     }
 
     std::error_code copyFile(int parent, const std::string& name) {
-        struct stat status = {};
-        const auto source = openRegularFile(parent, name, status);
+        const auto source = openRegularFile(parent, name, O_RDONLY | O_NOFOLLOW);
         if (!source) return source.error();
+        const struct stat& status = source.value().status;
         if (const auto* first = firstCopy(status)) return linkTo(*first, name);
         const FileDescriptor file(openat(chain_.current(), name.c_str(),
                                          O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
                                          S_IRUSR | S_IWUSR));
         if (!file) return systemError();
-        const auto error =
-            fillFile(source.value().get(), status, file.get(), unknownMode, privileges_, progress_);
+        const auto error = fillFile(source.value().descriptor.get(), status, file.get(),
+                                    unknownMode, privileges_, progress_);
         if (!error) remember(status, name);
         return error;
     }

@@ -30,7 +30,7 @@ constexpr std::size_t nameDigitCount = 8;
 constexpr int maximumAttempts = 100;
 constexpr std::uint64_t spreadOfProcesses = 0x9E3779B97F4A7C15;  // odd: no two processes meet
 
-// Nothing rests on the name's being hard to guess: an entry that is already there is never used.
+// The name need not be hard to guess: an entry that exists already is never used.
 std::string newTemporaryName() {
     static std::atomic<std::uint64_t> counter =
         (std::uint64_t{std::random_device()()} << 32U) | std::random_device()();
@@ -44,13 +44,13 @@ std::string newTemporaryName() {
     return name;
 }
 
-/// False only when somebody else holds the lock. Where a file system has no locks, nothing can be
-/// told dead there either.
+/// False only if another process holds the lock. On a file system without locks no temporary is
+/// ever taken for dead.
 bool lockUnlessTaken(int descriptor) {
     return flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
-/// The moment of its making tells a folder from a removed one whose number it got.
+/// The creation time tells a folder from a removed one with the same inode number.
 bool isFirstVisit(int folder) {
     using Identity = std::array<std::uint64_t, 5>;
     static std::mutex mutex;
@@ -64,7 +64,7 @@ bool isFirstVisit(int folder) {
     return visited.insert(identity).second;
 }
 
-/// Root cleans up after everybody, others after themselves.
+/// Root removes every user's dead temporaries, other users only their own.
 bool isOurs(const struct stat& status) {
     return (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) &&
            (status.st_uid == geteuid() || geteuid() == 0);
@@ -76,7 +76,7 @@ void clearIfDead(int parent, const std::string& name) {
     struct stat opened = {};
     if (!entry || fstat(entry.get(), &opened) != 0 || !isOurs(opened)) return;
     if (flock(entry.get(), LOCK_EX | LOCK_NB) != 0) return;
-    // Its maker may have given it its place between the opening and the lock.
+    // Its process may have published it between the open and the lock.
     struct stat named = {};
     if (fstatat(parent, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0 ||
         named.st_dev != opened.st_dev || named.st_ino != opened.st_ino) {
@@ -140,7 +140,7 @@ Result<Temporary> Temporary::moveAside(int parent, const std::string& name) {
             if (error != std::errc::file_exists) return error;
             continue;
         }
-        // Without the lock, another process may help to take it apart; that is all.
+        // Without the lock another process may remove parts of it too, which does no harm.
         folder.descriptor_.reset(
             openat(parent, folder.name_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
         if (folder.descriptor_) static_cast<void>(lockUnlessTaken(folder.descriptor_.get()));
@@ -149,8 +149,8 @@ Result<Temporary> Temporary::moveAside(int parent, const std::string& name) {
     return systemError(EEXIST);
 }
 
-/// False when another process took the entry for a dead one before it could be locked. It then
-/// removes it, and another one must be made.
+/// False if another process took the entry for dead before it was locked. That process removes it,
+/// and a new one must be made.
 bool Temporary::lock() {
     struct stat status = {};
     if (!lockUnlessTaken(descriptor_.get()) || fstat(descriptor_.get(), &status) != 0) {

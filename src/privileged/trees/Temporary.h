@@ -12,9 +12,9 @@
 
 namespace installer {
 
-/// An entry with a short hidden name of its own that is filled before it takes its place, or that
-/// something is moved to before it is taken apart. It is locked as long as it is alive, so that
-/// what a dying process leaves can be told from it. Destroying it removes it from the folder.
+/// An entry with a short hidden name: a copy that is filled before it gets its final name, or a
+/// folder that was moved aside before its contents are removed. It is locked while its process
+/// uses it, so that one left by a dead process can be recognised. The destructor removes it.
 class Temporary {
   public:
     /// An empty file, opened for writing; the process's mask applies to the mode.
@@ -54,14 +54,14 @@ class Temporary {
     mode_t mode_ = 0;
 };
 
-/// Whether it is a name that only temporaries bear.
+/// Whether a name has the form that only temporaries have.
 [[nodiscard]] bool isTemporaryName(std::string_view name);
 
 /// Removes the temporaries in the folder whose processes have died. A process reads a folder for
 /// this once, however often it asks: an installation makes thousands of files in one folder.
 void clearDeadTemporaries(int folder);
 
-/// The same, without looking whether it was done before.
+/// The same, even if this process has done it before.
 void clearDeadTemporariesAgain(int folder);
 
 }  // namespace installer

@@ -64,7 +64,7 @@ class AttributeRemover : public TreeVisitor {
     explicit AttributeRemover(const std::string& attribute) : attribute_(attribute) {}
 
     std::error_code visitEntry(int parent, const std::string& name, unsigned char type) override {
-        // Nothing else can have attributes of a user's, and opening a device can do harm.
+        // Only files and folders can have user attributes, and opening a device can do harm.
         if (type != DT_REG) return {};
         const FileDescriptor file(
             openat(parent, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));

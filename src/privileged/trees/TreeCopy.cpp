@@ -6,6 +6,7 @@
 
 #include "privileged/files/ExclusiveRename.h"
 #include "privileged/files/FolderListing.h"
+#include "privileged/files/RegularFile.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
 #include "privileged/trees/FolderCopy.h"
@@ -24,12 +25,12 @@ mode_t modeWhileFilled(mode_t mode) {
 
 std::error_code copyFile(const Location& from, const Location& to, const CopyProgress& progress,
                          Privileges privileges) {
-    struct stat status = {};
-    const auto source = openRegularFile(from.parent.get(), from.name, status);
+    const auto source = openRegularFile(from.parent.get(), from.name, O_RDONLY | O_NOFOLLOW);
     if (!source) return source.error();
+    const struct stat& status = source.value().status;
     auto file = Temporary::makeFile(to.parent.get(), modeWhileFilled(status.st_mode));
     if (!file) return file.error();
-    const auto error = fillFile(source.value().get(), status, file.value().descriptor(),
+    const auto error = fillFile(source.value().descriptor.get(), status, file.value().descriptor(),
                                 file.value().mode(), privileges, progress);
     return error ? error : file.value().publish(to.name);
 }

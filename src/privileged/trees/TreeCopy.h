@@ -13,7 +13,7 @@ namespace installer {
 /// 0 at each entry of a folder, so that a copy of many empty ones is seen to go on.
 using CopyProgress = std::function<void(std::uint64_t)>;
 
-/// What lets whoever runs a file act as its owner: the set-user-ID and set-group-ID bits and a
+/// What lets a program run with its file's rights: the set-user-ID and set-group-ID bits and the
 /// file's capabilities.
 enum class Privileges { keep, drop };
 

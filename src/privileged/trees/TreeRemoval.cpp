@@ -16,7 +16,7 @@ std::error_code removeTree(const std::string& path, LinkPolicy policy) {
     const std::string& name = location.value().name;
     const auto type = entryType(parent, name);
     if (!type) {
-        // Whoever took it from its path may not have been allowed to take it apart.
+        // An earlier removal may have moved it aside but failed to remove its contents.
         clearDeadTemporariesAgain(parent);
         return type.error();
     }

@@ -5,7 +5,10 @@
 #include <QEvent>
 #include <QTextBrowser>
 #include <QVariant>
+#include <array>
+#include <cstddef>
 
+#include "ports/window/DescriptionProperties.h"
 #include "qt/binding/ControlText.h"
 #include "qt/binding/GuardedText.h"
 
@@ -13,24 +16,11 @@ namespace installer {
 
 namespace {
 
-struct Kind {
-    const char* name;
-    MakeBinding make;
-};
-
-constexpr Kind kinds[] = {
-    {"textBinding", textBinding},
-    {"plainTextBinding", plainTextBinding},
-    {"styledTextBinding", styledTextBinding},
-    {"enabledBinding", enabledBinding},
-    {"visibleBinding", visibleBinding},
-    {"checkedBinding", checkedBinding},
-    {"imageBinding", imageBinding},
-    {"waitingBinding", waitingBinding},
-    {"rowsBinding", rowsBinding},
-    {"closableBinding", closableBinding},
-    {"accessibleNameBinding", accessibleNameBinding},
-};
+/// In the order of `bindingProperties`.
+constexpr std::array<MakeBinding, bindingProperties.size()> makers = {
+    textBinding,     plainTextBinding,      styledTextBinding, enabledBinding,
+    visibleBinding,  checkedBinding,        imageBinding,      rowsBinding,
+    closableBinding, accessibleNameBinding, waitingBinding};
 
 std::string named(const QObject& control, const char* property) {
     return fromQt(control.property(property).toString());
@@ -50,16 +40,17 @@ Binder::Binder(QWidget& root, InterfaceOwner& owner, const Bundle& bundle, Syste
 
 void Binder::bind(QObject& control) {
     fillIn(control);
-    for (const Kind& kind : kinds) {
-        if (control.property(kind.name).isValid()) bind(control, kind.name, kind.make);
+    for (std::size_t kind = 0; kind < makers.size(); ++kind) {
+        const char* name = bindingProperties[kind];
+        if (control.property(name).isValid()) bind(control, name, makers[kind]);
     }
-    if (control.property("action").isValid()) bindAction(control);
-    if (control.property("guardsText").toBool()) {
+    if (control.property(actionProperty).isValid()) bindAction(control);
+    if (control.property(guardsTextProperty).toBool()) {
         auto* browser = qobject_cast<QTextBrowser*>(&control);
         if (browser) {
             new GuardedText(*browser, owner_, *this);
         } else {
-            complain(control, "guardsText");
+            complain(control, guardsTextProperty);
         }
     }
 }
@@ -81,7 +72,7 @@ void Binder::bind(QObject& control, const char* kind, MakeBinding make) {
 }
 
 void Binder::bindAction(QObject& control) {
-    const auto perform = [&owner = owner_, action = named(control, "action"), &control] {
+    const auto perform = [&owner = owner_, action = named(control, actionProperty), &control] {
         owner.performAction(action, &control);
     };
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
@@ -89,7 +80,7 @@ void Binder::bindAction(QObject& control) {
     } else if (auto* item = qobject_cast<QAction*>(&control)) {
         connect(item, &QAction::triggered, this, perform);
     } else {
-        complain(control, "action");
+        complain(control, actionProperty);
     }
 }
 
@@ -97,14 +88,15 @@ void Binder::fillIn(QObject& control) {
     const auto text = [this, &control](const char* keyProperty) {
         return bundle_.localizedString(named(control, keyProperty), "Localizable").value_or("");
     };
-    if (control.property("textKey").isValid() && !setControlText(control, text("textKey"))) {
-        complain(control, "textKey");
+    if (control.property(textKeyProperty).isValid() &&
+        !setControlText(control, text(textKeyProperty))) {
+        complain(control, textKeyProperty);
     }
-    if (control.property("accessibleNameKey").isValid()) {
+    if (control.property(accessibleNameKeyProperty).isValid()) {
         if (auto* widget = qobject_cast<QWidget*>(&control)) {
-            widget->setAccessibleName(toQt(text("accessibleNameKey")));
+            widget->setAccessibleName(toQt(text(accessibleNameKeyProperty)));
         } else {
-            complain(control, "accessibleNameKey");
+            complain(control, accessibleNameKeyProperty);
         }
     }
 }

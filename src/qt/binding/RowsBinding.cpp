@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QSignalBlocker>
 
+#include "ports/window/DescriptionProperties.h"
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
@@ -16,7 +17,6 @@ namespace {
 constexpr int iconPathRole = ListRowDelegate::detailRole + 1;
 
 /// In a list with this property each row has a check box.
-constexpr const char* checkableProperty = "checkable";
 
 /// Rows of one list have icons of one size, those without a picture too.
 void showIcon(QListWidgetItem& item, const Image& icon, bool needsIcon) {

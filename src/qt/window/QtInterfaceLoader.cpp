@@ -1,6 +1,8 @@
 #include "qt/window/QtInterfaceLoader.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QUiLoader>
 #include <utility>
@@ -61,6 +63,8 @@ std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, Inte
     if (!file.open(QIODevice::ReadOnly)) return refuse(name, fromQt(file.errorString()));
 
     DescriptionReader reader;
+    // Pictures that a description names itself lie beside it.
+    reader.setWorkingDirectory(QFileInfo(file).absoluteDir());
     std::unique_ptr<QWidget> root(reader.load(&file));
     if (!reader.unknownClass().isEmpty()) {
         return refuse(name, "unknown class " + fromQt(reader.unknownClass()) + ".");

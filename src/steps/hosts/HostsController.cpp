@@ -11,6 +11,7 @@
 #include "ports/window/View.h"
 #include "ports/window/WindowPlatform.h"
 #include "product/LocalizedText.h"
+#include "product/ProductFacts.h"
 #include "steps/hosts/HostsModel.h"
 #include "wizard/MainController.h"
 
@@ -27,7 +28,7 @@ void setHidden(const std::shared_ptr<View>& view, bool hidden) {
 }  // namespace
 
 HostsController::HostsController(WindowPlatform& platform)
-    : platform_(platform), defaults_(platform, "com.quarrytone.installer") {
+    : platform_(platform), defaults_(platform, settingsDomain) {
     bindControls();
     ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
         if (moment == Moment::didChange) propertyDidChange(property);
@@ -206,9 +207,9 @@ bool HostsController::loadCustomScreen() {
     if (scriptsOrPanelsHosts().empty()) installScriptsAndPanelsChosen_ = false;
     auto interface = platform_.interfaces.load("CustomInstall", *this);
     if (!interface) return false;
-    customInstallView_ = interface->view("customInstallView");
+    customInstallView_ = interface->view(customInstallViewPart);
     if (!customInstallView_) return false;
-    scriptsOrPanelsArrayController_ = interface->list("scriptsOrPanelsArrayController");
+    scriptsOrPanelsArrayController_ = interface->list(hostsListPart);
     customInstall_ = std::move(interface);
     if (const auto parent = view_ ? view_->superview() : nullptr) {
         parent->addSubview(customInstallView_);

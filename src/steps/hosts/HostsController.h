@@ -32,6 +32,11 @@ class HostsController : public StepController,
                         public Observable,
                         public BoundObject {
   public:
+    // The parts of the description "CustomInstall" on which this object acts itself. Without the
+    // view the screen is not shown.
+    static constexpr const char* customInstallViewPart = "customInstallView";
+    static constexpr const char* hostsListPart = "scriptsOrPanelsArrayController";
+
     /// The platform outlives this object.
     explicit HostsController(WindowPlatform& platform);
     ~HostsController() override;

@@ -9,23 +9,21 @@
 
 namespace installer {
 
+class Bundle;
+class HostDiscovery;
 struct Platform;
 
-/// The host-selection step's model: the hosts of this machine, found when the model is made, and
-/// the step's texts. Only Photoshop is looked for, Elements excepted; other kinds of hosts come in
-/// at run time.
+/// The host-selection step's model: the step's texts and the list of hosts. The list is discovered
+/// when the model is made, and never again; at run time only the custom folder joins it.
 class HostsModel : public StepModel {
   public:
-    /// Searches the machine. Blocks for up to one and a half seconds for each paths file that
-    /// cannot be opened. The platform is not kept.
+    /// Searches the machine and blocks as `HostDiscovery` does. The platform is not kept.
     explicit HostsModel(Platform& platform);
 
-    /// Every host that was discovered or added, installed or not, in that order. A release that
-    /// has both a paths file and a settings file is there twice.
+    /// Every host that was discovered or added, installed or not, in that order.
     [[nodiscard]] const std::vector<HostModel>& hostsArray() const { return hostsArray_; }
 
-    /// The installed hosts in display order; those of equal order in the order of discovery.
-    /// Empty when a host of the list cannot be asked for either.
+    /// The hosts that are offered, as `foundHosts` of HostLists.h chooses them from the list.
     [[nodiscard]] std::vector<HostModel> foundHosts() const;
 
     /// The hosts whose scripts and panels a custom install could take over: none, whatever is
@@ -46,9 +44,8 @@ class HostsModel : public StepModel {
     [[nodiscard]] const std::string& customInstallHostsExplanationText() const;
 
   private:
-    void discoverHosts(Platform& platform);
-    void addHostOfPathsFile(Platform& platform, const std::string& path);
-    void addHostOfSettingsFile(Platform& platform, const std::string& name);
+    // The discovery has read the remembered folder before the texts are read; it searches after.
+    HostsModel(const Bundle& bundle, HostDiscovery discovery);
 
     std::string mainLabelText_;
     std::string stepIndicatorLabelText_;

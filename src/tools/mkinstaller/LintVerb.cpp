@@ -2,9 +2,11 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 
+#include "ports/SystemLog.h"
 #include "tools/mkinstaller/FindingOutput.h"
 #include "tools/mkinstaller/Verbs.h"
 #include "tools/mkinstaller/lint/Linter.h"
@@ -19,6 +21,12 @@ struct LintOptions {
     bool strict = false;
 };
 
+/// Notes are no findings: they must not be in the way of a program that reads these.
+class NotesOnStandardError final : public SystemLog {
+  public:
+    void log(std::string_view line) override { std::cerr << "mkinstaller: " << line << '\n'; }
+};
+
 ExitStatus lintProduct(const LintOptions& options, const Kit& kit) {
     const auto product = Product::at(options.product);
     if (!product) {
@@ -27,7 +35,8 @@ ExitStatus lintProduct(const LintOptions& options, const Kit& kit) {
     }
     const Strictness strictness =
         options.strict ? Strictness::warningsAreErrors : Strictness::warningsAllowed;
-    const std::vector<Finding> findings = lint(*product, kit);
+    NotesOnStandardError notes;
+    const std::vector<Finding> findings = lint(*product, kit, notes);
     if (options.json) {
         std::cout << jsonOf(options.product, findings, strictness);
     } else {

@@ -17,9 +17,9 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-const std::string support = "/Library/Application Support";
-const std::string product = support + "/Acme/Filters 2";
-const std::string plugIns = support + "/Adobe/Plug-Ins/CC";
+const std::string plannedSupport = "/Library/Application Support";
+const std::string product = plannedSupport + "/Acme/Filters 2";
+const std::string plannedPlugIns = plannedSupport + "/Adobe/Plug-Ins/CC";
 const std::string photoshop2019 = "/Applications/Adobe Photoshop CC 2019";
 const std::string photoshop2020 = "/Applications/Adobe Photoshop CC 2020";
 
@@ -85,7 +85,7 @@ TEST_F(InstallPlanTest, ListsTheMirrorsPackagesThenTheProductFoldersThenEachHost
     memory.addFile(mirror + product + "/Presets/.hidden", "345");
     memory.addFile(mirror + product + "/guide.txt", "1234");
     memory.addFile(mirror + product + "/Engine.bundle/x", "12345");
-    memory.addFile(mirror + support + "/Acme/Extras/notes.txt", "123456");
+    memory.addFile(mirror + plannedSupport + "/Acme/Extras/notes.txt", "123456");
     memory.addFile(mirror + "/Applications/Tool.app/Contents/x", "1234567");
     memory.addFile(mirror + "/Applications/Tool.app/Contents/Inner.app/x", "1");
     memory.addFile(payload + "/PHOTOSHOP/Presets/run.jsx", "12345678");
@@ -97,21 +97,22 @@ TEST_F(InstallPlanTest, ListsTheMirrorsPackagesThenTheProductFoldersThenEachHost
 
     EXPECT_THAT(
         planned.items,
-        ElementsAre(mirrored(product + "/Engine.bundle", InstallRule::mirrorPackage, 5),
-                    mirrored("/Applications/Tool.app", InstallRule::mirrorPackage, 8),
-                    mirrored(product + "/Presets", InstallRule::productFolder, 5),
-                    mirrored(product + "/guide.txt", InstallRule::productFolder, 4),
-                    mirrored(support + "/Acme/Extras/notes.txt", InstallRule::productFolder, 6),
-                    hostFile("/PHOTOSHOP/Presets/run.jsx", photoshop2019 + "/Presets/run.jsx",
-                             InstallRule::hostApplication, 0, 8),
-                    hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plugIns + "/F.plugin",
-                                InstallRule::hostPlugIns, 0, 9),
-                    hostFile("/PHOTOSHOP_PLUGINS/lib/extra.8bf", plugIns + "/lib/extra.8bf",
-                             InstallRule::hostPlugIns, 0, 10),
-                    hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", "/My Plug-Ins/F.plugin",
-                                InstallRule::hostPlugIns, 1, 9),
-                    hostFile("/PHOTOSHOP_PLUGINS/lib/extra.8bf", "/My Plug-Ins/lib/extra.8bf",
-                             InstallRule::hostPlugIns, 1, 10)));
+        ElementsAre(
+            mirrored(product + "/Engine.bundle", InstallRule::mirrorPackage, 5),
+            mirrored("/Applications/Tool.app", InstallRule::mirrorPackage, 8),
+            mirrored(product + "/Presets", InstallRule::productFolder, 5),
+            mirrored(product + "/guide.txt", InstallRule::productFolder, 4),
+            mirrored(plannedSupport + "/Acme/Extras/notes.txt", InstallRule::productFolder, 6),
+            hostFile("/PHOTOSHOP/Presets/run.jsx", photoshop2019 + "/Presets/run.jsx",
+                     InstallRule::hostApplication, 0, 8),
+            hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plannedPlugIns + "/F.plugin",
+                        InstallRule::hostPlugIns, 0, 9),
+            hostFile("/PHOTOSHOP_PLUGINS/lib/extra.8bf", plannedPlugIns + "/lib/extra.8bf",
+                     InstallRule::hostPlugIns, 0, 10),
+            hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", "/My Plug-Ins/F.plugin",
+                        InstallRule::hostPlugIns, 1, 9),
+            hostFile("/PHOTOSHOP_PLUGINS/lib/extra.8bf", "/My Plug-Ins/lib/extra.8bf",
+                     InstallRule::hostPlugIns, 1, 10)));
     EXPECT_EQ(planned.hosts, hosts);
     EXPECT_EQ(planned.totalBytes(), 5U + 8 + 5 + 4 + 6 + 8 + 9 + 10 + 9 + 10);
     EXPECT_TRUE(planned.hasPayload);
@@ -142,22 +143,23 @@ TEST_F(InstallPlanTest, DestinationsLieOnTheTargetVolume) {
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x");
     memory.addFile(payload + "/LIGHTROOM/a");
     const std::string volume = "/Volumes/Other";
-    EXPECT_THAT(destinations({photoshop("2019"), LightRoomHostModel(fake.platform, "Lightroom"),
-                              // A folder that the user picked is the real one already.
-                              customFolder("/Volumes/Pictures/My Plug-Ins")}),
-                ElementsAre(volume + "/Applications/Tool.app", volume + product + "/guide.txt",
-                            volume + photoshop2019 + "/about.txt", volume + plugIns + "/F.plugin",
-                            volume + "/Users/tester/Library/Application Support/Adobe/Lightroom/a",
-                            "/Volumes/Pictures/My Plug-Ins/F.plugin"));
+    EXPECT_THAT(
+        destinations({photoshop("2019"), LightRoomHostModel(fake.platform, "Lightroom"),
+                      // A folder that the user picked is the real one already.
+                      customFolder("/Volumes/Pictures/My Plug-Ins")}),
+        ElementsAre(volume + "/Applications/Tool.app", volume + product + "/guide.txt",
+                    volume + photoshop2019 + "/about.txt", volume + plannedPlugIns + "/F.plugin",
+                    volume + "/Users/tester/Library/Application Support/Adobe/Lightroom/a",
+                    "/Volumes/Pictures/My Plug-Ins/F.plugin"));
 }
 
 TEST_F(InstallPlanTest, TwoHostsThatShareAPlugInFolderHaveAnItemEach) {
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x", "123");
     const InstallPlan planned = plan({photoshop("2019"), photoshop("2020")});
     EXPECT_THAT(planned.items,
-                ElementsAre(hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plugIns + "/F.plugin",
+                ElementsAre(hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plannedPlugIns + "/F.plugin",
                                         InstallRule::hostPlugIns, 0, 3),
-                            hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plugIns + "/F.plugin",
+                            hostPackage("/PHOTOSHOP_PLUGINS/F.plugin", plannedPlugIns + "/F.plugin",
                                         InstallRule::hostPlugIns, 1, 3)));
     EXPECT_EQ(planned.totalBytes(), 6U);
 }
@@ -174,7 +176,7 @@ TEST_F(InstallPlanTest, AHostThatIsNotSelectedIsPlannedWhenTheCallerPassesIt) {
     memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/x");
     const HostModel host = photoshop("2020");
     host.setHostIsSelected(false);
-    EXPECT_THAT(destinations({host}), ElementsAre(plugIns + "/F.plugin"));
+    EXPECT_THAT(destinations({host}), ElementsAre(plannedPlugIns + "/F.plugin"));
 }
 
 TEST_F(InstallPlanTest, ACustomFolderWithAnEmptyPathHasNoItems) {
@@ -246,7 +248,7 @@ TEST_F(InstallPlanTest, EachEntryThatIsLeftOutHasItsReason) {
     memory.addFile(mirror + "/usr/local/lib/x");
     memory.addLink(mirror + "/Applications/link", "/etc");
     memory.addFile(mirror + "/.hidden/Tool.app/x");
-    memory.addFile(mirror + support + "/Acme/loose.txt");
+    memory.addFile(mirror + plannedSupport + "/Acme/loose.txt");
     memory.addFile(mirror + product + "/.hidden");
     memory.addFile(payload + "/PHOTOSHOP/deep/.hidden");
     memory.addLink(payload + "/PHOTOSHOP/deep/link", "a");
@@ -261,7 +263,8 @@ TEST_F(InstallPlanTest, EachEntryThatIsLeftOutHasItsReason) {
             LeftOutEntry{mirror + "/.hidden", LeftOutReason::hidden},
             LeftOutEntry{mirror + "/usr/local/lib/x", LeftOutReason::outsideProducts},
             LeftOutEntry{mirror + "/Applications/link", LeftOutReason::linkOrSpecialFile},
-            LeftOutEntry{mirror + support + "/Acme/loose.txt", LeftOutReason::outsideProducts},
+            LeftOutEntry{mirror + plannedSupport + "/Acme/loose.txt",
+                         LeftOutReason::outsideProducts},
             LeftOutEntry{mirror + product + "/.hidden", LeftOutReason::hidden},
             LeftOutEntry{payload + "/PHOTOSHOP/deep/.hidden", LeftOutReason::hidden},
             LeftOutEntry{payload + "/PHOTOSHOP/deep/link", LeftOutReason::linkOrSpecialFile},
@@ -314,8 +317,8 @@ TEST_F(InstallPlanTest, AMissingPayloadIsToldApartFromAnEmptyOne) {
 
 TEST_F(InstallPlanTest, WithoutTheMakersNameItsKeyNamesTheFolder) {
     fake.bundle.tables["installer"].clear();
-    memory.addFile(mirror + support + "/company_name/Filters 2/guide.txt");
-    EXPECT_THAT(destinations(), ElementsAre(support + "/company_name/Filters 2/guide.txt"));
+    memory.addFile(mirror + plannedSupport + "/company_name/Filters 2/guide.txt");
+    EXPECT_THAT(destinations(), ElementsAre(plannedSupport + "/company_name/Filters 2/guide.txt"));
 }
 
 TEST_F(InstallPlanTest, TellsTheProgressThatItGoesOnWithoutBytes) {

@@ -51,16 +51,6 @@ TEST_F(LinuxBundleTest, KnowsItsFolders) {
     EXPECT_EQ(bundle.sharedSupportFolder(), disk_.at(bundleName) + "/Contents/SharedSupport");
 }
 
-TEST_F(LinuxBundleTest, IsFoundFromItsExecutablesPath) {
-    const std::string folder = disk_.at(bundleName);
-    EXPECT_EQ(LinuxBundle::folderOfExecutable(folder + "/Contents/MacOS/Installer"), folder);
-    EXPECT_EQ(LinuxBundle::folderOfExecutable("/a\nb/c.app/Contents/MacOS/x"), "/a\nb/c.app");
-    EXPECT_EQ(LinuxBundle::folderOfExecutable("/usr/bin/Installer"), std::nullopt);
-    EXPECT_EQ(LinuxBundle::folderOfExecutable("/a/Contents/Other/Installer"), std::nullopt);
-    EXPECT_EQ(LinuxBundle::folderOfExecutable("/a/Other/MacOS/Installer"), std::nullopt);
-    EXPECT_EQ(LinuxBundle::folderOfExecutable("Installer"), std::nullopt);
-}
-
 TEST_F(LinuxBundleTest, AProgramOutsideABundleHasNone) {
     EXPECT_EQ(LinuxBundle::runningBundleFolder(), std::nullopt);
 }

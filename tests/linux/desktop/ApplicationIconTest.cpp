@@ -63,6 +63,15 @@ TEST_F(ApplicationIconTest, ANameCannotLeadOutOfTheResources) {
     EXPECT_EQ(iconOf("A.app"), "");
 }
 
+TEST_F(ApplicationIconTest, ANameThatIsNoPlainFileNameCountsAsMissing) {
+    const std::string usual = addResource("A.app", "AppIcon.png");
+    addResource("A.app", "folder/camera.png");
+    for (const char* name : {".", "..", "folder/camera.png", "../Resources/AppIcon.png"}) {
+        nameIcon("A.app", name);
+        EXPECT_EQ(iconOf("A.app"), usual) << name;
+    }
+}
+
 TEST_F(ApplicationIconTest, AFolderIsNoPicture) {
     nameIcon("A.app", "camera");
     disk_.addFolder("A.app/Contents/Resources/camera.png");

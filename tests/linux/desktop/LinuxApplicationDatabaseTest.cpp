@@ -140,6 +140,22 @@ TEST_F(LinuxApplicationDatabaseTest, AnExecutableOutsideThePackageIsLeftAlone) {
     expectLeftAlone(disk_.at("Applications/Up.app"));
 }
 
+TEST_F(LinuxApplicationDatabaseTest, AnExecutablesNameThatIsNoPlainFileNameIsLeftAlone) {
+    const std::string package = addPackage("Tool.app", {{"CFBundleExecutable", "Tool"}});
+    test::FakeBundles bundles;
+    LinuxApplicationDatabase database(pathsOn(std::nullopt), bundles, log_);
+    for (const std::string& name :
+         {std::string(), std::string("."), std::string(".."), std::string("/bin/sh"),
+          std::string("../MacOS/Tool"), std::string("Tool\0", 5)}) {
+        bundles.informationByPath[package] = {{"CFBundleExecutable", name}};
+        EXPECT_EQ(database.registerApplication(package), 0);
+        EXPECT_THAT(entries(), IsEmpty()) << name;
+    }
+    bundles.informationByPath[package] = {{"CFBundleExecutable", "Tool"}};
+    EXPECT_EQ(database.registerApplication(package), 0);
+    EXPECT_THAT(entries(), ElementsAre("Tool.desktop"));
+}
+
 TEST_F(LinuxApplicationDatabaseTest, AnIconThatIsNotThereIsLeftOut) {
     for (const char* icon : {"missing", "../../secret", "folder"}) {
         const auto path = addPackage("Tool.app", {{"CFBundleExecutable", "x"},

@@ -172,6 +172,20 @@ TEST_F(LinuxWorkspaceTest, AnExecutablesNameCannotLeadOutOfThePackage) {
     awaitNoChildren();
 }
 
+TEST_F(LinuxWorkspaceTest, AnExecutablesNameThatIsNoPlainFileNameCountsAsMissing) {
+    addApplication("Sample.app", "Sample", "echo own");
+    addScript(disk_, "Sample.app/Contents/MacOS/other", saying("echo other"));
+    test::FakeBundles bundles;
+    LinuxWorkspace workspace(loop_, bundles, log_);
+    for (const std::string& name : {std::string("."), std::string(".."), std::string("/bin/sh"),
+                                    std::string("../MacOS/other"), std::string("other\0", 6)}) {
+        bundles.informationByPath[disk_.at("Sample.app")] = {{"CFBundleExecutable", name}};
+        EXPECT_TRUE(workspace.launchHidden(disk_.at("Sample.app"), {})) << name;
+        EXPECT_EQ(said(), "own\n") << name;
+        awaitNoChildren();
+    }
+}
+
 TEST_F(LinuxWorkspaceTest, AnApplicationThatCannotBeStartedIsNull) {
     disk_.addFolder("Empty.app");
     disk_.add("Text.app/Contents/MacOS/Text", "not executable");

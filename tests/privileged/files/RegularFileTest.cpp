@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include "privileged/files/RegularFile.h"
@@ -52,6 +53,23 @@ TEST(RegularFile, FollowsALink) {
     const ScratchFolder disk;
     std::filesystem::create_symlink(disk.add("file", "text"), disk.at("link"));
     EXPECT_EQ(readRegularFile(disk.at("link"), 100).value(), "text");
+}
+
+TEST(RegularFile, GivesTheBeginningOfALargerFile) {
+    const ScratchFolder disk;
+    const std::string path = disk.add("file", "12345");
+    EXPECT_EQ(readBeginning(path, 4).value(), "1234");
+    EXPECT_EQ(readBeginning(path, 5).value(), "12345");
+    EXPECT_EQ(readBeginning(path, 6).value(), "12345");
+    EXPECT_EQ(readBeginning(path, 0).value(), "");
+}
+
+TEST(RegularFile, OpensALinkOnlyIfItMayFollowIt) {
+    const ScratchFolder disk;
+    std::filesystem::create_symlink(disk.add("file", "text"), disk.at("link"));
+    EXPECT_TRUE(openRegularFile(AT_FDCWD, disk.at("link"), O_RDONLY));
+    EXPECT_EQ(openRegularFile(AT_FDCWD, disk.at("link"), O_RDONLY | O_NOFOLLOW).error().value(),
+              ELOOP);
 }
 
 }  // namespace

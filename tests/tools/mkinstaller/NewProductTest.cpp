@@ -3,11 +3,10 @@
 #include <gmock/gmock.h>
 
 #include "tests/tools/mkinstaller/ProductFolder.h"
-#include "tools/mkinstaller/lint/Linter.h"
 #include "tools/mkinstaller/making/NewProduct.h"
-#include "tools/mkinstaller/making/SampleNames.h"
 #include "tools/mkinstaller/sources/Folders.h"
 #include "tools/mkinstaller/sources/Product.h"
+#include "tools/mkinstaller/sources/SampleNames.h"
 
 namespace installer::test {
 
@@ -38,7 +37,7 @@ TEST(NewProduct, IsCleanInAllLanguagesWithNamesThatNeedEscapes) {
     EXPECT_EQ(product.languages().size(), 6u);
     EXPECT_EQ(product.name("company_name"), names.company);
     EXPECT_EQ(product.name("product_name"), names.product);
-    EXPECT_EQ(printed(lint(product, kitOfBuild())), "");
+    EXPECT_EQ(printed(lintAt(product.root)), "");
 }
 
 TEST(NewProduct, HasTheTextsOfTheSampleWhenItIsCalledLikeIt) {

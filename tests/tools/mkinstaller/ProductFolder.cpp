@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "ports/SystemLog.h"
 #include "tools/mkinstaller/FindingOutput.h"
 #include "tools/mkinstaller/lint/Linter.h"
 #include "tools/mkinstaller/making/NewProduct.h"
@@ -81,7 +82,50 @@ std::size_t ProductFolder::lineOf(const std::string& below, std::string_view tex
 }
 
 std::vector<Finding> ProductFolder::lint() const {
-    return installer::lint(Product::at(root_).value(), kitOfBuild());
+    return lintAt(root_);
+}
+
+std::vector<Finding> lintAt(const std::string& path) {
+    class Notes final : public SystemLog {
+      public:
+        void log(std::string_view line) override { ADD_FAILURE() << line; }
+    };
+    Notes notes;
+    return installer::lint(Product::at(path).value(), kitOfBuild(), notes);
+}
+
+Change replacing(std::string file, std::string text, std::string by) {
+    return [=](const ProductFolder& product) { product.replace(file, text, by); };
+}
+
+Change appending(std::string file, std::string text) {
+    return [=](const ProductFolder& product) { product.append(file, text); };
+}
+
+Change writing(std::string file, std::string contents) {
+    return [=](const ProductFolder& product) { product.write(file, contents); };
+}
+
+Change removing(std::string path) {
+    return [=](const ProductFolder& product) { product.remove(path); };
+}
+
+Change renaming(std::string from, std::string to) {
+    return [=](const ProductFolder& product) { product.rename(from, to); };
+}
+
+Change linking(std::string target, std::string path) {
+    return [=](const ProductFolder& product) { product.link(target, path); };
+}
+
+Change inTurn(std::vector<Change> changes) {
+    return [=](const ProductFolder& product) {
+        for (const Change& change : changes) change(product);
+    };
+}
+
+std::string nameOfMistake(const testing::TestParamInfo<Mistake>& row) {
+    return row.param.name;
 }
 
 std::string printed(const std::vector<Finding>& findings) {

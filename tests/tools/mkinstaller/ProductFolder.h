@@ -17,6 +17,9 @@ namespace installer::test {
 /// The sources of the sample product.
 [[nodiscard]] std::string sampleSources();
 
+/// What lint finds in a product's folder or a bundle; each of its checks must be possible here.
+[[nodiscard]] std::vector<Finding> lintAt(const std::string& path);
+
 /// A product of its own in three languages, made as a maker makes one, to be spoiled by a test.
 class ProductFolder {
   public:
@@ -55,6 +58,21 @@ struct Mistake {
     std::string text = {};  ///< on the first line that holds this; the first line when it is empty
     std::vector<std::string> alsoTold = {};  ///< codes of what follows from it
 };
+
+using Change = std::function<void(const ProductFolder&)>;
+
+// Changes of one file.
+[[nodiscard]] Change replacing(std::string file, std::string text, std::string by);
+[[nodiscard]] Change appending(std::string file, std::string text);
+[[nodiscard]] Change writing(std::string file, std::string contents);
+[[nodiscard]] Change removing(std::string path);
+[[nodiscard]] Change renaming(std::string from, std::string to);
+[[nodiscard]] Change linking(std::string target, std::string path);
+/// Several changes, one after the other.
+[[nodiscard]] Change inTurn(std::vector<Change> changes);
+
+/// For the name of a row's test.
+[[nodiscard]] std::string nameOfMistake(const testing::TestParamInfo<Mistake>& row);
 
 [[nodiscard]] std::string printed(const std::vector<Finding>& findings);
 

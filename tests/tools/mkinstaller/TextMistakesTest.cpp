@@ -10,35 +10,10 @@ constexpr const char* german = "de.lproj/Localizable.strings";
 constexpr const char* germanNames = "de.lproj/installer.strings";
 constexpr const char* english = "en.lproj/Localizable.strings";
 
-/// Replaces a text in a file.
-auto replacing(std::string file, std::string text, std::string by) {
-    return [=](const ProductFolder& product) { product.replace(file, text, by); };
-}
-
-auto removing(std::string path) {
-    return [=](const ProductFolder& product) { product.remove(path); };
-}
-
-auto renaming(std::string from, std::string to) {
-    return [=](const ProductFolder& product) { product.rename(from, to); };
-}
-
-auto writing(std::string file, std::string contents) {
-    return [=](const ProductFolder& product) { product.write(file, contents); };
-}
-
-auto appending(std::string file, std::string text) {
-    return [=](const ProductFolder& product) { product.append(file, text); };
-}
-
 class TextMistakesRow : public testing::TestWithParam<Mistake> {};
 
 TEST_P(TextMistakesRow, IsToldAtItsLine) {
     expectTold(GetParam());
-}
-
-std::string nameOf(const testing::TestParamInfo<Mistake>& info) {
-    return info.param.name;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -137,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(
             "AddressWithABlank", "M026",
             replacing(german, "https://www.acme.com/de/help", "https://www.acme.com/de/my help"),
             german, "help_url_format"}),
-    nameOf);
+    nameOfMistake);
 
 INSTANTIATE_TEST_SUITE_P(
     Names, TextMistakesRow,
@@ -209,7 +184,7 @@ INSTANTIATE_TEST_SUITE_P(
                 germanNames,
                 "company_name",
                 {"M031"}}),
-    nameOf);
+    nameOfMistake);
 
 INSTANTIATE_TEST_SUITE_P(
     Pages, TextMistakesRow,
@@ -274,18 +249,21 @@ INSTANTIATE_TEST_SUITE_P(
                         "{\\rtf1\\ansi\\ansicpg949{\\fonttbl{\\f0\\fcharset129 Batang;}}\\f0 "
                         "\\'b0\\'a1}"),
                 "de.lproj/register.rtf"}),
-    nameOf);
+    nameOfMistake);
 
 INSTANTIATE_TEST_SUITE_P(
     Folder, TextMistakesRow,
     testing::Values(
-        Mistake{"NoLanguageAtAll", "M001",
+        Mistake{"NoLanguageAtAll",
+                "M001",
                 [](const ProductFolder& product) {
                     for (const char* folder : {"en.lproj", "de.lproj", "ja.lproj"}) {
                         product.remove(folder);
                     }
                 },
-                ""},
+                "",
+                "",
+                {"M072"}},
         Mistake{"LanguageByItsWholeName", "M002", renaming("de.lproj", "german.lproj"),
                 "german.lproj"},
         Mistake{"LanguageFolderInCapitals", "M002", renaming("de.lproj", "de.LPROJ"), "de.LPROJ"},
@@ -314,7 +292,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "appicon.png"},
         Mistake{"FolderOfSharedSupportUnknown", "M093",
                 writing("SharedSupport/Plugins/Old.plugin", ""), "SharedSupport/Plugins"}),
-    nameOf);
+    nameOfMistake);
 
 }  // namespace
 

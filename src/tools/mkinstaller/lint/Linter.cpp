@@ -1,25 +1,62 @@
 #include "tools/mkinstaller/lint/Linter.h"
 
+#include "ports/SystemLog.h"
+#include "tools/mkinstaller/lint/CheckEntries.h"
 #include "tools/mkinstaller/lint/CheckInformation.h"
+#include "tools/mkinstaller/lint/CheckLayouts.h"
+#include "tools/mkinstaller/lint/CheckLeftovers.h"
 #include "tools/mkinstaller/lint/CheckNames.h"
 #include "tools/mkinstaller/lint/CheckPages.h"
+#include "tools/mkinstaller/lint/CheckPictures.h"
+#include "tools/mkinstaller/lint/CheckPlan.h"
 #include "tools/mkinstaller/lint/CheckStructure.h"
 #include "tools/mkinstaller/lint/CheckTables.h"
 #include "tools/mkinstaller/lint/LintContext.h"
+#include "tools/mkinstaller/lint/LoadLayouts.h"
+#include "tools/mkinstaller/lint/ProductBundle.h"
+#include "tools/mkinstaller/lint/ScratchMachine.h"
 #include "tools/mkinstaller/lint/TextTables.h"
+#include "tools/mkinstaller/lint/WindowNames.h"
 
 namespace installer {
 
-std::vector<Finding> lint(const Product& product, const Kit& kit) {
-    Findings findings;
-    const LintContext context{product, kit, findings};
-    checkStructure(context, {});
+namespace {
+
+/// What the core would log is told as findings, each where it belongs.
+class NoLog final : public SystemLog {
+  public:
+    void log(std::string_view /*line*/) override {}
+};
+
+void checkSources(const LintContext& context, const TextTables& tables, const LayoutNeeds& needs) {
+    checkStructure(context, needs.pictures);
     checkInformation(context);
-    checkPages(context);
-    const TextTables tables(product, kit);
-    checkTables(context, tables, {});
+    checkTables(context, tables, needs.textKeys);
     checkTexts(context, tables);
     checkNames(context, tables);
+    checkPages(context);
+    checkPictures(context);
+    checkLeftovers(context);
+    checkEntries(context);
+}
+
+}  // namespace
+
+std::vector<Finding> lint(const Product& product, const Kit& kit, SystemLog& notes) {
+    Findings findings;
+    const LintContext context{product, kit, findings};
+    const TextTables tables(product, kit);
+    const auto layouts = ownLayouts(product, kit);
+    checkSources(context, tables, needsOf(layouts));
+
+    NoLog log;
+    ProductBundle bundle(product, kit);
+    ScratchMachine machine(bundle, log);
+    Platform platform = machine.platform();
+    checkPlan(context, platform);
+    WindowNames names(platform);
+    checkLayouts(context, layouts, tables, names);
+    loadLayouts(context, layouts, bundle, names, notes);
     return findings.take();
 }
 

@@ -1,10 +1,13 @@
 #include "tools/mkinstaller/lint/XmlScan.h"
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 #include <vector>
 
 #include <expat.h>
+
+#include "tools/mkinstaller/sources/Folders.h"
 
 namespace installer {
 
@@ -54,7 +57,9 @@ std::optional<XmlError> scanXml(std::string_view text, const XmlEvents& events) 
         XML_STATUS_OK) {
         return std::nullopt;
     }
-    return XmlError{scan.line(), XML_ErrorString(XML_GetErrorCode(parser.get()))};
+    // A text that ends too early does so on its last line, not on an empty one behind it.
+    const std::size_t lines = lineOf(text, text.find_last_not_of(" \t\r\n") + 1);
+    return XmlError{std::min(scan.line(), lines), XML_ErrorString(XML_GetErrorCode(parser.get()))};
 }
 
 std::optional<XmlError> xmlErrorIn(std::string_view text) {

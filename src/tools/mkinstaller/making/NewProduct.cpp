@@ -11,12 +11,12 @@
 #include "foundation/text/Text.h"
 #include "foundation/text/Utf8.h"
 #include "foundation/values/Paths.h"
-#include "tools/mkinstaller/making/SampleNames.h"
 #include "tools/mkinstaller/making/StarterPayload.h"
 #include "tools/mkinstaller/sources/Folders.h"
 #include "tools/mkinstaller/sources/Identifiers.h"
 #include "tools/mkinstaller/sources/NameRules.h"
 #include "tools/mkinstaller/sources/Product.h"
+#include "tools/mkinstaller/sources/SampleNames.h"
 
 namespace installer {
 

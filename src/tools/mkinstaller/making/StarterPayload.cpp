@@ -6,7 +6,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "tools/mkinstaller/making/NewProduct.h"
-#include "tools/mkinstaller/making/SampleNames.h"
+#include "tools/mkinstaller/sources/SampleNames.h"
 
 namespace installer {
 

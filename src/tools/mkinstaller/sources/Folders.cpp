@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -53,6 +54,17 @@ std::optional<std::string> contentsOf(const std::string& path, std::size_t limit
     Result<std::string> bytes = readRegularFile(path, limit);
     if (!bytes) return std::nullopt;
     return std::move(bytes).value();
+}
+
+std::optional<std::string> startOf(const std::string& path, std::size_t size) {
+    // Only of files: opening a FIFO would wait for its other end.
+    if (!isFile(path)) return std::nullopt;
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes(size, '\0');
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
+    bytes.resize(static_cast<std::size_t>(file.gcount()));
+    if (!file && !file.eof()) return std::nullopt;
+    return bytes;
 }
 
 std::string suffixOf(std::string_view name) {

@@ -29,6 +29,9 @@ enum class EntryType { missing, file, folder, link, other };
 [[nodiscard]] std::optional<std::string> contentsOf(const std::string& path,
                                                     std::size_t limit = largestSource);
 
+/// At most `size` bytes from the file's beginning, however long it is; none when it cannot be read.
+[[nodiscard]] std::optional<std::string> startOf(const std::string& path, std::size_t size);
+
 /// The part of the name behind its last dot, "" without one.
 [[nodiscard]] std::string suffixOf(std::string_view name);
 /// The name without that part and the dot.

@@ -1,4 +1,4 @@
-#include "tools/mkinstaller/making/SampleNames.h"
+#include "tools/mkinstaller/sources/SampleNames.h"
 
 #include <algorithm>
 

@@ -1,0 +1,75 @@
+#include "privileged/system/Accounts.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <vector>
+
+#include <grp.h>
+#include <pwd.h>
+
+#include "privileged/system/SystemError.h"
+
+namespace installer {
+
+namespace {
+
+constexpr std::size_t usualBufferSize = 4096;
+
+/// Calls one of the reentrant look-ups with a buffer that grows until the entry fits, and gives
+/// what `taken` makes of the entry while the buffer still holds its texts.
+template <class Entry, class LookUp, class Taken>
+auto lookedUp(LookUp lookUp, Taken taken) -> Result<decltype(taken(Entry()))> {
+    std::vector<char> buffer(usualBufferSize);
+    Entry entry = {};
+    Entry* found = nullptr;
+    int error = 0;
+    while ((error = lookUp(&entry, buffer.data(), buffer.size(), &found)) == ERANGE) {
+        buffer.resize(buffer.size() * 2);
+    }
+    if (found != nullptr) return taken(*found);
+    return systemError(error != 0 && error != ENOENT ? error : EINVAL);
+}
+
+bool isUsableName(std::string_view name) {
+    return !name.empty() && name.find('\0') == std::string_view::npos;
+}
+
+std::string textOrEmpty(const char* text) {
+    return text == nullptr ? "" : text;
+}
+
+UserAccount accountOf(const passwd& entry) {
+    return {entry.pw_uid, textOrEmpty(entry.pw_name), textOrEmpty(entry.pw_dir)};
+}
+
+}  // namespace
+
+Result<UserAccount> userNamed(std::string_view name) {
+    if (!isUsableName(name)) return systemError(EINVAL);
+    const std::string text(name);
+    return lookedUp<passwd>(
+        [&](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+            return getpwnam_r(text.c_str(), entry, buffer, size, found);
+        },
+        accountOf);
+}
+
+Result<UserAccount> userNumbered(uid_t number) {
+    return lookedUp<passwd>(
+        [number](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+            return getpwuid_r(number, entry, buffer, size, found);
+        },
+        accountOf);
+}
+
+Result<gid_t> groupNamed(std::string_view name) {
+    if (!isUsableName(name)) return systemError(EINVAL);
+    const std::string text(name);
+    return lookedUp<group>(
+        [&](group* entry, char* buffer, std::size_t size, group** found) {
+            return getgrnam_r(text.c_str(), entry, buffer, size, found);
+        },
+        [](const group& entry) { return entry.gr_gid; });
+}
+
+}  // namespace installer
