@@ -25,14 +25,24 @@ inline constexpr const char* accessibleNameKeyProperty = "accessibleNameKey";
 /// A truth value of a list: its rows have check boxes.
 inline constexpr const char* checkableProperty = "checkable";
 
-/// Say how a control looks, or what the window does with it on its own.
-inline constexpr std::array<const char*, 10> lookProperties = {
-    "textSize",  "sidePane",      "connectsDots", "dot",    "pictureName",
-    "holdsMenu", "readingColumn", "fitsText",     "prints", "saves"};
+// How a control looks. The README of the window lists what each of them does.
+inline constexpr const char* textSizeProperty = "textSize";
+inline constexpr const char* sidePaneProperty = "sidePane";
+inline constexpr const char* connectsDotsProperty = "connectsDots";
+inline constexpr const char* dotProperty = "dot";
+inline constexpr const char* pictureNameProperty = "pictureName";
+inline constexpr const char* holdsMenuProperty = "holdsMenu";
+inline constexpr const char* readingColumnProperty = "readingColumn";
+inline constexpr const char* fitsTextProperty = "fitsText";
+inline constexpr const char* printsProperty = "prints";
+inline constexpr const char* savesProperty = "saves";
 
-[[nodiscard]] constexpr bool isLookProperty(std::string_view name) {
-    return std::ranges::find(lookProperties, name) != lookProperties.end();
-}
+/// Those that bind nothing: all but the bindings.
+inline constexpr std::array<const char*, 15> otherDescriptionProperties = {
+    actionProperty,    guardsTextProperty,  textKeyProperty,   accessibleNameKeyProperty,
+    checkableProperty, textSizeProperty,    sidePaneProperty,  connectsDotsProperty,
+    dotProperty,       pictureNameProperty, holdsMenuProperty, readingColumnProperty,
+    fitsTextProperty,  printsProperty,      savesProperty};
 
 [[nodiscard]] constexpr bool isBindingProperty(std::string_view name) {
     return std::ranges::find(bindingProperties, name) != bindingProperties.end();
@@ -43,8 +53,8 @@ inline constexpr std::array<const char*, 10> lookProperties = {
 }
 
 [[nodiscard]] constexpr bool isDescriptionProperty(std::string_view name) {
-    return isBindingProperty(name) || isTextKeyProperty(name) || name == actionProperty ||
-           name == guardsTextProperty || name == checkableProperty || isLookProperty(name);
+    return isBindingProperty(name) ||
+           std::ranges::find(otherDescriptionProperties, name) != otherDescriptionProperties.end();
 }
 
 }  // namespace installer

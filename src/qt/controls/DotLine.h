@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "ports/window/DescriptionProperties.h"
+
 class QWidget;
 
 namespace installer {
@@ -10,7 +12,7 @@ namespace installer {
 /// property `dot`, in a view that was put into the list.
 class DotLine final : public QObject {
   public:
-    static constexpr const char* dotProperty = "dot";
+    static constexpr const char* dotProperty = installer::dotProperty;
 
     /// Ends with the list.
     explicit DotLine(QWidget& list);

@@ -5,6 +5,7 @@
 #include <QToolButton>
 #include <QVariant>
 
+#include "ports/window/DescriptionProperties.h"
 #include "qt/controls/BundlePicture.h"
 #include "qt/controls/DotLine.h"
 #include "qt/controls/FitsText.h"
@@ -19,7 +20,7 @@ namespace installer {
 namespace {
 
 void setTextSize(QWidget& control) {
-    const QString size = control.property("textSize").toString();
+    const QString size = control.property(textSizeProperty).toString();
     if (size == QLatin1String("heading")) new FollowsFont(control, TextSize::heading);
     if (size == QLatin1String("strong")) new FollowsFont(control, TextSize::strong);
     if (size == QLatin1String("small")) new FollowsFont(control, TextSize::small);
@@ -28,19 +29,19 @@ void setTextSize(QWidget& control) {
 void dressOne(QWidget& control, const Bundle& bundle) {
     if (control.parentWidget() != nullptr) {
         setTextSize(control);
-        if (control.property("sidePane").toBool()) new SidePane(control);
+        if (control.property(sidePaneProperty).toBool()) new SidePane(control);
     }
-    if (control.property("connectsDots").toBool()) new DotLine(control);
+    if (control.property(connectsDotsProperty).toBool()) new DotLine(control);
     if (auto* label = qobject_cast<QLabel*>(&control)) {
-        const QString picture = control.property("pictureName").toString();
+        const QString picture = control.property(pictureNameProperty).toString();
         if (!picture.isEmpty()) new BundlePicture(*label, fromQt(picture), bundle);
     }
     if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
-        if (control.property("readingColumn").toBool()) new ReadingColumn(*browser);
-        if (control.property("fitsText").toBool()) new FitsText(*browser);
+        if (control.property(readingColumnProperty).toBool()) new ReadingColumn(*browser);
+        if (control.property(fitsTextProperty).toBool()) new FitsText(*browser);
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
-        if (control.property(MenuButton::holdsMenu).toBool()) new MenuButton(*button);
+        if (control.property(holdsMenuProperty).toBool()) new MenuButton(*button);
     }
 }
 

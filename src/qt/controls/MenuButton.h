@@ -2,6 +2,8 @@
 
 #include <QObject>
 
+#include "ports/window/DescriptionProperties.h"
+
 class QMenu;
 class QToolButton;
 
@@ -12,7 +14,7 @@ namespace installer {
 class MenuButton final : public QObject {
   public:
     /// The property of a tool button that holds a menu.
-    static constexpr const char* holdsMenu = "holdsMenu";
+    static constexpr const char* holdsMenu = holdsMenuProperty;
 
     /// Lets screen readers see the menus of such buttons. To be called before one is made.
     static void tellScreenReaders();

@@ -11,6 +11,7 @@
 #include <QVariant>
 
 #include "ports/Bundle.h"
+#include "ports/window/DescriptionProperties.h"
 #include "qt/values/QtText.h"
 
 namespace installer {
@@ -37,10 +38,10 @@ void askAndSave(const QTextBrowser& text, const QString& title, const QString& f
 void connectTextOutput(QWidget& root, const Bundle& bundle) {
     const QString failure = toQt(bundle.localizedString("save_failed", "Localizable").value_or(""));
     for (auto* button : root.findChildren<QAbstractButton*>()) {
-        if (QTextBrowser* text = namedBrowser(root, *button, "prints")) {
+        if (QTextBrowser* text = namedBrowser(root, *button, printsProperty)) {
             QObject::connect(button, &QAbstractButton::clicked, text, [text] { printText(*text); });
         }
-        if (QTextBrowser* text = namedBrowser(root, *button, "saves")) {
+        if (QTextBrowser* text = namedBrowser(root, *button, savesProperty)) {
             QObject::connect(button, &QAbstractButton::clicked, text, [button, text, failure] {
                 askAndSave(*text, button->text(), failure);
             });

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -13,13 +14,14 @@ namespace installer {
 
 namespace {
 
-/// The section of the explanations whose heading begins with the code; empty without one.
+/// The section of the explanations whose heading begins with the code, up to the next heading;
+/// empty without one.
 std::string sectionOf(const std::string& explanations, std::string_view code) {
     const auto start = explanations.find("## " + std::string(code) + " ");
     if (start == std::string::npos) return {};
-    const auto end = explanations.find("\n## ", start);
-    std::string section = explanations.substr(
-        start + 3, end == std::string::npos ? std::string::npos : end - start - 3);
+    const auto end = std::min(explanations.find("\n## ", start), explanations.find("\n# ", start));
+    std::string section =
+        explanations.substr(start + 3, std::min(end, explanations.size()) - start - 3);
     while (section.ends_with('\n')) section.pop_back();
     return section + "\n";
 }

@@ -32,11 +32,7 @@ std::string meant(std::string_view name) {
         best = known;
     };
     for (const char* known : bindingProperties) consider(known);
-    for (const char* known : lookProperties) consider(known);
-    for (const char* known : {actionProperty, guardsTextProperty, textKeyProperty,
-                              accessibleNameKeyProperty, checkableProperty}) {
-        consider(known);
-    }
+    for (const char* known : otherDescriptionProperties) consider(known);
     return best;
 }
 
