@@ -68,6 +68,7 @@ SetupController::SetupController(WindowPlatform& platform)
     bindTexts();
     bindStates();
     bindOptions();
+    bindPages();
     bindFailureReport();
     bindActions();
     followChanges();

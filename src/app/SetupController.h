@@ -145,11 +145,18 @@ class SetupController : public MainController, public BoundObject {
     void bindTexts();
     void bindStates();
     void bindOptions();
+    void bindPages();
     void bindFailureReport();
     void bindActions();
     [[nodiscard]] Image backgroundImage() const;
     [[nodiscard]] std::string backgroundImageName() const;
     [[nodiscard]] bool installationFailed() const;
+    [[nodiscard]] PropertyValue pageText() const;
+    [[nodiscard]] std::string waitingText() const;
+    [[nodiscard]] std::string outcomeText() const;
+    [[nodiscard]] std::vector<ListRow> installedPlaces() const;
+    [[nodiscard]] bool allHostsSelected() const;
+    void selectAllHosts(bool select);
 
     WindowPlatform& platform_;
     MainWindow window_;

@@ -3,10 +3,13 @@
 #include "app/HostRows.h"
 #include "app/SetupController.h"
 #include "app/WindowTexts.h"
+#include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "ports/window/WindowPlatform.h"
 #include "product/LocalizedText.h"
 #include "steps/completion/RegisterModel.h"
+#include "steps/hosts/HostsController.h"
+#include "steps/running/RunningHostViewModel.h"
 #include "wizard/InstallStateController.h"
 
 // The names under which the description of the main window knows the controller's properties and
@@ -23,6 +26,9 @@ constexpr const char* stepOrOutcome = "successfulInstall";
 PropertyValue asPropertyValue(const PlainOrStyledText& text) {
     return std::visit([](const auto& value) { return PropertyValue(value); }, text);
 }
+
+/// From so many on, people want to tick them all at once, or none.
+constexpr std::size_t manyHosts = 4;
 
 }  // namespace
 
@@ -82,6 +88,23 @@ void SetupController::bindOptions() {
         [this](bool launch) { setLaunchHelpURL(launch); });
 }
 
+void SetupController::bindPages() {
+    // "enableForward" is announced whenever another screen of the step is shown, a host is ticked,
+    // or the last running program has ended.
+    bindProperty("pageText", [this] { return pageText(); },
+                 {"informativeText", "enableForward", stepOrOutcome});
+    bindSwitch(
+        "allHostsSelected", [this] { return allHostsSelected(); },
+        [this](bool select) { selectAllHosts(select); }, {"foundHosts", "enableForward"});
+    bindProperty("canSelectAllHosts", [this] { return foundHosts().size() >= manyHosts; },
+                 {"foundHosts", stepOrOutcome});
+    bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
+                 {"enableForward", stepOrOutcome});
+    bindProperty("waitingText", [this] { return waitingText(); }, {"enableForward", stepOrOutcome});
+    bindProperty("outcomeText", [this] { return outcomeText(); }, {stepOrOutcome});
+    bindProperty("installedPlaces", [this] { return installedPlaces(); }, {stepOrOutcome});
+}
+
 void SetupController::bindFailureReport() {
     bindProperty("installationFailed", [this] { return installationFailed(); }, {stepOrOutcome});
     bindConstant("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
@@ -106,6 +129,43 @@ void SetupController::bindActions() {
                [this](const void* /*sender*/) { failureReport_.openInstallerLog(); });
     bindAction("copyInstallerLog",
                [this](const void* /*sender*/) { failureReport_.copyInstallerLog(); });
+}
+
+PropertyValue SetupController::pageText() const {
+    const bool isCustomScreen =
+        stateController_->currentState() == step_number::hostSelection && customInstallChosen_;
+    if (!isCustomScreen) return asPropertyValue(informativeText());
+    const Bundle& bundle = platform_.bundle;
+    return formatted(localizedText(bundle, "custom_install_instructions"), {productName(bundle)});
+}
+
+std::string SetupController::waitingText() const {
+    const bool isWaiting = hostsRunningModel_->hostIsRunning();
+    return localizedText(platform_.bundle,
+                         isWaiting ? "waiting_for_program" : "program_has_closed");
+}
+
+std::vector<ListRow> SetupController::installedPlaces() const {
+    // A run that succeeded has installed into every selected host.
+    if (!successfulInstall()) return {};
+    return hostRows(selectedHosts(), platform_.workspace);
+}
+
+std::string SetupController::outcomeText() const {
+    const Bundle& bundle = platform_.bundle;
+    const char* format = successfulInstall() ? "outcome_success_fmt" : "outcome_failure_fmt";
+    return formatted(localizedText(bundle, format), {productName(bundle)});
+}
+
+bool SetupController::allHostsSelected() const {
+    return selectedHosts().size() == foundHosts().size();
+}
+
+void SetupController::selectAllHosts(bool select) {
+    willChange("foundHosts");
+    for (const HostModel& host : foundHosts()) host.setHostIsSelected(select);
+    didChange("foundHosts");
+    hostsController_->checkboxClicked(this);
 }
 
 Image SetupController::backgroundImage() const {

@@ -131,5 +131,18 @@ class Doubled(Light):
     name, surroundings = "doubled", {"QT_SCALE_FACTOR": "2"}
 
 
+class DesktopsLargeText(Light):
+    """A desktop whose own font is of 16 points."""
+
+    name = "sixteen"
+    surroundings = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
+
+    def start(self, arguments=(), **environment):
+        settings = self.disk.home / ".config/kdeglobals"
+        settings.parent.mkdir(parents=True, exist_ok=True)
+        settings.write_text("[General]\nfont=DejaVu Sans,16,-1,5,50,0,0,0,0,0\n")
+        return super().start(arguments, **environment)
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)

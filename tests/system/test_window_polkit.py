@@ -75,7 +75,7 @@ class WindowPolkit(WindowTest):
 
     def test_one_right_password_installs_everything_for_the_user(self):
         window = self.install(self.reach_hosts(self.start_and_be_granted()))
-        window.wait_for_text(f"{self.product.name} is installed.")
+        window.wait_for_label(self.text("outcome_success_fmt"))
         self.assertNothingOfARunIsLeft(window)
         self.finish_walk(window)
         self.assertEqual(self.questions(), 1)

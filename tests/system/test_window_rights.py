@@ -48,7 +48,7 @@ class WindowRights(WindowTest):
     def test_rights_that_are_given_install_everything_for_the_user(self):
         self.rule.write_text(f"{LOGIN} ALL=(root) NOPASSWD: ALL\n")
         window = self.install(self.reach_hosts(self.start()))
-        window.wait_for_text("Tonewright 2 is installed.")
+        window.wait_for_label(self.text("outcome_success_fmt"))
         self.finish_walk(window)
         for path in [*self.installed, "/Applications/Tool.app/Contents/tool.txt"]:
             self.assertInstalled(path, owner=self.user)

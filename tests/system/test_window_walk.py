@@ -33,7 +33,7 @@ class WindowWalk(WindowTest):
         window.find("push button", self.text("go_back"))
 
         self.install(window)
-        window.wait_for_text("Tonewright 2 is installed.")
+        window.wait_for_label(self.text("outcome_success_fmt"))
         self.assertFalse(window.find("push button", self.text("go_back")).enabled)
         self.finish_walk(window)
 
@@ -203,7 +203,7 @@ class WindowWalkLastPage(WindowTest):
 
     def test_success_is_told_without_a_list_of_failures_and_without_the_log(self):
         window = self.reach_last_page()
-        window.wait_for_text("Tonewright 2 is installed.")
+        window.wait_for_label(self.text("outcome_success_fmt"))
         texts = window.texts()
         self.assertIn(self.text("success_picture_name"), texts)
         for key in ("failure_picture_name", "failed_items", "open_log", "copy_log"):

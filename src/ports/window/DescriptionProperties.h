@@ -10,10 +10,10 @@ namespace installer {
 // does. The window's binder gives each its meaning; whoever checks a description reads them here.
 
 /// Name a property of the owner, which the control shows.
-inline constexpr std::array<const char*, 10> bindingProperties = {
-    "textBinding",     "plainTextBinding",     "styledTextBinding", "enabledBinding",
-    "visibleBinding",  "checkedBinding",       "imageBinding",      "rowsBinding",
-    "closableBinding", "accessibleNameBinding"};
+inline constexpr std::array<const char*, 11> bindingProperties = {
+    "textBinding",     "plainTextBinding",      "styledTextBinding", "enabledBinding",
+    "visibleBinding",  "checkedBinding",        "imageBinding",      "rowsBinding",
+    "closableBinding", "accessibleNameBinding", "waitingBinding"};
 
 /// Names an action of the owner.
 inline constexpr const char* actionProperty = "action";
@@ -33,12 +33,16 @@ inline constexpr const char* dotProperty = "dot";
 inline constexpr const char* pictureNameProperty = "pictureName";
 inline constexpr const char* holdsMenuProperty = "holdsMenu";
 inline constexpr const char* readingColumnProperty = "readingColumn";
+inline constexpr const char* fitsTextProperty = "fitsText";
+inline constexpr const char* printsProperty = "prints";
+inline constexpr const char* savesProperty = "saves";
 
 /// Those that bind nothing: all but the bindings.
-inline constexpr std::array<const char*, 12> otherDescriptionProperties = {
+inline constexpr std::array<const char*, 15> otherDescriptionProperties = {
     actionProperty,    guardsTextProperty,  textKeyProperty,   accessibleNameKeyProperty,
     checkableProperty, textSizeProperty,    sidePaneProperty,  connectsDotsProperty,
-    dotProperty,       pictureNameProperty, holdsMenuProperty, readingColumnProperty};
+    dotProperty,       pictureNameProperty, holdsMenuProperty, readingColumnProperty,
+    fitsTextProperty,  printsProperty,      savesProperty};
 
 [[nodiscard]] constexpr bool isBindingProperty(std::string_view name) {
     return std::ranges::find(bindingProperties, name) != bindingProperties.end();

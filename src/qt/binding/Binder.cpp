@@ -18,8 +18,9 @@ namespace {
 
 /// In the order of `bindingProperties`.
 constexpr std::array<MakeBinding, bindingProperties.size()> makers = {
-    textBinding,    plainTextBinding, styledTextBinding, enabledBinding,  visibleBinding,
-    checkedBinding, imageBinding,     rowsBinding,       closableBinding, accessibleNameBinding};
+    textBinding,     plainTextBinding,      styledTextBinding, enabledBinding,
+    visibleBinding,  checkedBinding,        imageBinding,      rowsBinding,
+    closableBinding, accessibleNameBinding, waitingBinding};
 
 std::string named(const QObject& control, const char* property) {
     return fromQt(control.property(property).toString());

@@ -8,6 +8,7 @@
 #include "ports/window/DescriptionProperties.h"
 #include "qt/controls/BundlePicture.h"
 #include "qt/controls/DotLine.h"
+#include "qt/controls/FitsText.h"
 #include "qt/controls/FollowsFont.h"
 #include "qt/controls/MenuButton.h"
 #include "qt/controls/ReadingColumn.h"
@@ -37,6 +38,7 @@ void dressOne(QWidget& control, const Bundle& bundle) {
     }
     if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
         if (control.property(readingColumnProperty).toBool()) new ReadingColumn(*browser);
+        if (control.property(fitsTextProperty).toBool()) new FitsText(*browser);
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
         if (control.property(holdsMenuProperty).toBool()) new MenuButton(*button);

@@ -9,7 +9,8 @@ namespace installer {
 
 /// What a main window does by itself. It stays open while it must not be closed. Return presses the
 /// button with the focus, else the default button. F10 opens the menu. The focus is never lost: if
-/// the control with the focus disappears, the default button gets it, else the first control that can.
+/// the control with the focus disappears, the default button gets it, else the first control that
+/// can.
 class WindowManners final : public QObject {
   public:
     explicit WindowManners(QMainWindow& window);

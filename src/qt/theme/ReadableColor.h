@@ -13,8 +13,9 @@ namespace installer {
 [[nodiscard]] QColor readableColor(const QColor& wanted, const QColor& ground);
 
 /// What a colour that was chosen for a white background becomes on `ground`: the same on a light
-/// one, its counterpart on a dark one, so black becomes white and a quiet grey stays quiet. A colour
-/// that stands out on white has a contrast of at least 7 here too, every other colour of 4.5.
+/// one, its counterpart on a dark one, so black becomes white and a quiet grey stays quiet. A
+/// colour that stands out on white has a contrast of at least 7 here too, every other colour
+/// of 4.5.
 [[nodiscard]] QColor counterpart(const QColor& onPaper, const QColor& ground);
 
 /// A colour between text and background: as quiet as possible while it can still be read.

@@ -44,6 +44,18 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
     }
 }
 
+void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                     QPainter* painter, const QWidget* widget) const {
+    const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+    if (control != CC_ToolButton || button == nullptr) {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        return;
+    }
+    QStyleOptionToolButton withoutArrow(*button);
+    withoutArrow.features.setFlag(QStyleOptionToolButton::HasMenu, false);
+    QProxyStyle::drawComplexControl(control, &withoutArrow, painter, widget);
+}
+
 QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                                     const QSize& contents, const QWidget* widget) const {
     const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);

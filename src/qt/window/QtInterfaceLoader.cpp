@@ -13,6 +13,7 @@
 #include "qt/controls/MenuButton.h"
 #include "qt/controls/Mnemonics.h"
 #include "qt/controls/WindowManners.h"
+#include "qt/dialogs/TextOutput.h"
 #include "qt/values/QtText.h"
 #include "qt/window/QtInterface.h"
 
@@ -79,6 +80,7 @@ std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, Inte
     }
     auto binder = std::make_unique<Binder>(*root, owner, bundle_, log_, openLink_);
     dress(*root, bundle_);
+    connectTextOutput(*root, bundle_);
     return std::make_unique<QtInterface>(std::move(root), std::move(binder));
 }
 

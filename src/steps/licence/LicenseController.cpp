@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "foundation/text/Format.h"
 #include "ports/Alerts.h"
 #include "ports/Platform.h"
 #include "ports/window/View.h"
@@ -15,7 +16,8 @@ namespace {
 Alert agreementAlert(const Bundle& bundle) {
     return {.identifier = "license-agreement",
             .style = Alert::Style::informational,
-            .title = localizedText(bundle, "agree_message"),
+            .title = formatted(localizedText(bundle, "agree_message"),
+                               {installerText(bundle, "product_name")}),
             .message = localizedText(bundle, "agree_information"),
             .buttons = {localizedText(bundle, "agree_button"),
                         localizedText(bundle, "disagree_button")}};

@@ -195,7 +195,7 @@ TEST_F(MainWindowTest, TheStepListIsDarkInADarkWindowAndCanBeReadInBoth) {
     open();
     rows[0]->textField("label")->setColor({0, 0, 0});
     rows[1]->textField("label")->setColor({128, 128, 128});
-    const auto look = [this](int darkest, int lightest) {
+    const auto look = [](int darkest, int lightest) {
         const QColor ground = colorOfPane();
         EXPECT_GE(ground.lightness(), darkest);
         EXPECT_LE(ground.lightness(), lightest);
@@ -256,7 +256,9 @@ TEST_F(MainWindowTest, FromRightToLeftEverythingIsMirrored) {
 TEST_F(MainWindowTest, TheKeyboardGoesThroughEveryPageInTheOrderOfReading) {
     owner.values = {{"enableForward", true},
                     {"enableBackward", true},
-                    {"canConfigurePrismorExternalEditors", true},
+                    {"canSelectAllHosts", true},
+                    {"successfulInstall", true},
+                    {"installedPlaces", std::vector<ListRow>{{.title = "Photoshop"}}},
                     {"hasFailedItems", true},
                     {"installationFailed", true},
                     {"installerLogExists", true}};
@@ -297,7 +299,7 @@ TEST_F(MainWindowTest, TheLabelsAreAsLongAsLongTextsNeed) {
         "Die Software wird in Ordner installiert, die alle Benutzer dieses Computers gemeinsam "
         "verwenden. Möglicherweise werden Sie nach dem Kennwort eines Administrators gefragt. "
         "Das kann einige Minuten dauern; bitte lassen Sie den Computer währenddessen an.";
-    owner.values = {{"mainLabelText", text}, {"informativeText", text}};
+    owner.values = {{"mainLabelText", text}, {"pageText", text}};
     open();
     for (const char* name : {"mainLabel", "informativeLabel"}) {
         const auto& label = named<QLabel>(name);
@@ -306,16 +308,16 @@ TEST_F(MainWindowTest, TheLabelsAreAsLongAsLongTextsNeed) {
 }
 
 TEST_F(MainWindowTest, TheProgressBarStaysInItsPlaceWhileTheTextsAboveItChange) {
-    owner.values["informativeText"] = std::string(400, 'x') + " is two lines long at least.";
+    owner.values["pageText"] = std::string(400, 'x') + " is two lines long at least.";
     open();
     turnTo("installFilesView");
     const QRect before = placeOf(named<QWidget>("installProgress"));
-    owner.change("informativeText", std::string("One line"));
+    owner.change("pageText", std::string("One line"));
     QCoreApplication::processEvents();
     EXPECT_EQ(placeOf(named<QWidget>("installProgress")), before);
     // Another page does not inherit the room.
-    owner.change("informativeText", StyledText::fromPlainText("styled"));
-    owner.change("informativeText", std::string("One line"));
+    owner.change("pageText", StyledText::fromPlainText("styled"));
+    owner.change("pageText", std::string("One line"));
     QCoreApplication::processEvents();
     EXPECT_LT(placeOf(named<QWidget>("installProgress")).top(), before.top());
 }
@@ -338,9 +340,43 @@ TEST_F(MainWindowTest, AFailureIsToldOnlyWhereThereIsOne) {
     }
 }
 
+TEST_F(MainWindowTest, RegisteringIsOfferedRightBelowTheMessageAndOnlyAfterASuccess) {
+    owner.values["informativeText"] = StyledText::fromPlainText("One line.");
+    open();
+    turnTo("registerView");
+    EXPECT_FALSE(named<QWidget>("registerNowButton").isVisible());
+    owner.change("successfulInstall", true);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(named<QWidget>("registerNowButton").isVisible());
+    const int below = placeOf(named<QWidget>("registerNowButton")).top() -
+                      placeOf(named<QWidget>("registerTextView")).bottom();
+    EXPECT_GE(below, 0);
+    EXPECT_LE(below, 24);
+    EXPECT_LE(named<QWidget>("registerTextView").height(), 64);
+}
+
+TEST_F(MainWindowTest, TheListOfEditorsCanAlwaysBeAskedFor) {
+    open();
+    EXPECT_TRUE(named<QWidget>("configurePrismorExternalEditors").isEnabled());
+}
+
+TEST_F(MainWindowTest, WaitingTurnsIntoAGreenCheck) {
+    owner.values["hostIsRunning"] = true;
+    open();
+    turnTo("rtfView");
+    const auto green = [] {
+        const QImage sign = named<QLabel>("waitingSign").pixmap(Qt::ReturnByValue).toImage();
+        const QColor color = sign.pixelColor(sign.width() / 2, sign.height() / 6);
+        return color.alpha() == 255 && color.green() > color.red() && color.green() > color.blue();
+    };
+    EXPECT_FALSE(green());
+    owner.change("hostIsRunning", false);
+    EXPECT_TRUE(green());
+}
+
 TEST_F(MainWindowTest, WhatCarriesNoTextHasANameForScreenReaders) {
     for (const char* key : {"steps_name", "hosts_name", "license_name", "message_name",
-                            "progress_name", "failed_items"}) {
+                            "progress_name", "failed_items", "installed_places"}) {
         bundle.tables["Localizable"][key] = key;
     }
     owner.values = {{"customInstallPathLabelText", std::string("Folder:")},
@@ -371,11 +407,11 @@ TEST_F(MainWindowTest, TheCustomScreenHidesScriptsAndPanelsWhileNoHostHasAny) {
     };
     EXPECT_FALSE(isShown("scriptsOrPanelsLabel"));
     EXPECT_FALSE(isShown("scriptsOrPanelsArrayController"));
-    EXPECT_FALSE(named<QWidget>("installScriptsAndPanelsSwitch").isEnabled());
+    EXPECT_FALSE(isShown("installScriptsAndPanelsSwitch"));
     owner.change("scriptsOrPanelsHostsExsist", true);
     EXPECT_TRUE(isShown("scriptsOrPanelsLabel"));
     EXPECT_TRUE(isShown("scriptsOrPanelsArrayController"));
-    EXPECT_TRUE(named<QWidget>("installScriptsAndPanelsSwitch").isEnabled());
+    EXPECT_TRUE(isShown("installScriptsAndPanelsSwitch"));
     EXPECT_TRUE(named<QLineEdit>("customPathField").isReadOnly());
 }
 

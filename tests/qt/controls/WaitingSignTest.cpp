@@ -1,0 +1,40 @@
+#include <QLabel>
+#include <QPixmap>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include "qt/controls/WaitingSign.h"
+
+namespace {
+
+using namespace installer;
+
+class WaitingSignTest : public testing::Test {
+  protected:
+    QLabel label;
+    WaitingSign* sign = nullptr;
+
+    void SetUp() override {
+        label.setFixedSize(48, 48);
+        sign = new WaitingSign(label);
+    }
+
+    [[nodiscard]] qint64 shown() const { return label.pixmap(Qt::ReturnByValue).cacheKey(); }
+};
+
+TEST_F(WaitingSignTest, MovesWhileItWaitsAndCanBeSeen) {
+    label.show();
+    sign->setWaiting(true);
+    const qint64 first = shown();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() != first; }));
+}
+
+TEST_F(WaitingSignTest, EndsWithACheckMark) {
+    sign->setWaiting(true);
+    sign->setWaiting(false);
+    const QImage seen = label.pixmap(Qt::ReturnByValue).toImage();
+    EXPECT_GT(seen.pixelColor(24, 8).green(), seen.pixelColor(24, 8).red());
+}
+
+}  // namespace
