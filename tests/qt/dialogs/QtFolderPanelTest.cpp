@@ -136,6 +136,20 @@ TEST_F(QtFolderPanelTest, GivesTheFolderItStartsInWhenNoItemIsChosen) {
               path(""));
 }
 
+TEST_F(QtFolderPanelTest, LetsTheUserChooseOneFolderOnly) {
+    EXPECT_EQ(runWithItems(offered,
+                           [](QFileDialog& dialog) {
+                               EXPECT_EQ(dialog.fileMode(), QFileDialog::Directory);
+                               EXPECT_EQ(list(dialog)->selectionMode(),
+                                         QAbstractItemView::SingleSelection);
+                               select(dialog, "Alpha");
+                               select(dialog, "Delta");
+                               EXPECT_EQ(dialog.selectedFiles().size(), 1);
+                               confirmation(dialog)->click();
+                           }),
+              path("Delta"));
+}
+
 TEST_F(QtFolderPanelTest, GivesNothingWhenItIsCancelled) {
     EXPECT_EQ(runWithItems(offered,
                            [](QFileDialog& dialog) {
