@@ -38,6 +38,11 @@ class SearchPaths {
     /// The opposite: the path under which the target volume's own system will know the real
     /// path. A path elsewhere stays as it is.
     [[nodiscard]] virtual std::string asSeenOnTargetVolume(const std::string& path) const = 0;
+
+    /// Whether an entry at the real path would be, or lie in, a folder of the system or somebody
+    /// else's home, as the target volume's own system sees it (`isInSystemFolder`). Such a path is
+    /// no destination, whoever names it.
+    [[nodiscard]] virtual bool isProtected(const std::string& path) const = 0;
 };
 
 }  // namespace installer

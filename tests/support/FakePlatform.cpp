@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/values/SystemFolders.h"
+
 namespace installer::test {
 
 namespace {
@@ -75,6 +77,11 @@ std::string FakeSearchPaths::onTargetVolume(const std::string& path) const {
 
 std::string FakeSearchPaths::asSeenOnTargetVolume(const std::string& path) const {
     return path.starts_with(volume + "/") ? path.substr(volume.size()) : path;
+}
+
+bool FakeSearchPaths::isProtected(const std::string& path) const {
+    const std::vector<std::string> homes = {home.value_or("")};
+    return isInSystemFolder(asSeenOnTargetVolume(path), homes);
 }
 
 std::optional<PreferenceValue> FakePreferencesStore::value(const std::string& domain,

@@ -72,6 +72,7 @@ class FakeSearchPaths : public SearchPaths {
     std::vector<std::string> preferredLanguages() const override { return languages; }
     std::string onTargetVolume(const std::string& path) const override;
     std::string asSeenOnTargetVolume(const std::string& path) const override;
+    bool isProtected(const std::string& path) const override;
 };
 
 class FakePreferencesStore : public PreferencesStore {

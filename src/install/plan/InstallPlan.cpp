@@ -10,6 +10,7 @@
 #include "install/plan/PayloadTrees.h"
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
+#include "ports/SearchPaths.h"
 #include "product/PlugInFilesModel.h"
 
 namespace installer {
@@ -21,6 +22,16 @@ std::span<const PlannedItem> itemsWithHost(const std::vector<PlannedItem>& items
     const auto isOfHost = [host](const PlannedItem& item) { return item.host == host; };
     const auto first = std::find_if(items.begin(), items.end(), isOfHost);
     return {first, std::find_if_not(first, items.end(), isOfHost)};
+}
+
+/// A paths file, a settings file or a payload may name any folder of the machine.
+void refuseItemsInSystemFolders(const SearchPaths& searchPaths, InstallPlan& plan) {
+    const auto firstRefused = std::stable_partition(
+        plan.items.begin(), plan.items.end(),
+        [&](const PlannedItem& item) { return !searchPaths.isProtected(item.destination); });
+    plan.refused.assign(std::make_move_iterator(firstRefused),
+                        std::make_move_iterator(plan.items.end()));
+    plan.items.erase(firstRefused, plan.items.end());
 }
 
 }  // namespace
@@ -52,6 +63,7 @@ InstallPlan makeInstallPlan(Platform& platform, const std::vector<HostModel>& ho
         std::vector<PlannedItem> items = hostItems(platform, trees, hosts[host], host);
         std::move(items.begin(), items.end(), std::back_inserter(plan.items));
     }
+    refuseItemsInSystemFolders(platform.searchPaths, plan);
     return plan;
 }
 

@@ -64,6 +64,9 @@ struct InstallPlan {
     std::vector<HostModel> hosts;    ///< in the order of the run
     std::vector<PlannedItem> items;  ///< the disk mirror's first, then those of each host in turn
     std::vector<LeftOutEntry> leftOut;
+    /// Items whose destination lies in a folder of the system: they are not installed, and the run
+    /// has failed. They are none of `items`.
+    std::vector<PlannedItem> refused;
 
     /// The items of the disk mirror: the packages, then the product folders one after the other.
     [[nodiscard]] std::span<const PlannedItem> mirrorItems() const;

@@ -17,6 +17,12 @@ void logPayloadWarnings(const InstallPlan& plan, SystemLog& log) {
                                    : "This payload item is never installed: %@",
                           {entry.path}));
     }
+    for (const PlannedItem& item : plan.refused) {
+        log.log(
+            formatted("This item is not installed, since its destination is a folder of the "
+                      "system: %@",
+                      {item.destination}));
+    }
 }
 
 }  // namespace installer

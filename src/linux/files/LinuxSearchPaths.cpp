@@ -4,10 +4,12 @@
 #include <system_error>
 #include <utility>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
+#include "foundation/values/SystemFolders.h"
 #include "linux/process/PreferredLanguages.h"
 #include "privileged/system/Accounts.h"
 
@@ -42,6 +44,16 @@ Result<std::string> targetVolumeFrom(const Environment& environment) {
     return withSingleSeparators(volume);
 }
 
+/// Whether what lies below that folder is the user's own business. HOME may name any folder, so an
+/// ordinary user must own it; root may act for the owner of a home, but HOME makes no folder of the
+/// system one.
+bool isOwnHome(const std::string& folder, const UserAccount& account) {
+    struct stat status{};
+    if (::stat(folder.c_str(), &status) != 0) return false;
+    if (account.number != 0) return status.st_uid == account.number;
+    return status.st_uid != 0 || folder == account.home;
+}
+
 /// The path's components without "." and "..", which cannot lead above the first one.
 std::string withoutParentComponents(const std::string& path) {
     std::vector<std::string> kept;
@@ -68,6 +80,9 @@ Result<LinuxSearchPaths> LinuxSearchPaths::fromEnvironment(const Environment& en
     Values values;
     values.home = absolutePath(environment("HOME"));
     if (!values.home) values.home = absolutePath(account.home);
+    for (const auto& home : {values.home, absolutePath(account.home)}) {
+        if (home && isOwnHome(*home, account)) values.ownHomes.push_back(*home);
+    }
     values.dataHome = absolutePath(environment("XDG_DATA_HOME"));
     values.loginName = account.name;
     if (!volume.value().empty()) values.targetVolume = std::move(volume.value());
@@ -110,6 +125,13 @@ std::string LinuxSearchPaths::asSeenOnTargetVolume(const std::string& path) cons
     if (path == volume) return "/";
     if (!path.starts_with(volume + "/")) return path;
     return path.substr(volume.size());
+}
+
+bool LinuxSearchPaths::isProtected(const std::string& path) const {
+    // Those on the running system too: a folder that the user picks may lie there.
+    std::vector<std::string> homes = values_.ownHomes;
+    if (values_.targetVolume) homes.push_back(joinPath("/Users", values_.loginName));
+    return isInSystemFolder(asSeenOnTargetVolume(path), homes);
 }
 
 std::optional<std::string> LinuxSearchPaths::homeFolder() const {

@@ -19,6 +19,7 @@ class LinuxSearchPaths final : public SearchPaths {
   public:
     struct Values {
         std::optional<std::string> home;      ///< absolute; of the running system
+        std::vector<std::string> ownHomes;    ///< what lies below them is never protected
         std::optional<std::string> dataHome;  ///< absolute; where it is not `~/.local/share`
         std::string loginName;
         std::optional<std::string> targetVolume;  ///< absolute
@@ -43,6 +44,7 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::vector<std::string> preferredLanguages() const override;
     [[nodiscard]] std::string onTargetVolume(const std::string& path) const override;
     [[nodiscard]] std::string asSeenOnTargetVolume(const std::string& path) const override;
+    [[nodiscard]] bool isProtected(const std::string& path) const override;
 
     /// Where the user's desktop looks for applications; nullopt if there is no such folder, or if
     /// what is installed belongs to another disk's system.

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include "linux/rights/HelperTrust.h"
@@ -14,6 +15,21 @@
 
 namespace installer {
 namespace {
+
+/// While this object lives, no other process of the same user can take this one's descriptors, and
+/// with them the helper's connection, or read and change its memory. Root and its debuggers can.
+class ClosedToOthers {
+  public:
+    ClosedToOthers() : before_(::prctl(PR_GET_DUMPABLE)) { ::prctl(PR_SET_DUMPABLE, 0); }
+    ~ClosedToOthers() {
+        if (before_ == 1) ::prctl(PR_SET_DUMPABLE, 1);
+    }
+    ClosedToOthers(const ClosedToOthers&) = delete;
+    ClosedToOthers& operator=(const ClosedToOthers&) = delete;
+
+  private:
+    int before_;
+};
 
 class LinuxAuthorization : public Authorization {
   public:
@@ -44,6 +60,7 @@ class LinuxAuthorization : public Authorization {
     AdministratorAccess access_;
     AdministratorMeans means_;
     AdministratorWay way_ = AdministratorWay::none;
+    std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
     std::int32_t refusal_ = 0;
     ProgressSink* progress_ = nullptr;
@@ -63,6 +80,7 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
     // A lost helper is not started again: that could ask the same person a second time.
     if (helper_->isLost()) {
         refusal_ = authorization_status::denied;
+        closed_.reset();
         announce("The privileged helper has ended before its work was done");
     }
     return launch;
@@ -79,6 +97,7 @@ void LinuxAuthorization::startHelper() {
         return;
     }
     if (mayAsk(way_)) announce(access_.reason);
+    closed_.emplace();
     std::optional<TerminalQuestion> question;
     if (mayAsk(way_) && means_.hasTerminal) question.emplace();
     std::optional<TerminalAgent> agent;
@@ -92,6 +111,7 @@ void LinuxAuthorization::startHelper() {
                                 dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);
+    if (!helper_) closed_.reset();
 }
 
 void LinuxAuthorization::setProgressSink(ProgressSink* progress) {

@@ -94,6 +94,8 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
         if (run_.fileOpErrorOccurred || run_.authDenied) break;
         HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
     }
+    // Last, since an item that was not installed keeps the later hosts from being installed into.
+    for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
     if (progress_ && isComplete) progress_->complete();

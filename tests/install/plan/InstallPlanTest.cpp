@@ -80,6 +80,38 @@ class InstallPlanTest : public testing::Test {
     MemoryFileManager& memory = fake.memory;
 };
 
+TEST_F(InstallPlanTest, RefusesWhatWouldGoIntoFoldersOfTheSystemAndKeepsTheRest) {
+    memory.addFile(mirror + "/usr/lib/Evil.plugin/x");
+    memory.addFile(mirror + "/usr/local/Fine.plugin/x");
+    memory.addFile(payload + "/PHOTOSHOP_PLUGINS/x.service");
+    const InstallPlan planned = plan({customFolder("/etc/systemd/system.control"),
+                                      customFolder("/Library/../etc"), customFolder("/Users/other"),
+                                      customFolder("/Users/tester"), customFolder("/Plug-Ins")});
+    const auto pathsOf = [](const std::vector<PlannedItem>& items) {
+        std::vector<std::string> paths;
+        for (const PlannedItem& item : items) paths.push_back(item.destination);
+        return paths;
+    };
+    EXPECT_THAT(
+        pathsOf(planned.items),
+        ElementsAre("/usr/local/Fine.plugin", "/Users/tester/x.service", "/Plug-Ins/x.service"));
+    EXPECT_THAT(pathsOf(planned.refused),
+                ElementsAre("/usr/lib/Evil.plugin", "/etc/systemd/system.control/x.service",
+                            "/Library/../etc/x.service", "/Users/other/x.service"));
+    EXPECT_THAT(planned.itemsOf(4), SizeIs(1));
+    EXPECT_THAT(planned.itemsOf(0), IsEmpty());
+}
+
+TEST_F(InstallPlanTest, RefusesTheFoldersOfTheTargetVolumesOwnSystem) {
+    fake.searchPaths.volume = "/Volumes/Other";
+    memory.addFile(mirror + "/usr/lib/Evil.plugin/x");
+    memory.addFile(mirror + "/Applications/Tool.app/x");
+    const InstallPlan planned = plan();
+    ASSERT_THAT(planned.refused, SizeIs(1));
+    EXPECT_EQ(planned.refused.front().destination, "/Volumes/Other/usr/lib/Evil.plugin");
+    EXPECT_THAT(destinations(), ElementsAre("/Volumes/Other/Applications/Tool.app"));
+}
+
 TEST_F(InstallPlanTest, ListsTheMirrorsPackagesThenTheProductFoldersThenEachHost) {
     memory.addFile(mirror + product + "/Presets/Soft/a", "12");
     memory.addFile(mirror + product + "/Presets/.hidden", "345");

@@ -43,6 +43,14 @@ TEST_F(PayloadWarningsTest, APayloadThatIsInstalledWholeGivesNone) {
     EXPECT_THAT(fake.log.lines, IsEmpty());
 }
 
+TEST_F(PayloadWarningsTest, NameWhatIsNotInstalledIntoAFolderOfTheSystem) {
+    memory.addFile(mirror + "/usr/lib/Evil.plugin/x");
+    log();
+    EXPECT_THAT(fake.log.lines,
+                ElementsAre("This item is not installed, since its destination is a folder of the "
+                            "system: /usr/lib/Evil.plugin"));
+}
+
 TEST_F(PayloadWarningsTest, NamePlainFilesOutsideTheProductFoldersOfTheMirror) {
     memory.addFile(mirror + "/usr/local/lib/x");
     memory.addFile(mirrorSupport + "/Acme/loose.txt");

@@ -24,6 +24,7 @@ Environment environmentOf(std::map<std::string, std::string> variables) {
 LinuxSearchPaths::Values someone() {
     LinuxSearchPaths::Values values;
     values.home = "/home/some one";
+    values.ownHomes = {"/home/some one"};
     values.loginName = "someone";
     return values;
 }
@@ -43,6 +44,37 @@ LinuxSearchPaths fromEnvironment(std::map<std::string, std::string> variables) {
 std::string systemsLoginName() {
     const passwd* entry = ::getpwuid(::geteuid());
     return entry == nullptr ? std::to_string(::geteuid()) : entry->pw_name;
+}
+
+TEST(LinuxSearchPaths, TheSystemsFoldersAreProtectedAndTheUsersHomeIsNot) {
+    const LinuxSearchPaths paths(someone());
+    EXPECT_TRUE(paths.isProtected("/etc/cron.d/x"));
+    EXPECT_TRUE(paths.isProtected("/home/other/x"));
+    EXPECT_FALSE(paths.isProtected("/home/some one/x"));
+    EXPECT_FALSE(paths.isProtected("/Library/x"));
+}
+
+TEST(LinuxSearchPaths, TheSystemsFoldersAreThoseOfTheTargetVolumeWhereverItLies) {
+    for (const std::string volume : {"/vol", "/mnt/vol", "/var/tmp/vol", "/home/other/vol"}) {
+        const LinuxSearchPaths paths = onVolume(volume);
+        EXPECT_TRUE(paths.isProtected(volume + "/etc/cron.d/x")) << volume;
+        EXPECT_TRUE(paths.isProtected(volume + "/Users/other/x")) << volume;
+        EXPECT_TRUE(paths.isProtected(volume)) << volume;
+        EXPECT_FALSE(paths.isProtected(volume + "/Users/someone/x")) << volume;
+        EXPECT_FALSE(paths.isProtected(volume + "/Library/x")) << volume;
+        // What the user has picked outside it.
+        EXPECT_TRUE(paths.isProtected(volume + "/../../../../../etc/x")) << volume;
+        EXPECT_TRUE(paths.isProtected("/etc/x")) << volume;
+        EXPECT_FALSE(paths.isProtected("/home/some one/x")) << volume;
+    }
+}
+
+TEST(LinuxSearchPathsFromEnvironment, HomeMakesNoFolderOfTheSystemADestination) {
+    for (const std::string home : {"/etc", "/usr/lib", "/var/spool", "/"}) {
+        EXPECT_TRUE(fromEnvironment({{"HOME", home}}).isProtected("/etc/x")) << home;
+        EXPECT_TRUE(fromEnvironment({{"HOME", home}}).isProtected("/usr/lib/x")) << home;
+        EXPECT_TRUE(fromEnvironment({{"HOME", home}}).isProtected("/var/spool/x")) << home;
+    }
 }
 
 TEST(LinuxSearchPaths, TheRunningSystemsFoldersHaveNoPrefix) {

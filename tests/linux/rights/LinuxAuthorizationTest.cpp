@@ -14,7 +14,9 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -171,6 +173,50 @@ TEST_F(LinuxAuthorizationTest, AsksNobodyToRunAHelperThatOthersCanChange) {
     EXPECT_TRUE(log().empty());
     ASSERT_EQ(::chmod((folder / "bundle").c_str(), 0755), 0);
     EXPECT_EQ(obtained()->execute("/print", {}).status, 0);
+}
+
+/// Whether another process of this user can take a descriptor out of this process.
+bool canBeRobbed() {
+    const pid_t victim = ::getpid();
+    const pid_t robber = ::fork();
+    if (robber == 0) {
+        const auto process = static_cast<int>(::syscall(SYS_pidfd_open, victim, 0));
+        ::_exit(::syscall(SYS_pidfd_getfd, process, STDERR_FILENO, 0) >= 0 ? 1 : 0);
+    }
+    int status = 0;
+    return ::waitpid(robber, &status, 0) == robber && status != 0;
+}
+
+TEST_F(LinuxAuthorizationTest, NoOtherProcessOfTheUserCanTakeTheConnectionOutOfTheInstaller) {
+    if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to become an ordinary user";
+    usePkexec("shift; exec \"$@\"");
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::setresgid(65534, 65534, 65534) != 0 || ::setresuid(65534, 65534, 65534) != 0) {
+            ::_exit(98);
+        }
+        // A change of user has the same effect; programs that a user starts are open to others.
+        ::prctl(PR_SET_DUMPABLE, 1);
+        if (!canBeRobbed()) ::_exit(97);
+        auto authorization = obtained();
+        if (authorization->execute("/print", {}).status != 0) ::_exit(96);
+        if (canBeRobbed()) ::_exit(95);
+        authorization.reset();
+        ::_exit(canBeRobbed() ? 0 : 94);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == 97) GTEST_SKIP() << "NOT TESTED: this machine allows nobody that";
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST_F(LinuxAuthorizationTest, IsOpenToOthersAgainAfterARefusal) {
+    usePkexec("exit 127");
+    const int before = ::prctl(PR_GET_DUMPABLE);
+    EXPECT_NE(obtained()->execute("/print", {}).status, 0);
+    EXPECT_EQ(::prctl(PR_GET_DUMPABLE), before);
 }
 
 TEST_F(LinuxAuthorizationTest, AsksNobodyWhenItIsRootAlready) {

@@ -132,6 +132,25 @@ class InstallFilesControllerTest : public testing::Test {
 
 // The run, as the quiet installation does it.
 
+TEST_F(InstallFilesControllerTest, AHostInAFolderOfTheSystemIsReportedAndEveryOtherInstalledInto) {
+    const HostModel planted = UnknownHostModel(fake.platform, "/etc/systemd/system.control");
+    controller.install({planted, photoshopHost(), customHost()}, true);
+    EXPECT_THAT(operationsOf(fake),
+                ElementsAreArray(joined({toolOperations(),
+                                         productOperations(),
+                                         editorsOperations(),
+                                         {"remove " + manifest, lsregisterCommand},
+                                         photoshopOperations(),
+                                         customFolderOperations(),
+                                         logOperations()})));
+    EXPECT_FALSE(memory.exists("/etc"));
+    EXPECT_TRUE(controller.fileOpErrorOccurred());
+    EXPECT_THAT(fake.alerts.shown, testing::SizeIs(1));
+    EXPECT_THAT(fake.log.lines, Contains("This item is not installed, since its destination is a "
+                                         "folder of the system: "
+                                         "/etc/systemd/system.control/F.plugin"));
+}
+
 TEST_F(InstallFilesControllerTest, ARunDoesEverythingInAFixedOrder) {
     controller.install({photoshopHost(), customHost()}, true);
     EXPECT_THAT(operationsOf(fake),
