@@ -99,6 +99,21 @@ TEST(TemporaryOfADeadProcess, LinksAndFifosOfSuchANameAreNotTouched) {
     EXPECT_EQ(disk.contents("target"), "kept");
 }
 
+TEST(TemporaryOfADeadProcess, IsLeftToItsOwnerByOrdinaryUsers) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
+    const Disk disk;
+    disk.setMode("", 0777);
+    disk.makeFile(deadName, "of root");
+    EXPECT_EQ(asOrdinaryUser([&] {
+                  clearDeadTemporaries(opened(disk).get());
+                  return std::string();
+              }),
+              "");
+    EXPECT_TRUE(disk.exists(deadName));
+    clearDeadTemporaries(opened(disk).get());
+    EXPECT_FALSE(disk.exists(deadName));
+}
+
 TEST(TemporaryOfADeadProcess, IsLookedForOnceInAFolder) {
     const Disk disk;
     const auto folder = opened(disk);

@@ -38,6 +38,18 @@ TEST(TreeCopyFailure, AnExistingDestinationStaysUntouched) {
     EXPECT_EQ(disk.names().size(), 5U);
 }
 
+TEST(TreeCopyFailure, NothingOfAFolderIsCopiedWhenItsDestinationIsTaken) {
+    const Disk disk;
+    disk.makeFolder("folder");
+    disk.makeFile("folder/file", "new");
+    disk.makeFolder("taken");
+    int steps = 0;
+    EXPECT_EQ(copyTree(disk.path("folder"), disk.path("taken"), LinkPolicy::follow,
+                       [&](std::uint64_t) { ++steps; }),
+              std::errc::file_exists);
+    EXPECT_EQ(steps, 0);
+}
+
 TEST(TreeCopyFailure, RefusesWhatIsNeitherFileNorFolderNorLink) {
     const Disk disk;
     disk.makeFolder("folder");
