@@ -40,7 +40,7 @@ bool FailureReport::installerLogExists() const {
 }
 
 void FailureReport::openInstallerLog() const {
-    // That nothing could open it is in the system log.
+    // A failure to open it is in the system log.
     static_cast<void>(platform_.workspace.openFile(installerLogPath()));
 }
 

@@ -10,7 +10,8 @@ namespace installer {
 class InstallFilesController;
 struct WindowPlatform;
 
-/// What the last page says about a failed installation, and what it offers for finding the cause.
+/// What the last page shows about a failed installation, and the actions that help to find the
+/// cause.
 class FailureReport {
   public:
     /// Both outlive this object.
@@ -21,13 +22,12 @@ class FailureReport {
     [[nodiscard]] std::vector<ListRow> failedItems() const;
     [[nodiscard]] bool hasFailedItems() const;
 
-    /// Why the last run ended early: administrator rights were refused or lost. Empty when it did
-    /// not.
+    /// A text if administrator rights were refused or lost in the last run, else empty.
     [[nodiscard]] std::string failureReason() const;
 
     [[nodiscard]] bool installerLogExists() const;
     void openInstallerLog() const;
-    /// Puts the log's text on the clipboard; a log that cannot be read leaves the clipboard alone.
+    /// Copies the log's text to the clipboard. No-op if the log cannot be read.
     void copyInstallerLog() const;
 
   private:

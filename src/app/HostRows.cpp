@@ -17,7 +17,7 @@ std::string folderOf(const Kind& host) {
     return host.plugInPath();
 }
 
-/// The folder of a host of one of the kinds; empty when it is of another.
+/// The host's folder if the host is of one of the kinds, else empty.
 template <class... Kinds>
 std::string folderOfHost(const HostModel& host) {
     std::string folder;

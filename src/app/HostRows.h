@@ -9,9 +9,9 @@ namespace installer {
 class HostModel;
 class Workspace;
 
-/// The rows of the list of hosts: each host's name, its folder with that folder's icon, and a check
-/// mark for the hosts that the user wants. The folder is the host application's, or the plug-in
-/// folder where there is no application.
+/// The rows of the list of hosts. A row has the host's name, its folder with the folder's icon, and
+/// a check mark if the host is selected. The folder is the application's; for a host without an
+/// application it is the plug-in folder.
 [[nodiscard]] std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts,
                                             Workspace& workspace);
 

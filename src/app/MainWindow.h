@@ -11,8 +11,8 @@ namespace installer {
 
 class Interface;
 
-/// The parts of the main window on which the core acts itself. Each is null when the description
-/// has no such part.
+/// The parts of the main window that the core uses directly. Each is null if the description lacks
+/// it.
 struct MainWindow {
     MainWindow() = default;
     explicit MainWindow(Interface& interface);
@@ -31,14 +31,13 @@ struct MainWindow {
     std::shared_ptr<ProgressIndicator> installProgress;
 };
 
-/// The main window and the views in it without which nobody could go through the wizard.
+/// The main window and the views in it that the wizard cannot work without.
 inline constexpr const char* mainWindowPart = "mainWindow";
 inline constexpr std::array<const char*, 3> neededViewsOfMainWindow = {
     "dynamicView", "forwardButton", "backwardButton"};
 
-/// The name of a part without which nobody could go through the wizard, and which the interface
-/// lacks; none when it has them all. Any other part may be missing: what it would show is not
-/// shown, and the wizard works.
+/// The name of a part that the wizard cannot work without and that the interface lacks; nullopt if
+/// it lacks none. Any other part may be missing: then only its content is not shown.
 [[nodiscard]] std::optional<std::string> missingPartOfMainWindow(Interface& interface);
 
 }  // namespace installer

@@ -37,7 +37,7 @@ std::string outcome(const InstallFilesController& controller, const std::string&
 
 void installQuietly(Platform& platform) {
     InstallFilesController controller(platform);
-    // Whoever starts a quiet installation wants the external editors too: nobody can be asked.
+    // Nobody can be asked, so the external editors are always configured.
     controller.install(foundHosts(HostDiscovery(platform).discoverHosts()), true);
     platform.log.log(outcome(controller, PlugInFilesModel(platform).installerLogPath()));
     platform.notifications.post({applicationWillTerminate, nullptr, {}});

@@ -4,10 +4,9 @@ namespace installer {
 
 struct Platform;
 
-/// Installs into every host that discovery finds, without a window and without a question. How it
-/// went is said in the system log, in the installer log and, for an item that could not be
-/// installed, in an alert; nothing is returned, since the program ends with success whatever
-/// happened.
+/// Installs into every host that discovery finds, without a window and without a question. The
+/// system log and the installer log say how it went; an item that could not be installed is also
+/// shown in an alert. Returns nothing: a quiet run always ends with status 0.
 void installQuietly(Platform& platform);
 
 }  // namespace installer

@@ -38,7 +38,7 @@ namespace {
 
 constexpr const char* launchHelpKey = "launch_help_url";
 
-/// What every change of step may change, in the order in which it is announced.
+/// The properties that every change of step announces, in this order.
 constexpr std::array<const char*, 5> stepProperties = {
     "enableForward", "enableBackward", "mainLabelText", "informativeText", "successfulInstall"};
 
@@ -70,20 +70,17 @@ SetupController::SetupController(WindowPlatform& platform)
     bindOptions();
     bindFailureReport();
     bindActions();
-    observeStateAndAnnouncements();
+    followChanges();
 }
 
 SetupController::~SetupController() = default;
 
-void SetupController::observeStateAndAnnouncements() {
+void SetupController::followChanges() {
     stateChanges_ = platform_.notifications.observe(
         stateDidChangeNotification,
         [this](const Notification& notification) { stateDidChange(notification); });
-    ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
-        if (moment != Moment::didChange) return;
-        propertyDidChange(property);
-        if (property == "copyInProgress") propertyDidChange("canClose");
-    });
+    ownAnnouncements_ = follow(*this);
+    optionAnnouncements_ = follow(options_);
 }
 
 // Start-up
@@ -122,11 +119,7 @@ void SetupController::addStep(const std::shared_ptr<View>& view,
                               const std::shared_ptr<StepController>& withController,
                               const std::shared_ptr<StepModel>& withModel, std::int32_t forStep) {
     steps_.addStep(view, withController, withModel, forStep);
-    if (!withModel) return;
-    modelAnnouncements_[forStep] =
-        withModel->observe([this](Moment moment, std::string_view property) {
-            if (moment == Moment::didChange) propertyDidChange(property);
-        });
+    if (withModel) modelAnnouncements_[forStep] = follow(*withModel);
 }
 
 std::shared_ptr<View> SetupController::getViewForStep(std::int32_t step) const {
@@ -148,16 +141,16 @@ std::shared_ptr<StepIndicator> SetupController::getIndicatorForStep(std::int32_t
 // Navigation
 
 void SetupController::nextView(const void* sender) {
-    // A step lets the window redraw before it asks to move on. Whoever pressed a button just then
-    // has already left it, and must not be carried past the next step as well.
+    // A step lets the window handle events before it asks for the next step. If the user pressed
+    // Continue meanwhile, the step has already been left, and its request must not skip another.
     if (steps_.isControllerOfAnotherStep(sender, stateController_->currentState())) return;
     stateController_->advanceStateWithStepController(currentController().get(), this);
 }
 
 void SetupController::previousView(const void* sender) {
     const auto controller = currentController();
-    // Only a step that has a button of its own can have gone anywhere that the press could lead
-    // back from, so both abilities are asked for.
+    // Both abilities are needed: only a step with a button of its own can have opened a screen of
+    // its own, from which Back returns.
     if (dynamic_cast<HasExtraButton*>(controller.get()) != nullptr) {
         if (auto* step = dynamic_cast<OverridesBackButton*>(controller.get())) {
             bool overridden = false;
@@ -183,11 +176,10 @@ void SetupController::stateDidChange(const Notification& notification) {
     }
     for (const char* property : stepProperties) willChange(property);
     swapSteps(oldState, newState);
-    // Asked now and not before the steps were told: the entered step may have moved on.
+    // Read after the steps were called, since the entered step may have changed the state.
     setGoBackwardsText(viewModel_->goBackwardsText());
     setGoForwardText(viewModel_->goForwardText());
     for (const char* property : stepProperties) didChange(property);
-    refreshWhatNobodyAnnounces();
 }
 
 void SetupController::swapSteps(std::int32_t oldState, std::int32_t newState) {
@@ -204,7 +196,7 @@ void SetupController::swapSteps(std::int32_t oldState, std::int32_t newState) {
 void SetupController::endWizard(std::int32_t state) {
     if (window_.mainWindow) window_.mainWindow->close();
     if (state != step_number::finished || !launchHelpURL_) return;
-    // That nothing could open it is in the system log, and there is no window left to say it in.
+    // A failure is in the system log; the window that could show it is closed.
     static_cast<void>(platform_.workspace.openAddress(helpPageAddress(platform_.bundle)));
 }
 
@@ -305,14 +297,27 @@ std::shared_ptr<StepModel> SetupController::currentModel() const {
 // Options and menus
 
 void SetupController::setIsCustomInstallAllowed(bool allowed) {
-    customInstallAllowed_ = allowed;
-    propertyDidChange("isCustomInstallAllowed");
+    setOption("isCustomInstallAllowed", customInstallAllowed_, allowed);
+}
+
+void SetupController::setCanConfigurePrismorExternalEditors(bool can) {
+    setOption("canConfigurePrismorExternalEditors", configurePrismorExternalEditorsAllowed_, can);
+}
+
+void SetupController::setShouldConfigurePrismorExternalEditors(bool should) {
+    setOption("shouldConfigurePrismorExternalEditors", configurePrismorExternalEditorsShould_,
+              should);
 }
 
 void SetupController::setLaunchHelpURL(bool launch) {
-    launchHelpURL_ = launch;
     BundleUserDefaults(platform_, settingsDomain).setBool(launch, launchHelpKey);
-    propertyDidChange("launchHelpURL");
+    setOption("launchHelpURL", launchHelpURL_, launch);
+}
+
+void SetupController::setOption(const char* property, bool& option, bool value) {
+    options_.willChange(property);
+    option = value;
+    options_.didChange(property);
 }
 
 void SetupController::customInstallMenu(const void* /*sender*/) {
@@ -320,7 +325,7 @@ void SetupController::customInstallMenu(const void* /*sender*/) {
 }
 
 void SetupController::showAbout() {
-    // There is one button, so there is nothing to learn from the answer.
+    // The alert has one button, so the answer is ignored.
     static_cast<void>(platform_.alerts.runModal(aboutAlert(platform_.bundle)));
 }
 

@@ -10,6 +10,7 @@
 #include "app/FailureReport.h"
 #include "app/MainWindow.h"
 #include "app/StepRegistry.h"
+#include "foundation/observers/Observable.h"
 #include "foundation/observers/Subscription.h"
 #include "foundation/text/StyledText.h"
 #include "wizard/BoundObject.h"
@@ -34,13 +35,12 @@ class SetupViewModel;
 struct Notification;
 struct WindowPlatform;
 
-/// The main window's controller: owns every step, swaps them as the state of the wizard changes,
-/// and answers the window's properties and actions by name.
+/// The main window's controller: owns every step, leaves one and enters the next when the state of
+/// the wizard changes, and gives the window its properties and actions by name.
 ///
-/// What it announces itself, and what the steps announce on it, is heard by its observers as an
-/// `Observable`. The window, as an observer of the properties, hears these names too, those that
-/// the steps' models announce, and, when the step has changed, the names of properties that follow
-/// from it and that nobody announces.
+/// Changes are announced on this object, by itself and by the steps. A step's model announces its
+/// own changes on the model. The window follows both, and the changes of the options: it reads
+/// every announced property again.
 class SetupController : public MainController, public BoundObject {
   public:
     /// Makes the steps; the search for hosts blocks as `HostsModel` does. `platform` outlives this
@@ -48,11 +48,11 @@ class SetupController : public MainController, public BoundObject {
     explicit SetupController(WindowPlatform& platform);
     ~SetupController() override;
 
-    /// Takes the window that was made from its description with this object as the owner: enters
-    /// the first step and shows the window. Called once.
+    /// Takes the interface that was loaded with this object as the owner, enters the first step and
+    /// shows the window. Called once.
     void awakeFromNib(std::unique_ptr<Interface> interface);
 
-    // The steps by their numbers; null for what a number does not have.
+    // The steps by their numbers. The look-ups give null for what a step does not have.
     void addStep(const std::shared_ptr<View>& view,
                  const std::shared_ptr<StepController>& withController,
                  const std::shared_ptr<StepModel>& withModel, std::int32_t forStep);
@@ -62,14 +62,15 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] std::shared_ptr<StepIndicator> getIndicatorForStep(std::int32_t step) const;
 
     // Navigation.
-    /// Goes on from the current step; a step that asks for it must be the current one.
+    /// Goes to the next step. No-op if the sender is the controller of a step that is not current.
     void nextView(const void* sender) override;
-    /// A step with an extra button may consume the press.
+    /// Goes back, unless the current step consumes the press. Only a step with an extra button is
+    /// asked for that.
     void previousView(const void* sender);
-    /// The current step's extra button.
+    /// Passes the press on to the current step; no-op if the step has no extra button.
     void subViewButtonPress(const void* sender);
-    /// Leaves the old step and enters the new one. A step may move on while it is entered: the
-    /// inner change is then over before the outer one is.
+    /// Leaves the old step and enters the new one. A step may change the state while it is entered;
+    /// the inner change then ends before the outer one.
     void stateDidChange(const Notification& notification);
 
     // The current step's answers; false in a state without a step.
@@ -79,7 +80,7 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] bool copyInProgress() const;
     [[nodiscard]] bool successfulInstall() const override;
     [[nodiscard]] std::vector<HostModel> foundHosts() const override;
-    /// Empty when one of the hosts cannot be asked.
+    /// Empty if one of the hosts does not have the property "hostIsSelected".
     [[nodiscard]] std::vector<HostModel> selectedHosts() const override;
     void customHostAdded(const HostModel& host) override;
     void customHostRemoved(const HostModel& host) override;
@@ -94,8 +95,9 @@ class SetupController : public MainController, public BoundObject {
     void setGoForwardText(const std::string& text);
     void setGoBackwardsText(const std::string& text);
 
-    // Options. Only the last one is remembered for the next run, and setting it writes it at once.
-    // Setting one announces nothing.
+    // Options. Setting one announces nothing on this object; the window reads it again all the
+    // same. Only `launchHelpURL` is kept for the next run: setting it hands it to the settings
+    // store at once, which writes it to the disk when the application ends.
     [[nodiscard]] bool isCustomInstallAllowed() const override { return customInstallAllowed_; }
     void setIsCustomInstallAllowed(bool allowed) override;
     [[nodiscard]] bool isCustomInstallChosen() const override { return customInstallChosen_; }
@@ -103,15 +105,11 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] bool canConfigurePrismorExternalEditors() const {
         return configurePrismorExternalEditorsAllowed_;
     }
-    void setCanConfigurePrismorExternalEditors(bool can) {
-        configurePrismorExternalEditorsAllowed_ = can;
-    }
+    void setCanConfigurePrismorExternalEditors(bool can);
     [[nodiscard]] bool shouldConfigurePrismorExternalEditors() const override {
         return configurePrismorExternalEditorsShould_;
     }
-    void setShouldConfigurePrismorExternalEditors(bool should) {
-        configurePrismorExternalEditorsShould_ = should;
-    }
+    void setShouldConfigurePrismorExternalEditors(bool should);
     [[nodiscard]] bool customInstallRecommended() const override {
         return isCustomInstallRecommended_;
     }
@@ -128,16 +126,16 @@ class SetupController : public MainController, public BoundObject {
     /// Closes the window, but not in the middle of an installation.
     void quit();
 
-    /// No text that this object guards can be edited; Return in it acts as the forward button.
+    /// Always false: a guarded text cannot be edited. Return in it acts as the forward button.
     [[nodiscard]] bool shouldChangeText(std::string_view replacement) override;
 
   private:
-    void observeStateAndAnnouncements();
+    void followChanges();
     void registerSteps();
     void announce(const char* property);
     void swapSteps(std::int32_t oldState, std::int32_t newState);
     void endWizard(std::int32_t state);
-    void refreshWhatNobodyAnnounces();
+    void setOption(const char* property, bool& option, bool value);
 
     [[nodiscard]] std::shared_ptr<StepController> currentController() const;
     [[nodiscard]] std::shared_ptr<StepModel> currentModel() const;
@@ -168,7 +166,7 @@ class SetupController : public MainController, public BoundObject {
     std::shared_ptr<RunningHostViewModel> hostsRunningModel_;
     std::shared_ptr<RunningHostViewController> hostsRunningController_;
     std::shared_ptr<RegisterModel> registerModel_;
-    // Kept at hand: no step number leads to the launch of Aperture's helper.
+    // In reserve: the Aperture launch is registered under no step number.
     std::shared_ptr<ApertureRunModel> apertureRunModel_;
     std::shared_ptr<ApertureRunController> apertureRunController_;
     FailureReport failureReport_;
@@ -182,9 +180,13 @@ class SetupController : public MainController, public BoundObject {
     bool isCustomInstallRecommended_ = true;
     bool launchHelpURL_ = false;
 
-    // The last to be made and the first to go: these call this object.
+    /// Announces the options to the window.
+    Observable options_;
+
+    // Destroyed before everything else, since these call this object.
     Subscription stateChanges_;
     Subscription ownAnnouncements_;
+    Subscription optionAnnouncements_;
     std::map<std::int32_t, Subscription> modelAnnouncements_;
     std::unique_ptr<Interface> interface_;
 };

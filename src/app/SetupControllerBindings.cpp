@@ -1,4 +1,3 @@
-#include <array>
 #include <variant>
 
 #include "app/HostRows.h"
@@ -17,6 +16,10 @@ namespace installer {
 
 namespace {
 
+/// Announced last in every change of step, and around the installation. So what is read with it is
+/// read again in every step, and when the installation has ended.
+constexpr const char* stepOrOutcome = "successfulInstall";
+
 PropertyValue asPropertyValue(const PlainOrStyledText& text) {
     return std::visit([](const auto& value) { return PropertyValue(value); }, text);
 }
@@ -26,10 +29,10 @@ PropertyValue asPropertyValue(const PlainOrStyledText& text) {
 void SetupController::bindTexts() {
     const Bundle& bundle = platform_.bundle;
     bindProperty("windowTitle", [&bundle] { return windowTitle(bundle); });
-    bindProperty("aboutMenuText", [&bundle] { return aboutMenuText(bundle); });
-    bindProperty("quitMenuText", [&bundle] { return quitMenuText(bundle); });
-    bindProperty("hideMenuText", [&bundle] { return hideMenuText(bundle); });
-    bindProperty("productName", [&bundle] { return productName(bundle); });
+    bindConstant("aboutMenuText", [&bundle] { return aboutMenuText(bundle); });
+    bindConstant("quitMenuText", [&bundle] { return quitMenuText(bundle); });
+    bindConstant("hideMenuText", [&bundle] { return hideMenuText(bundle); });
+    bindConstant("productName", [&bundle] { return productName(bundle); });
     struct LocalizedProperty {
         const char* name;
         const char* key;
@@ -39,12 +42,12 @@ void SetupController::bindTexts() {
           LocalizedProperty{"customInstallButtonText", "custom_install_button"},
           LocalizedProperty{"registerNowText", "register_now"},
           LocalizedProperty{"launchHelpURLString", "launch_help_url_string"}}) {
-        bindProperty(name, [&bundle, textKey = key] { return localizedText(bundle, textKey); });
+        bindConstant(name, [&bundle, textKey = key] { return localizedText(bundle, textKey); });
     }
     bindProperty("mainLabelText", [this] { return mainLabelText(); });
     bindProperty("informativeText", [this] { return asPropertyValue(informativeText()); });
     bindProperty("licenseText", [this] { return licenseText(); });
-    bindProperty("registerText", [this] { return registerText(); });
+    bindConstant("registerText", [this] { return registerText(); });
     bindProperty("goForwardText", [this] { return goForwardText(); });
     bindProperty("goBackwardsText", [this] { return goBackwardsText(); });
 }
@@ -53,35 +56,42 @@ void SetupController::bindStates() {
     bindProperty("enableForward", [this] { return enableForward(); });
     bindProperty("enableBackward", [this] { return enableBackward(); });
     bindProperty("copyInProgress", [this] { return copyInProgress(); });
-    bindProperty("canClose", [this] { return !copyInProgress(); });
+    bindProperty("canClose", [this] { return !copyInProgress(); },
+                 {"copyInProgress", stepOrOutcome});
     bindProperty("successfulInstall", [this] { return successfulInstall(); });
-    bindProperty("backgroundImage", [this] { return backgroundImage(); });
-    bindProperty("backgroundImageName", [this] { return backgroundImageName(); });
+    bindProperty("backgroundImage", [this] { return backgroundImage(); }, {stepOrOutcome});
+    bindProperty("backgroundImageName", [this] { return backgroundImageName(); }, {stepOrOutcome});
     bindList(
         "foundHosts", [this] { return hostRows(foundHosts(), platform_.workspace); },
         [this](std::size_t row, bool checked) { checkHost(row, checked); });
 }
 
 void SetupController::bindOptions() {
-    bindProperty("isCustomInstallAllowed", [this] { return isCustomInstallAllowed(); });
+    // Setting an option makes the window read it again. So does every step: a control that the
+    // user changed although its option can only be shown then shows the option's value.
+    bindProperty("isCustomInstallAllowed", [this] { return isCustomInstallAllowed(); },
+                 {stepOrOutcome});
     bindProperty("canConfigurePrismorExternalEditors",
-                 [this] { return canConfigurePrismorExternalEditors(); });
+                 [this] { return canConfigurePrismorExternalEditors(); }, {stepOrOutcome});
     bindSwitch(
         "shouldConfigurePrismorExternalEditors",
         [this] { return shouldConfigurePrismorExternalEditors(); },
-        [this](bool should) { setShouldConfigurePrismorExternalEditors(should); });
+        [this](bool should) { setShouldConfigurePrismorExternalEditors(should); }, {stepOrOutcome});
     bindSwitch(
         "launchHelpURL", [this] { return launchHelpURL(); },
         [this](bool launch) { setLaunchHelpURL(launch); });
 }
 
 void SetupController::bindFailureReport() {
-    bindProperty("installationFailed", [this] { return installationFailed(); });
-    bindProperty("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
-    bindProperty("failureReason", [this] { return failureReport_.failureReason(); });
-    bindProperty("failedItems", [this] { return failureReport_.failedItems(); });
-    bindProperty("hasFailedItems", [this] { return failureReport_.hasFailedItems(); });
-    bindProperty("installerLogExists", [this] { return failureReport_.installerLogExists(); });
+    bindProperty("installationFailed", [this] { return installationFailed(); }, {stepOrOutcome});
+    bindConstant("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
+    bindProperty("failureReason", [this] { return failureReport_.failureReason(); },
+                 {stepOrOutcome});
+    bindProperty("failedItems", [this] { return failureReport_.failedItems(); }, {stepOrOutcome});
+    bindProperty("hasFailedItems", [this] { return failureReport_.hasFailedItems(); },
+                 {stepOrOutcome});
+    bindProperty("installerLogExists", [this] { return failureReport_.installerLogExists(); },
+                 {stepOrOutcome});
 }
 
 void SetupController::bindActions() {
@@ -98,22 +108,6 @@ void SetupController::bindActions() {
                [this](const void* /*sender*/) { failureReport_.copyInstallerLog(); });
 }
 
-void SetupController::refreshWhatNobodyAnnounces() {
-    static constexpr std::array<const char*, 11> properties = {
-        "backgroundImage",
-        "backgroundImageName",
-        "failedItems",
-        "hasFailedItems",
-        "failureReason",
-        "installationFailed",
-        "installerLogExists",
-        "canClose",
-        "canConfigurePrismorExternalEditors",
-        "shouldConfigurePrismorExternalEditors",
-        "isCustomInstallAllowed"};
-    for (const char* property : properties) propertyDidChange(property);
-}
-
 Image SetupController::backgroundImage() const {
     const auto model = std::dynamic_pointer_cast<HasBackgroundImage>(currentModel());
     return model ? model->backgroundImage() : Image();
@@ -127,7 +121,7 @@ std::string SetupController::backgroundImageName() const {
 }
 
 bool SetupController::installationFailed() const {
-    // Until the run is over it has not failed, whatever the steps before it say.
+    // Before the last step `successfulInstall` is false too, although nothing has failed.
     return stateController_->currentState() == step_number::completion && !successfulInstall();
 }
 

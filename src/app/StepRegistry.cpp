@@ -51,7 +51,7 @@ std::shared_ptr<StepController> StepRegistry::getControllerForStep(std::int32_t 
 
 bool StepRegistry::isControllerOfAnotherStep(const void* object, std::int32_t step) const {
     return std::ranges::any_of(controllerDict_, [&](const auto& entry) {
-        // Controllers have several bases; the address of the whole object identifies one.
+        // A controller has several bases at different addresses: compare the whole object's.
         return entry.first != step && dynamic_cast<const void*>(entry.second.get()) == object;
     });
 }

@@ -13,17 +13,18 @@ class StepModel;
 class View;
 struct WindowPlatform;
 
-/// The wizard's steps by their numbers. A number without a step gives null for everything.
+/// The wizard's steps by their numbers. The look-ups give null for a number without a step.
 class StepRegistry {
   public:
     /// `platform` outlives this object.
     explicit StepRegistry(WindowPlatform& platform) : platform_(platform) {}
 
-    /// Where the steps' views and their rows in the list of steps are put; null for nowhere.
+    /// The parents of the steps' views and of their rows in the list of steps. Null: not added.
     void setParents(std::shared_ptr<View> dynamicView, std::shared_ptr<View> stepIndicatorView);
 
-    /// Registers what the step has of the three. The view is hidden; a step with a model gets a
-    /// row in the list of steps, at the place that its number says, whatever is registered first.
+    /// Registers a step; each of the three may be null. The view is hidden. A step with a model
+    /// gets a row in the list of steps. The row's place depends on the step's number alone, not on
+    /// the order of registration.
     void addStep(const std::shared_ptr<View>& view,
                  const std::shared_ptr<StepController>& withController,
                  const std::shared_ptr<StepModel>& withModel, std::int32_t forStep);

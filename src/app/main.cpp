@@ -47,7 +47,7 @@ std::string program(const std::string& bundleFolder, const std::string& name) {
     return packageProgram(bundleFolder, name).value_or("");
 }
 
-/// Whoever is asked for a password learns first which product asks, and what for.
+/// Tells the user, before a password is asked for, which product asks and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
                                         SystemLog& log) {
     return {.helperPath = program(bundleFolder, "privileged-helper"),
@@ -97,8 +97,8 @@ struct Machine {
     NotificationCenter notifications;
 };
 
-/// Null, with the reason in the log, when the surroundings leave nothing to install or nowhere to
-/// install to.
+/// Null, with the reason in the log, if the executable is in no bundle, or if the environment names
+/// a target volume that is no folder.
 std::unique_ptr<Machine> makeMachine(SystemLog& log) {
     const std::optional<std::string> bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
@@ -171,7 +171,7 @@ class WindowApplication {
         controller.awakeFromNib(std::move(mainWindow));
         window_.run();
         machine_.notifications.post({applicationWillTerminate, nullptr, {}});
-        // What was set through objects that are gone by now.
+        // Also writes the values that were set through objects which no longer exist.
         if (!machine_.preferences.synchronizeAll()) {
             machine_.log.log("The settings could not be saved");
         }
@@ -189,7 +189,7 @@ class WindowApplication {
 
 /// False, with the reason in the log, when no window can be shown.
 bool runInWindow(Machine& machine) {
-    // What opens the window's links needs the window's event loop, so it is there only later.
+    // Links are opened through the workspace, which is made later: it needs the event loop.
     Workspace* workspace = nullptr;
     const auto window = machine.window([&workspace](const std::string& address) {
         if (workspace != nullptr) workspace->openAddress(address);
@@ -229,6 +229,6 @@ int windowMain(SystemLog& log) {
 int main(int argc, char** argv) {
     prepareProcess();
     LinuxSystemLog log("Installer");
-    // Compared as it stands: another letter case, or another place, is not the quiet argument.
+    // An exact comparison of the first argument: no other letter case, no other position.
     return argc >= 2 && argv[1] == quietArgument ? quietMain(log) : windowMain(log);
 }

@@ -1,14 +1,11 @@
 #include "wizard/BoundObject.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace installer {
 
-BoundObject::BoundObject() : handlers_(std::make_shared<Handlers>()) {}
-
 bool BoundObject::hasProperty(std::string_view property) const {
-    return getters_.contains(property);
+    return bindings_.contains(property);
 }
 
 bool BoundObject::hasAction(std::string_view action) const {
@@ -16,8 +13,8 @@ bool BoundObject::hasAction(std::string_view action) const {
 }
 
 PropertyValue BoundObject::valueForProperty(std::string_view property) const {
-    const auto getter = getters_.find(property);
-    return getter == getters_.end() ? PropertyValue() : getter->second();
+    const auto binding = bindings_.find(property);
+    return binding == bindings_.end() ? PropertyValue() : binding->second.getter();
 }
 
 void BoundObject::setValueForProperty(std::string_view property, const PropertyValue& value) {
@@ -33,7 +30,10 @@ void BoundObject::setRowChecked(std::string_view property, std::size_t row, bool
 
 void BoundObject::performAction(std::string_view action, const void* sender) {
     const auto found = actions_.find(action);
-    if (found != actions_.end()) found->second(sender);
+    if (found == actions_.end()) return;
+    // Copied, since the action may destroy this object.
+    const Action perform = found->second;
+    perform(sender);
 }
 
 bool BoundObject::shouldChangeText(std::string_view /*replacement*/) {
@@ -41,38 +41,54 @@ bool BoundObject::shouldChangeText(std::string_view /*replacement*/) {
 }
 
 Subscription BoundObject::observeProperties(std::function<void(std::string_view)> handler) {
-    auto entry = std::make_shared<Handler>(std::move(handler));
-    handlers_->push_back(entry);
-    return Subscription([handlers = std::weak_ptr(handlers_), entry] {
-        if (const auto all = handlers.lock()) std::erase(*all, entry);
-    });
+    return controls_->add(std::move(handler));
 }
 
-void BoundObject::bindProperty(std::string name, Getter getter) {
-    getters_.insert_or_assign(std::move(name), std::move(getter));
+std::vector<BoundObject::BoundProperty> BoundObject::boundProperties() const {
+    std::vector<BoundProperty> properties;
+    for (const auto& [name, binding] : bindings_) properties.push_back({name, binding.isConstant});
+    return properties;
 }
 
-void BoundObject::bindSwitch(std::string name, std::function<bool()> getter, BoolSetter setter) {
+void BoundObject::bindProperty(const std::string& name, Getter getter, const ReadWith& with) {
+    bindings_.insert_or_assign(name, Binding{std::move(getter)});
+    for (const std::string& announced : with) readWith_[announced].push_back(name);
+}
+
+void BoundObject::bindConstant(const std::string& name, Getter getter) {
+    bindings_.insert_or_assign(name, Binding{std::move(getter), true});
+}
+
+void BoundObject::bindSwitch(const std::string& name, std::function<bool()> getter,
+                             BoolSetter setter, const ReadWith& with) {
     switches_.insert_or_assign(name, std::move(setter));
-    bindProperty(std::move(name), std::move(getter));
+    bindProperty(name, std::move(getter), with);
 }
 
-void BoundObject::bindList(std::string name, std::function<std::vector<ListRow>()> getter,
+void BoundObject::bindList(const std::string& name, std::function<std::vector<ListRow>()> getter,
                            RowSetter setter) {
     lists_.insert_or_assign(name, std::move(setter));
-    bindProperty(std::move(name), std::move(getter));
+    bindProperty(name, std::move(getter));
 }
 
 void BoundObject::bindAction(std::string name, Action action) {
     actions_.insert_or_assign(std::move(name), std::move(action));
 }
 
-void BoundObject::propertyDidChange(std::string_view property) {
-    // A handler may subscribe or unsubscribe others; those that left meanwhile are not called.
-    const Handlers handlers = *handlers_;
-    for (const auto& handler : handlers) {
-        if (std::ranges::find(*handlers_, handler) != handlers_->end()) (*handler)(property);
+Subscription BoundObject::follow(Observable& source) {
+    return source.observe([this](Observable::Moment moment, std::string_view property) {
+        if (moment == Observable::Moment::didChange) makeControlsRead(property);
+    });
+}
+
+void BoundObject::makeControlsRead(std::string_view property) {
+    std::vector<std::string> names{std::string(property)};
+    if (const auto others = readWith_.find(property); others != readWith_.end()) {
+        names.insert(names.end(), others->second.begin(), others->second.end());
     }
+    // A handler may destroy this object: from here on only the copies are used.
+    const std::shared_ptr<Controls> controls = controls_;
+    for (const std::string& name : names) controls->call(name);
 }
 
 }  // namespace installer

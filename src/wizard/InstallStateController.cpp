@@ -12,15 +12,15 @@ constexpr std::int32_t forward = 1;
 constexpr std::int32_t backward = -1;
 
 std::int32_t stateAfter(std::int32_t state) {
-    // The end of the installation leads to the completion, by a rule of its own: it must go on
-    // doing so when a step is put between the two numbers.
+    // A rule of its own, although the numbers follow each other: the installation leads to the
+    // completion even if a step is added between the two.
     if (state == step_number::fileInstallation) return step_number::completion;
     return state + 1;
 }
 
 std::int32_t stateBefore(std::int32_t state) {
-    // What was installed is done: the way back leads to the choice of hosts, so that the user can
-    // install once more, and not into the middle of the finished run.
+    // The installation is over. Back leads to the host selection, where the user can start another
+    // one, and not into the steps of the finished one.
     if (state == step_number::completion) return step_number::hostSelection;
     if (state == step_number::licenseAgreement) return step_number::notStarted;
     return state - 1;
@@ -46,8 +46,8 @@ void InstallStateController::advanceStateWithStepController(StepController* step
 
 void InstallStateController::retreatStateWithStepController(StepController* stepController,
                                                             MainController* /*mainController*/) {
-    // Remembered before the step is asked, unlike above: a step that moves the wizard itself while
-    // it is asked does not change where this press of the button leads.
+    // Read before the step is asked, unlike above: even if the step changes the state in
+    // `canProceed`, this press of the button leads back from the state in which it was pressed.
     const std::int32_t oldState = currentState_;
     if (stepController == nullptr || !stepController->canProceed(backward)) return;
     currentState_ = stateBefore(oldState);

@@ -16,15 +16,15 @@ struct Platform;
 inline constexpr const char* stateDidChangeNotification = "stateDidChange";
 inline constexpr const char* oldStateKey = "oldState";
 
-/// Decides which step of the wizard is current. Observers of `stateDidChangeNotification` have been
-/// told when an operation returns.
+/// Decides which step of the wizard is current. Every operation that changes the state posts
+/// `stateDidChangeNotification` before it returns.
 class InstallStateController {
   public:
     /// A wizard that has not started.
     InstallStateController(const Platform& platform, std::int32_t installType);
 
-    /// Enters the first step, whatever the state was; no step is asked, and the state before is
-    /// always told as `notStarted`.
+    /// Enters the first step from any state, without asking a step. The notification gives
+    /// `notStarted` as the old state, whatever it was.
     void gotoStartingState(const void* sender);
 
     /// Goes one step forward, unless the current step's controller vetoes it. Without a controller
@@ -39,7 +39,7 @@ class InstallStateController {
 
     [[nodiscard]] std::int32_t currentState() const { return currentState_; }
 
-    /// The kind of installation that the maker of this object named. No rule depends on it.
+    /// The number that the constructor was given. No rule depends on it.
     [[nodiscard]] std::int32_t installType() const { return installType_; }
 
   private:

@@ -12,7 +12,7 @@ class HostModel;
 /// properties on it, by name.
 class MainController : public Observable {
   public:
-    /// All hosts that are offered, and those of them that the user wants, in list order.
+    /// All hosts of the list, and those of them that the user has selected, in list order.
     [[nodiscard]] virtual std::vector<HostModel> foundHosts() const = 0;
     [[nodiscard]] virtual std::vector<HostModel> selectedHosts() const = 0;
 
@@ -21,15 +21,14 @@ class MainController : public Observable {
     /// The last run of the install step has ended without a failed item and without a refusal.
     [[nodiscard]] virtual bool successfulInstall() const = 0;
 
-    // Options of the host-selection step. Setting one announces nothing.
+    // Options of the host-selection step. Setting one announces nothing on this object.
     [[nodiscard]] virtual bool isCustomInstallAllowed() const = 0;
     virtual void setIsCustomInstallAllowed(bool allowed) = 0;
     [[nodiscard]] virtual bool isCustomInstallChosen() const = 0;
     virtual void setIsCustomInstallChosen(bool chosen) = 0;
     [[nodiscard]] virtual bool customInstallRecommended() const = 0;
 
-    /// Puts a host that the user made into the list of found hosts and selects its row, or takes
-    /// it out again.
+    /// Adds the custom folder's host to the list of found hosts and selects its row; removes it.
     virtual void customHostAdded(const HostModel& host) = 0;
     virtual void customHostRemoved(const HostModel& host) = 0;
 

@@ -8,9 +8,9 @@ class Bundle;
 
 /// The texts of the two buttons that go through the wizard, in the user's language.
 struct NavigationTexts {
-    std::string continue_string;  ///< "can't find" when the bundle has none, so that it is noticed
+    std::string continue_string;  ///< "can't find" if the bundle lacks it, so that this is noticed
     std::string quit_string;
-    std::string install_again;  ///< shown nowhere: the completion step disables its back button
+    std::string install_again;  ///< never shown: the completion step disables the back button
     std::string go_back;
     std::string finish_string;
 

@@ -23,8 +23,8 @@ class SetupViewModel {
     [[nodiscard]] std::string goForwardText() const;
     [[nodiscard]] std::string goBackwardsText() const;
 
-    // Asked for by nobody: the heading and the buttons' states are the current step's. The answers
-    // are such that a control bound to them by mistake shows it.
+    // Not in use: the window shows the heading and the buttons' states of the current step. The
+    // values are fixed, so a control that is bound to one of them by mistake is noticed.
     [[nodiscard]] std::string mainLabelText() const { return "bogus"; }
     [[nodiscard]] bool isForwardEnabled() const { return false; }
     [[nodiscard]] bool isBackEnabled() const { return false; }

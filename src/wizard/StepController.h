@@ -18,14 +18,16 @@ class StepController {
     [[nodiscard]] virtual bool enableForward() const = 0;
     [[nodiscard]] virtual bool enableBackward() const = 0;
 
-    /// Asked before the state changes, with +1 or -1; false vetoes the change.
+    /// Called before the state changes, with +1 or -1; false vetoes the change.
     [[nodiscard]] virtual bool canProceed(std::int32_t direction) = 0;
 
-    /// Told to the step that is being left, after the state has changed: new state minus old.
+    /// Called on the step that is left, after the state has changed. The direction is the new
+    /// state minus the old one.
     virtual void didProceed(std::int32_t direction) = 0;
 
-    /// Told to the step that is being entered: new state minus old. The step shares the model and
-    /// the view until it is left; the main controller outlives it.
+    /// Called on the step that is entered, after `didProceed` of the other one. The direction is
+    /// the new state minus the old one. The step shares the model and the view until it is left;
+    /// the main controller outlives the step.
     virtual void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
                                    MainController* mainController, std::int32_t direction) = 0;
 };

@@ -41,7 +41,7 @@ void StepIndicator::placeInParentView(const std::shared_ptr<View>& parentView,
                                       Point withPlacement) {
     if (parentView && stepIndicatorView_) {
         const Size size{parentView->size().width, stepIndicatorView_->size().height};
-        // A frame is a place in a parent, so the row has its parent first.
+        // The frame is relative to the parent, so the row is added first.
         parentView->addSubview(stepIndicatorView_);
         stepIndicatorView_->setFrame(withPlacement, size);
         stepIndicatorView_->setHidden(false);

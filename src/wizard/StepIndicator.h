@@ -13,8 +13,8 @@ namespace installer {
 class Interface;
 struct WindowPlatform;
 
-/// One row of the list of steps: a dot and the step's label. Its description binds nothing to
-/// properties: what the row shows is set here.
+/// One row of the list of steps: a dot and the step's label. Its description has no bindings: this
+/// class sets what the row shows.
 class StepIndicator : public BoundObject {
   public:
     /// A row that is not in the window yet; null when its description cannot be loaded.
@@ -22,12 +22,11 @@ class StepIndicator : public BoundObject {
 
     ~StepIndicator() override;
 
-    /// Puts the row into the list, as wide as the list is, with its lower left corner at the
-    /// point. It is not that of the current step, whichever step that is. Without a list nothing
-    /// is shown.
+    /// Adds the row to the list, as wide as the list, with its lower left corner at the point. The
+    /// row is shown as one of a step that is not current. A null list shows nothing.
     void placeInParentView(const std::shared_ptr<View>& parentView, Point withPlacement);
 
-    /// Without a text the row keeps the label that it has.
+    /// nullopt leaves the label as it is.
     void setText(const std::optional<std::string>& text);
 
     void setCurrentStep(bool isCurrent);

@@ -12,7 +12,7 @@ namespace installer {
 /// The texts of one step. Announces changes of its own properties.
 class StepModel : public Observable {
   public:
-    /// The heading above the step's view; none when the step has no text at all.
+    /// The heading above the step's view; nullopt when the step has none.
     [[nodiscard]] virtual std::optional<std::string> mainLabelText() const = 0;
     /// The step's label in the list of steps.
     [[nodiscard]] virtual std::string stepIndicatorLabelText() const = 0;

@@ -4,9 +4,9 @@
 
 namespace installer {
 
-/// The wizard's states. Those with a step of their own are the number under which it is registered.
+/// The wizard's states. The state of a step is the number under which the step is registered.
 namespace step_number {
-inline constexpr std::int32_t notStarted = -1;  ///< also: given up by going back from the licence
+inline constexpr std::int32_t notStarted = -1;  ///< also after Back in the licence step
 inline constexpr std::int32_t licenseAgreement = 0;
 inline constexpr std::int32_t hostSelection = 1;
 inline constexpr std::int32_t runningHostCheck = 2;

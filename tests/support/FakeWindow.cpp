@@ -1,15 +1,10 @@
 #include "tests/support/FakeWindow.h"
 
-#include <algorithm>
-
 namespace installer::test {
 
 void FakeWorkspace::end(const std::string& name) {
     std::erase(running, name);
-    const auto handlers = *handlers_;
-    for (const auto& handler : handlers) {
-        if (std::ranges::find(*handlers_, handler) != handlers_->end()) (*handler)(name);
-    }
+    terminations_.call(name);
 }
 
 bool FakeWorkspace::openAddress(const std::string& address) {
@@ -22,12 +17,9 @@ bool FakeWorkspace::openFile(const std::string& path) {
     return canOpen;
 }
 
-Subscription FakeWorkspace::onApplicationTerminated(Handler handler) {
-    auto entry = std::make_shared<Handler>(std::move(handler));
-    handlers_->push_back(entry);
-    return Subscription([handlers = std::weak_ptr(handlers_), entry] {
-        if (const auto all = handlers.lock()) std::erase(*all, entry);
-    });
+Subscription FakeWorkspace::onApplicationTerminated(
+    std::function<void(const std::string& name)> handler) {
+    return terminations_.add(std::move(handler));
 }
 
 std::unique_ptr<LaunchedApplication> FakeWorkspace::launchHidden(

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/observers/ObserverList.h"
 #include "ports/window/Clipboard.h"
 #include "ports/window/FolderPanel.h"
 #include "ports/window/InterfaceLoader.h"
@@ -175,7 +176,7 @@ class FakeWorkspace : public Workspace {
 
     /// The application ends: it is gone from `running`, and then whoever observes is told.
     void end(const std::string& name);
-    [[nodiscard]] bool isObserved() const { return !handlers_->empty(); }
+    [[nodiscard]] bool isObserved() const { return !terminations_.isEmpty(); }
 
     bool openAddress(const std::string& address) override;
     bool openFile(const std::string& path) override;
@@ -188,10 +189,8 @@ class FakeWorkspace : public Workspace {
     Image iconOfFile(const std::string& path) override;
 
   private:
-    using Handler = std::function<void(const std::string&)>;
     std::vector<std::string>& journal_;
-    std::shared_ptr<std::vector<std::shared_ptr<Handler>>> handlers_ =
-        std::make_shared<std::vector<std::shared_ptr<Handler>>>();
+    ObserverList<const std::string&> terminations_;
 };
 
 /// A whole platform with a window, of fakes.

@@ -1,20 +1,18 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "foundation/observers/Subscription.h"
+#include "foundation/observers/ObserverList.h"
 
 namespace installer {
 
-/// Something that happened, told to whoever observes its name.
+/// An event with a name, a sender and some numbers.
 struct Notification {
     std::string name;
-    /// The object that posted it; observers compare it or cast it back to the type they know.
+    /// The object that posted it. An observer compares it, or casts it to the type that posts
+    /// notifications of this name.
     const void* sender = nullptr;
     std::map<std::string, std::int32_t> userInformation = {};
 };
@@ -22,25 +20,22 @@ struct Notification {
 /// Posted once when the application is about to end.
 inline constexpr const char* applicationWillTerminate = "applicationWillTerminate";
 
-/// The application's notification centre. `post` calls every observer of the name before it
-/// returns, in the order in which they subscribed; an observer that subscribes or unsubscribes
-/// meanwhile does not disturb the others. Main thread only.
+/// The application's notification centre. `post` calls every observer of the notification's name
+/// before it returns, in the order in which they subscribed. Observers may do in their call what
+/// `ObserverList` allows. Main thread only.
 class NotificationCenter {
   public:
-    using Observer = std::function<void(const Notification&)>;
+    using Observers = ObserverList<const Notification&>;
+    using Observer = Observers::Observer;
 
-    NotificationCenter();
-
-    /// Calls `observer` for every notification of that name until the handle is destroyed. The
-    /// handle may outlive the centre.
-    [[nodiscard]] Subscription observe(std::string name, Observer observer);
+    /// Calls `observer` for every notification of that name until the subscription is destroyed.
+    /// The subscription may outlive the centre.
+    [[nodiscard]] Subscription observe(const std::string& name, Observer observer);
 
     void post(const Notification& notification);
 
   private:
-    struct Entry;
-    using Entries = std::vector<std::shared_ptr<Entry>>;
-    std::shared_ptr<Entries> entries_;
+    std::map<std::string, Observers> observers_;  ///< by the name of the notification
 };
 
 }  // namespace installer

@@ -60,7 +60,7 @@ std::vector<std::string> RunningApplications::scan() {
 
 Subscription RunningApplications::onTerminated(
     std::function<void(const std::string& name)> handler) {
-    return handlers_.add(std::move(handler));
+    return observers_.add(std::move(handler));
 }
 
 void RunningApplications::watch(FileDescriptor process, const std::string& name) {
@@ -75,7 +75,7 @@ void RunningApplications::ended(int process) {
     // A handler may scan anew, and may end this object's life.
     const std::string name = node.mapped().name;
     node.mapped().end.cancel();
-    handlers_.call(name);
+    observers_.call(name);
 }
 
 }  // namespace installer

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "foundation/observers/ObserverList.h"
 #include "foundation/observers/Subscription.h"
-#include "linux/process/Handlers.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer {
@@ -48,7 +48,7 @@ class RunningApplications {
     Bundles& bundles_;
     int descriptorLimit_;
     std::map<int, Watched> watched_;  ///< by descriptor
-    Handlers<std::string> handlers_;
+    ObserverList<std::string> observers_;
 };
 
 }  // namespace installer

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "linux/process/Handlers.h"
+#include "foundation/observers/ObserverList.h"
 #include "privileged/system/FileDescriptor.h"
 #include "privileged/system/Spawn.h"
 
@@ -28,7 +28,7 @@ struct Reader {
     FileDescriptor descriptor;
     bool armed = false;
     bool atEnd = false;
-    Handlers<> handlers;
+    ObserverList<> observers;
     Subscription watched;
 
     [[nodiscard]] bool readable() const {
@@ -57,7 +57,7 @@ class LinuxChildProcess : public ChildProcess {
     [[nodiscard]] std::string availableData(Pipe pipe) override;
 
     [[nodiscard]] Subscription onDataAvailable(Pipe pipe, std::function<void()> handler) override {
-        return reader(pipe).handlers.add(std::move(handler));
+        return reader(pipe).observers.add(std::move(handler));
     }
     [[nodiscard]] Subscription onTerminated(std::function<void()> handler) override {
         return termination_.add(std::move(handler));
@@ -78,7 +78,7 @@ class LinuxChildProcess : public ChildProcess {
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
     Reader standardOutput_;
     Reader standardError_;
-    Handlers<> termination_;
+    ObserverList<> termination_;
     pid_t process_ = -1;
     FileDescriptor processEnd_;
     Subscription endWatched_;
@@ -131,7 +131,7 @@ void LinuxChildProcess::watchData(Reader& reader) {
 void LinuxChildProcess::notifyOfData(Reader& reader) {
     if (!std::exchange(reader.armed, false)) return;
     reader.watched.cancel();
-    reader.handlers.call();
+    reader.observers.call();
 }
 
 void LinuxChildProcess::processEnded() {

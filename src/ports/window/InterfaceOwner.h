@@ -47,8 +47,9 @@ class InterfaceOwner {
     /// Asked when the user types into a text that this object guards: whether the text may change.
     [[nodiscard]] virtual bool shouldChangeText(std::string_view replacement) = 0;
 
-    /// Calls `handler` with the name of every property that has just changed, whichever object
-    /// announced it, until the handle is destroyed.
+    /// Calls `handler` with the name of every property that may have just changed, so that its
+    /// controls read it again, until the subscription is destroyed. The handler may unsubscribe
+    /// itself and others, and destroy this object.
     [[nodiscard]] virtual Subscription observeProperties(
         std::function<void(std::string_view property)> handler) = 0;
 };

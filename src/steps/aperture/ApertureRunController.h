@@ -10,9 +10,9 @@ namespace installer {
 class ApertureRunModel;
 struct WindowPlatform;
 
-/// A step for after an installation into Aperture: when the user goes on, the stand-alone
-/// application that was installed is started once without a window, so that it sets itself up, and
-/// ended again. The wizard has no place for it at present.
+/// A step to follow an installation into Aperture. When the user leaves it, it launches the
+/// installed stand-alone application without a window, so that this sets itself up, and ends it
+/// again. In reserve: the wizard registers this step under no number.
 class ApertureRunController : public StepController {
   public:
     /// The platform outlives this object.
@@ -21,7 +21,7 @@ class ApertureRunController : public StepController {
     [[nodiscard]] bool enableForward() const override { return enableForward_; }
     [[nodiscard]] bool enableBackward() const override { return enableBackward_; }
     [[nodiscard]] bool canProceed(std::int32_t /*direction*/) override { return true; }
-    /// Blocks for two seconds when the application could be started, in either direction.
+    /// Launches the application, whatever the direction, and blocks for two seconds if that worked.
     void didProceed(std::int32_t direction) override;
     void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
                            MainController* mainController, std::int32_t direction) override;

@@ -52,7 +52,7 @@ void RegisterController::chooseText() {
 }
 
 void RegisterController::buttonPressed(const void* /*sender*/) {
-    // An address that nothing can open is in the system log; the wizard does not depend on it.
+    // A failure to open the page is in the system log and does not concern the wizard.
     static_cast<void>(
         platform_.workspace.openAddress(localizedText(platform_.bundle, "register_url")));
 }

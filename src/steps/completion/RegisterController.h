@@ -10,14 +10,16 @@ namespace installer {
 class RegisterModel;
 struct WindowPlatform;
 
-/// The completion step: says how the installation went, and offers to open the maker's page.
+/// The completion step, which is the last page: shows how the installation went, and offers to open
+/// the maker's page.
 class RegisterController : public StepController, public HasExtraButton {
   public:
     /// `platform` outlives this object.
     explicit RegisterController(WindowPlatform& platform) : platform_(platform) {}
 
     [[nodiscard]] bool enableForward() const override { return true; }
-    /// What is installed is installed: no button leads back.
+    /// Always false: the back button is disabled. `canProceed` would allow the way back, which
+    /// `InstallStateController` leads to the host selection.
     [[nodiscard]] bool enableBackward() const override { return false; }
     [[nodiscard]] bool canProceed(std::int32_t direction) override;
     void didProceed(std::int32_t direction) override;

@@ -10,7 +10,7 @@ namespace installer {
 
 namespace {
 
-/// The bundle's picture of that name, of whichever type the maker drew it in.
+/// The bundle's picture of that name, of whichever type the bundle has.
 Image namedImage(const Bundle& bundle, const std::string& name) {
     for (const char* type : {"png", "tiff", "svg"}) {
         if (const auto path = bundle.resourcePath(name, type)) return {*path};

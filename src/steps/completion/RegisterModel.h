@@ -10,8 +10,8 @@ namespace installer {
 
 struct Platform;
 
-/// What the last page says: that the installation succeeded, or that it failed. Which of the two
-/// is chosen when the step is entered; until then the page says neither.
+/// The texts and the picture of the last page, for success or for failure. The controller chooses
+/// one of the two at each entry; before the first one the explanation is empty.
 class RegisterModel : public StepModel, public HasBackgroundImage {
   public:
     /// Reads the texts. `platform` outlives this object.
@@ -25,7 +25,7 @@ class RegisterModel : public StepModel, public HasBackgroundImage {
 
     [[nodiscard]] bool indicateFailure() const { return indicateFailure_; }
 
-    // Neither announces anything: whoever enters the step does.
+    // Neither announces anything: the caller does.
     void useFailText();
     void useRegisterText();
 

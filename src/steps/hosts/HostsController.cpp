@@ -30,37 +30,37 @@ void setHidden(const std::shared_ptr<View>& view, bool hidden) {
 HostsController::HostsController(WindowPlatform& platform)
     : platform_(platform), defaults_(platform, settingsDomain) {
     bindControls();
-    ownAnnouncements_ = observe([this](Moment moment, std::string_view property) {
-        if (moment == Moment::didChange) propertyDidChange(property);
-    });
+    ownAnnouncements_ = follow(*this);
 }
 
 HostsController::~HostsController() = default;
 
 void HostsController::bindControls() {
-    const auto bindText = [this](std::string name, std::string (HostsController::*text)() const) {
-        bindProperty(std::move(name), [this, text] { return PropertyValue((this->*text)()); });
+    const auto bindText = [this](const char* name, std::string (HostsController::*text)() const) {
+        bindConstant(name, [this, text] { return PropertyValue((this->*text)()); });
     };
-    bindText("customPath", &HostsController::customPath);
+    bindProperty("customPath", [this] { return PropertyValue(customPath()); });
+    // The screen is loaded, and its controls read these texts, while the model is there.
     bindText("customInstallPathLabelText", &HostsController::customInstallPathLabelText);
     bindText("customInstallBrowseButtonText", &HostsController::customInstallBrowseButtonText);
     bindText("customInstallCheckBoxText", &HostsController::customInstallCheckBoxText);
     bindText("customInstallHostsExplanationText",
              &HostsController::customInstallHostsExplanationText);
+    // Only their own check boxes change these two, so nobody announces them.
     bindSwitch(
         "installScriptsAndPanelsChosen", [this] { return installScriptsAndPanelsChosen_; },
         [this](bool chosen) { setInstallScriptsAndPanelsChosen(chosen); });
     bindSwitch(
         "installPluginForCustomInstall", [this] { return installPluginForCustomInstall_; },
         [this](bool install) { setInstallPluginForCustomInstall(install); });
-    bindProperty("scriptsOrPanelsHosts", [this] {
+    bindConstant("scriptsOrPanelsHosts", [this] {
         std::vector<ListRow> rows;
         for (const HostModel& host : scriptsOrPanelsHosts()) {
             rows.push_back({.title = host.hostName()});
         }
         return PropertyValue(std::move(rows));
     });
-    bindProperty("scriptsOrPanelsHostsExsist",
+    bindConstant("scriptsOrPanelsHostsExsist",
                  [this] { return PropertyValue(scriptsOrPanelsHostsExsist()); });
     bindAction("browseButtonPressed", [this](const void* sender) { browseButtonPressed(sender); });
 }
@@ -86,7 +86,7 @@ void HostsController::didEnterWithModel(std::shared_ptr<StepModel> model,
     const std::vector<HostModel> found = mainController->foundHosts();
     if (found.empty() && !mainController->isCustomInstallAllowed() &&
         !mainController->customInstallRecommended()) {
-        // This step is left inside the call, and has then let go of its view.
+        // The call leaves this step, which releases `view_`; hence the argument.
         mainController->nextView(this);
         setHidden(view, true);
         return;
@@ -112,7 +112,7 @@ void HostsController::didProceed(std::int32_t /*direction*/) {
 }
 
 void HostsController::finishCustomHost(UnknownHostModel& host) {
-    // No host ever offers its scripts and panels, so a custom folder gets none, chosen or not.
+    // There are never scripts or panels to copy, so both flags are cleared even if chosen.
     host.setShouldInstallPanels(false);
     host.setShouldInstallScripts(false);
     if (!installPluginForCustomInstall_) host.setShouldInstallPlugIns(false);
@@ -130,7 +130,7 @@ void HostsController::startWithCustomScreen() {
         showCustomScreen();
         return;
     }
-    // As if the user came from the host list, which is what stays when there is no custom screen.
+    // The host list is shown first: it stays if the custom screen cannot be loaded.
     showHostList();
     goToCustomScreen();
 }
@@ -193,8 +193,8 @@ void HostsController::proceedInBranch(std::int32_t /*direction*/) {
         showHostList();
         if (mainController_ != nullptr) mainController_->setIsCustomInstallChosen(false);
     } else {
-        // Without the other screen nothing has changed: the announcements stay open on purpose,
-        // so that no control is told to read anything anew.
+        // Deliberate: without the other screen nothing has changed, so the did-change calls are
+        // left out and no control reads its property again.
         if (!customInstallView_ && !loadCustomScreen()) return;
         showCustomScreen();
     }
@@ -243,7 +243,7 @@ bool HostsController::panelShouldShowFilename(const std::string& path) const {
     const Result<FileAttributes> item = platform_.files.attributes(path);
     if (!item) return false;
     const FileType type = item.value().type;
-    // Only reading it tells what a link leads to.
+    // Only listing it shows whether a link leads to a folder.
     const bool isFolder =
         type == FileType::folder ||
         (type == FileType::symbolicLink && static_cast<bool>(platform_.files.list(path)));

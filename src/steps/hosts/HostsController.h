@@ -22,9 +22,9 @@ struct FolderRequest;
 struct WindowPlatform;
 
 /// The host-selection step. It has two screens: the list of the hosts that were found, and the
-/// custom install, where the user picks any folder to receive the plug-in. While the second one is
-/// in use, that folder is a host of its own in the list, and the only selected one. Announces
-/// changes of its own properties; those of "enableForward" on the main controller. Main thread
+/// custom install, where the user picks any folder to receive the plug-in. While the custom install
+/// is in use, its folder is a host in the list and the only selected one. Announces changes of
+/// "enableForward" on the main controller, and those of its own properties on itself. Main thread
 /// only.
 class HostsController : public StepController,
                         public HasExtraButton,
@@ -46,45 +46,48 @@ class HostsController : public StepController,
     [[nodiscard]] bool enableForward() const override;
     [[nodiscard]] bool enableBackward() const override { return enableBackward_; }
     [[nodiscard]] bool canProceed(std::int32_t /*direction*/) override { return true; }
-    /// Settles what is installed into the selected custom folder, and remembers the folder for the
-    /// next run.
+    /// Remembers the selected custom folder for the next run, and sets the folder's flags of what
+    /// to install. The flags are not in force: no part of the installation reads them.
     void didProceed(std::int32_t direction) override;
-    /// Shows the custom install at once when there is nothing else to choose. Moves on to the next
-    /// step when there is nothing to choose at all, whatever the direction.
+    /// Shows the custom install at once if the list is empty or has only the custom folder's host.
+    /// If the list is empty and the custom install is neither allowed nor recommended, goes to the
+    /// next step, whatever the direction.
     void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
                            MainController* mainController, std::int32_t direction) override;
     void buttonPressed(const void* sender) override;
-    /// Consumes the press on the custom install, which it leaves.
+    /// On the custom install: returns to the host list and consumes the press.
     void overrideBackButton(const void* sender, bool& overridden) override;
 
-    /// Makes the custom folder a host, the only selected one, and shows its screen. Without a
-    /// usable interface description the screen stays, while the host is there all the same.
+    /// Adds a host for the custom folder, the only selected one, and shows the custom install. If
+    /// its interface cannot be loaded, the host list stays on screen and the host is added anyway.
     void goToCustomScreen();
-    /// Takes the custom folder's host away, selects all others and shows the list again.
+    /// Removes the custom folder's host, selects all others and shows the host list.
     void undoCustomScreen();
 
-    /// Whether a press of a wizard's button in that direction changes the screen, not the step.
+    /// Whether going in that direction changes the screen within this step.
     [[nodiscard]] bool willBranch(std::int32_t direction) const;
-    /// Shows the other one of the two screens, whatever the direction.
+    /// Switches to the other screen, whatever the direction.
     void proceedInBranch(std::int32_t direction);
 
     /// Lets the user pick the custom folder.
     void browseButtonPressed(const void* sender);
-    /// Whether the panel for that shows the item: folders that are no packages, and links to them.
+    /// Whether the folder panel shows the item: a folder, or a link to one, without an item named
+    /// "Contents".
     [[nodiscard]] bool panelShouldShowFilename(const std::string& path) const;
 
-    /// To be called when the user has ticked or unticked a host. That ends the custom install and
-    /// forbids it from then on.
+    /// Called when the user has checked or unchecked a host. If a custom install was chosen, that
+    /// ends it and disallows it for the rest of the run.
     void checkboxClicked(const void* sender);
 
-    /// The screen that is shown, or was shown last; null before the first entry.
+    /// The screen that is shown, or was shown last. Null before the first entry.
     [[nodiscard]] std::shared_ptr<View> currentView() const { return currentView_; }
 
-    /// The hosts whose scripts and panels could be taken over: none.
+    /// The hosts whose scripts and panels a custom install could copy: always empty.
     [[nodiscard]] std::vector<HostModel> scriptsOrPanelsHosts() const;
-    /// Always false. The name is misspelt in the interface descriptions, too.
+    /// Always false. The interface descriptions use this misspelt name.
     [[nodiscard]] bool scriptsOrPanelsHostsExsist() const { return false; }
-    /// The folder that receives the plug-in; empty when it is not chosen or not to be installed.
+    /// The folder that receives the plug-in. Empty if none is chosen, or if the plug-in is not to
+    /// be installed.
     [[nodiscard]] std::string customPath() const;
 
     [[nodiscard]] bool installScriptsAndPanelsChosen() const {
@@ -113,7 +116,7 @@ class HostsController : public StepController,
     [[nodiscard]] bool loadCustomScreen();
 
     void addCustomHost();
-    /// The custom host as what it is; null when there is none.
+    /// The custom host as its own type; null if there is none.
     [[nodiscard]] UnknownHostModel* customFolderHost() const;
     void finishCustomHost(UnknownHostModel& host);
     [[nodiscard]] FolderRequest folderRequest() const;

@@ -47,7 +47,7 @@ void HostsModel::addHostAtRuntime(HostModel host) {
 }
 
 void HostsModel::removeHostAtRuntime(const HostModel& host) {
-    // The caller's host may be an entry of the list itself.
+    // Copied, since the argument may refer to an entry of this list.
     std::erase_if(hostsArray_,
                   [removed = host](const HostModel& entry) { return entry == removed; });
 }

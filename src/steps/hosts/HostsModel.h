@@ -26,12 +26,12 @@ class HostsModel : public StepModel {
     /// The hosts that are offered, as `foundHosts` of HostLists.h chooses them from the list.
     [[nodiscard]] std::vector<HostModel> foundHosts() const;
 
-    /// The hosts whose scripts and panels a custom install could take over: none, whatever is
-    /// installed. A custom install installs the plug-in only.
+    /// The hosts whose scripts and panels a custom install could copy. Always empty: a custom
+    /// install installs the plug-in only.
     [[nodiscard]] std::vector<HostModel> scriptsOrPanelsHosts() const;
 
     void addHostAtRuntime(HostModel host);
-    /// Removes every entry that is this very host.
+    /// Removes every entry that is the same host object.
     void removeHostAtRuntime(const HostModel& host);
 
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;

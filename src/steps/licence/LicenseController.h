@@ -27,10 +27,10 @@ class LicenseController : public StepController {
     void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
                            MainController* mainController, std::int32_t direction) override;
 
-    /// What a first button's press is called; each further button's is one more.
+    /// The code of the alert's first button; each further button's is one more.
     static constexpr std::int32_t firstButtonReturn = 1000;
 
-    /// The alert was answered, however it was presented: the user agrees with its first button.
+    /// Takes the answer to the alert: the first button means that the user agrees.
     void sheetDidEnd(const Alert& alert, std::int32_t returnCode, const void* contextInfo);
 
   private:

@@ -14,7 +14,7 @@ class LicenseModel : public StepModel {
   public:
     explicit LicenseModel(Platform& platform);
 
-    /// The whole terms; none when the bundle has none, or they are not UTF-8.
+    /// The whole terms; nullopt if the bundle has none or they are not UTF-8.
     [[nodiscard]] const std::optional<std::string>& licenseText() const { return licenseText_; }
 
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;

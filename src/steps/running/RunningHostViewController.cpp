@@ -27,7 +27,7 @@ constexpr const char* photoshop = "Photoshop";
 
 bool isApplicationOfHost(const std::string& application, const std::string& word) {
     if (!contains(application, word)) return false;
-    // An application named "Adobe Photoshop CC 2018" does not count, on purpose.
+    // Deliberate: an application named "Adobe Photoshop CC 2018" does not count.
     if (word == photoshop) return application.starts_with(photoshop);
     return !contains(application, "Installer");
 }
@@ -75,7 +75,7 @@ std::string RunningHostViewController::hostAppSearchString(const HostModel& host
         return contains(host.hostName(), "Elements") ? "Elements" : photoshop;
     }
     if (host.as<LightRoomHostModel>() != nullptr) return "Lightroom";
-    // For every other kind, Fireworks included, on purpose.
+    // Deliberate: every other kind has this word, Fireworks too.
     return "Aperture";
 }
 

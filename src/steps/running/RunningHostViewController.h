@@ -13,14 +13,14 @@ class HostModel;
 class RunningHostViewModel;
 struct WindowPlatform;
 
-/// The step before the installation: holds the user up while a selected host, or an application
-/// that is going to be installed, is running. Passes by itself when none is. Main thread only.
+/// The step before the installation: waits while a selected host, or an application of the payload,
+/// is running. Goes to the next step by itself if none is. Main thread only.
 class RunningHostViewController : public StepController {
   public:
     /// The platform outlives this object.
     explicit RunningHostViewController(WindowPlatform& platform);
 
-    /// Connects the model that the step's view shows, once.
+    /// Sets the model whose texts the window shows. Called once.
     void setModel(std::shared_ptr<RunningHostViewModel> model);
 
     [[nodiscard]] bool enableForward() const override { return !hosts_running_; }
@@ -28,25 +28,26 @@ class RunningHostViewController : public StepController {
     /// Going back is always possible.
     [[nodiscard]] bool canProceed(std::int32_t direction) override;
     void didProceed(std::int32_t direction) override;
-    /// Goes on to the next step at once when nothing runs, whatever the direction. The model is
-    /// not taken from here: it was connected together with the view.
+    /// Goes to the next step at once if nothing runs, whatever the direction. The model is ignored:
+    /// `setModel` gave the one in use.
     void didEnterWithModel(std::shared_ptr<StepModel> model, std::shared_ptr<View> view,
                            MainController* mainController, std::int32_t direction) override;
 
-    /// What the names of the host's running applications have in common.
+    /// The word that the name of the host's running application contains.
     [[nodiscard]] static std::string hostAppSearchString(const HostModel& host);
-    /// Whether an application runs whose name holds the word, letter case counts. "Photoshop" must
-    /// begin the name; with any other word, installers do not count. The empty word is in no name.
+    /// Whether an application runs whose name contains the word; case-sensitive. The word
+    /// "Photoshop" must begin the name. For any other word, a name that contains "Installer" does
+    /// not count. False for the empty word.
     [[nodiscard]] bool isHostRunning(const std::string& word) const;
-    /// Whether one of the selected hosts, or of the applications in the payload for the machine's
-    /// applications folder, is running. Names the first one in the texts.
+    /// Whether a selected host is running, or an application that the payload has for
+    /// /Applications. The model's texts then name the first such application.
     bool checkForRunningHosts();
 
-    /// Starts and stops listening for the ends of applications.
+    /// Start and stop observing the ends of applications.
     void AddKillNotify();
     void RemoveKillNotify();
-    /// An application has ended: checks again. When nothing runs any more, the user may go on, but
-    /// the step does not do so by itself.
+    /// Checks again after an application has ended. If nothing runs any more, Continue is enabled;
+    /// the step does not go on by itself.
     void appTerminated(const std::string& name);
 
   private:

@@ -11,7 +11,7 @@ namespace installer {
 
 namespace {
 
-/// Reads the page into the template. Without one, the text that is shown says so.
+/// Reads the resource into the template. If that fails, the text that is shown is "nil".
 void readTemplate(WindowPlatform& platform, const std::string& name, StyledText& formatString,
                   StyledText& shown) {
     if (std::optional<StyledText> page = rtfResource(platform, name)) {

@@ -9,7 +9,7 @@ namespace installer {
 
 struct WindowPlatform;
 
-/// The texts of the running-host check: one set for while a host runs, one for after it has ended.
+/// The texts of the running-host check: one set while a host runs, another one when none does.
 class RunningHostViewModel : public StepModel {
   public:
     explicit RunningHostViewModel(WindowPlatform& platform);
@@ -17,8 +17,8 @@ class RunningHostViewModel : public StepModel {
     [[nodiscard]] bool hostIsRunning() const { return host_running_; }
     /// Chooses the texts.
     void setHostIsRunning(bool running);
-    /// Puts the name of what runs, and the product's, into the texts. A page without a place for
-    /// the name keeps the text that it had.
+    /// Fills the name of what runs and the product's name into the two templates. The text of a
+    /// template without a placeholder stays as it was.
     void setHostName(const std::string& name);
 
     [[nodiscard]] std::optional<std::string> mainLabelText() const override;
@@ -32,7 +32,7 @@ class RunningHostViewModel : public StepModel {
     std::string stepIndicatorLabelText_;
     StyledText runningText_;
     StyledText notRunningText_;
-    // The pages that the two texts are made from; empty when they could not be read.
+    // The templates of the two texts; empty if they could not be read.
     StyledText runningFormatString_;
     StyledText notRunningFormatString_;
     std::string thank_you_;

@@ -239,6 +239,33 @@ TEST_F(RunningApplicationsTest, TheHandlerMayUnsubscribe) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST_F(RunningApplicationsTest, AHandlerMayUnsubscribeALaterOneAndSubscribeAnother) {
+    const RunningProgram first = start(photoshop);
+    const RunningProgram second = start(elements);
+    Subscription later;
+    Subscription added;
+    int laterCalls = 0;
+    std::vector<std::string> heardByAdded;
+    const Subscription watch = workspace_->onApplicationTerminated([&](const std::string& name) {
+        if (name != photoshop) return;
+        later.cancel();
+        added = workspace_->onApplicationTerminated(
+            [&](const std::string& other) { heardByAdded.push_back(other); });
+    });
+    later = workspace_->onApplicationTerminated([&](const std::string& name) {
+        if (name == photoshop || name == elements) ++laterCalls;
+    });
+    const Subscription record = recordEnds();
+    static_cast<void>(running());
+    first.kill();
+    awaitEndOf(photoshop);
+    second.kill();
+    awaitEndOf(elements);
+    EXPECT_EQ(laterCalls, 0);
+    EXPECT_THAT(heardByAdded, Not(Contains(photoshop)));
+    EXPECT_THAT(heardByAdded, Contains(elements));
+}
+
 TEST_F(RunningApplicationsTest, TheHandlerMayEndTheWorkspace) {
     const RunningProgram program = start(photoshop);
     const Subscription watch = workspace_->onApplicationTerminated([&](const std::string& name) {

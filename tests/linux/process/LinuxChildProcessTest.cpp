@@ -1,6 +1,8 @@
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -13,6 +15,7 @@
 #include "install/rights/OneLineTasksWithOutput.h"
 #include "linux/process/LinuxChildProcess.h"
 #include "linux/process/PollEventLoop.h"
+#include "tests/support/ObserverReentrancy.h"
 
 namespace installer {
 namespace {
@@ -248,5 +251,40 @@ TEST(LinuxChildProcess, IsLaunchedOnce) {
     }
 }
 
+/// The data notices of a program that never stops writing.
+class DataNotices {
+  public:
+    DataNotices() { EXPECT_FALSE(process_->launch()); }
+    ~DataNotices() {
+        // The closed pipe ends the program.
+        process_.reset();
+        ::waitpid(-1, nullptr, 0);
+    }
+    DataNotices(const DataNotices&) = delete;
+    DataNotices& operator=(const DataNotices&) = delete;
+
+    Subscription observe(std::function<void()> handler) {
+        return process_->onDataAvailable(Pipe::standardOutput, std::move(handler));
+    }
+    void notify() {
+        process_->waitForDataAndNotify(Pipe::standardOutput);
+        EXPECT_TRUE(loop_.runOnce());
+    }
+    void destroy() { process_.reset(); }
+
+  private:
+    PollEventLoop loop_;
+    LinuxChildProcesses processes_{loop_};
+    std::unique_ptr<ChildProcess> process_ = processes_.create("/usr/bin/yes", {});
+};
+
 }  // namespace
 }  // namespace installer
+
+namespace installer::test {
+namespace {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(LinuxChildProcess, ObserverReentrancy, DataNotices);
+
+}  // namespace
+}  // namespace installer::test

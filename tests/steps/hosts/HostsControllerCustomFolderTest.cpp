@@ -1,4 +1,5 @@
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -330,6 +331,27 @@ TEST_F(HostsControllerCustomFolder, TheControlsHearOfChangesOnceTheyAreDone) {
     controller.browseButtonPressed(this);
     controller.undoCustomScreen();
     EXPECT_THAT(heard, ElementsAre("customPath = /Chosen", "customPath = ", "customPath64 = "));
+}
+
+TEST_F(HostsControllerCustomFolder, WhatMayChangeIsAnnouncedUnlessOnlyItsOwnControlChangesIt) {
+    std::set<std::string> read;
+    const Subscription subscription =
+        controller.observeProperties([&](std::string_view property) { read.emplace(property); });
+    enterCustomScreen();
+    answer("/Chosen");
+    controller.browseButtonPressed(this);
+    controller.setValueForProperty("installPluginForCustomInstall", false);
+    controller.setValueForProperty("installScriptsAndPanelsChosen", true);
+    controller.undoCustomScreen();
+    std::set<std::string> notAnnounced;
+    for (const auto& property : controller.boundProperties()) {
+        const bool isAnnounced = read.erase(property.name) > 0;
+        EXPECT_FALSE(property.isConstant && isAnnounced) << property.name;
+        if (!property.isConstant && !isAnnounced) notAnnounced.insert(property.name);
+    }
+    EXPECT_THAT(notAnnounced,
+                ElementsAre("installPluginForCustomInstall", "installScriptsAndPanelsChosen"));
+    EXPECT_THAT(read, ElementsAre("customPath64")) << "announced with \"customPath\", never shown";
 }
 
 TEST_F(HostsControllerCustomFolder, TheControlsStayBoundWhenTheStepIsLeft) {
