@@ -99,6 +99,7 @@ TEST_F(BundleUserDefaultsTest, SettingAndReadingDoNotSynchronize) {
 TEST_F(BundleUserDefaultsTest, SynchronizeFlushesTheDomainAndTellsItsSuccess) {
     EXPECT_TRUE(defaults.synchronize());
     fake.preferences.canWrite = false;
+    defaults.setBool(true, "launch_help_url");
     EXPECT_FALSE(defaults.synchronize());
     EXPECT_THAT(fake.preferences.synchronized, testing::Contains(domain));
 }

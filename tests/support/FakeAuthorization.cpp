@@ -61,8 +61,9 @@ class FakeAuthorizations::Fake : public Authorization {
         std::vector<std::string> command = {tool};
         command.insert(command.end(), arguments.begin(), arguments.end());
         owner_.journal_.push_back(joinedWords(command));
-        const std::int32_t refusal = owner_.status ? owner_.status(command) : 0;
-        if (refusal != 0) return {refusal, nullptr};
+        if (const std::int32_t refusal = refusalOf(command); refusal != 0) {
+            return {refusal, nullptr};
+        }
         const bool works = !owner_.works || owner_.works(command);
         if (works) owner_.perform(command);
         std::string printed = owner_.output ? owner_.output(command) : "";
@@ -75,7 +76,19 @@ class FakeAuthorizations::Fake : public Authorization {
     void setProgressSink(ProgressSink* progress) override { owner_.progressSink = progress; }
 
   private:
+    /// A refusal holds for everything that follows: nobody is asked twice.
+    std::int32_t refusalOf(const std::vector<std::string>& command) {
+        if (!owner_.obtainable) return authorization_status::denied;
+        if (refused_ != 0) return refused_;
+        const std::int32_t status = owner_.status ? owner_.status(command) : 0;
+        const bool isRefusal =
+            status == authorization_status::denied || status == authorization_status::canceled;
+        if (isRefusal) refused_ = status;
+        return status;
+    }
+
     FakeAuthorizations& owner_;
+    std::int32_t refused_ = 0;
 };
 
 std::unique_ptr<Authorization> FakeAuthorizations::create() {

@@ -1,5 +1,7 @@
 #include "tests/support/FakeFileQuery.h"
 
+#include <algorithm>
+
 namespace installer::test {
 
 class FakeFileQueries::Fake : public FileQuery {
@@ -34,11 +36,20 @@ class FakeFileQueries::Fake : public FileQuery {
     [[nodiscard]] bool hasGathered() const {
         return owner_.turns_ - startedAtTurn_ >= owner_.turnsNeeded;
     }
+    [[nodiscard]] bool isInScope(const std::string& path) const {
+        return std::any_of(folders_.begin(), folders_.end(), [&](const std::string& folder) {
+            return folder.starts_with('/') && path.starts_with(folder + "/");
+        });
+    }
     [[nodiscard]] std::vector<FoundFile> results() const {
         if (!isRunning_) return results_;
         const auto entries = owner_.found.find(pattern_);
-        return hasGathered() && entries != owner_.found.end() ? entries->second
-                                                              : std::vector<FoundFile>();
+        if (!hasGathered() || entries == owner_.found.end()) return {};
+        std::vector<FoundFile> results;
+        for (const FoundFile& found : entries->second) {
+            if (isInScope(found.path)) results.push_back(found);
+        }
+        return results;
     }
 
     FakeFileQueries& owner_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "foundation/text/Text.h"
 #include "foundation/values/SystemFolders.h"
 
 namespace installer::test {
@@ -49,33 +50,45 @@ std::string FakeSearchPaths::loginName() const {
 }
 
 std::string FakeSearchPaths::localApplicationSupportFolder() const {
-    return volume + "/Library/Application Support";
+    return onTargetVolume("/Library/Application Support");
 }
 
 std::string FakeSearchPaths::localApplicationsFolder() const {
-    return volume + "/Applications";
+    return onTargetVolume("/Applications");
 }
 
 std::optional<std::string> FakeSearchPaths::userApplicationSupportFolder() const {
-    if (!home) return std::nullopt;
-    return volume + *home + "/Library/Application Support";
+    const auto folder = homeFolder();
+    if (!folder) return std::nullopt;
+    return *folder + "/Library/Application Support";
 }
 
 std::optional<std::string> FakeSearchPaths::userPreferencesFolder() const {
-    if (!home) return std::nullopt;
-    return volume + *home + "/Library/Preferences";
+    const auto folder = homeFolder();
+    if (!folder) return std::nullopt;
+    return *folder + "/Library/Preferences";
 }
 
 std::optional<std::string> FakeSearchPaths::homeFolder() const {
-    if (!home) return std::nullopt;
-    return volume + *home;
+    return volume.empty() ? home : volume + "/Users/" + login;
 }
 
 std::string FakeSearchPaths::onTargetVolume(const std::string& path) const {
-    return path.empty() ? path : volume + path;
+    if (volume.empty() || path.empty()) return path;
+    std::string inside;  // on the volume; a ".." at its top stays there
+    for (const std::string& name : split(path, '/')) {
+        if (name == "..") {
+            inside.erase(std::min(inside.rfind('/'), inside.size()));
+        } else if (!name.empty() && name != ".") {
+            inside += "/" + name;
+        }
+    }
+    return volume + inside;
 }
 
 std::string FakeSearchPaths::asSeenOnTargetVolume(const std::string& path) const {
+    if (volume.empty()) return path;
+    if (path == volume) return "/";
     return path.starts_with(volume + "/") ? path.substr(volume.size()) : path;
 }
 
@@ -86,11 +99,12 @@ bool FakeSearchPaths::isProtected(const std::string& path) const {
 
 std::optional<PreferenceValue> FakePreferencesStore::value(const std::string& domain,
                                                            const std::string& key) {
-    return lookedUp(values, {domain, key});
+    return lookedUp(values, Key(domain, key));
 }
 
 void FakePreferencesStore::setValue(const std::string& domain, const std::string& key,
                                     std::optional<PreferenceValue> value) {
+    unsaved_.insert({domain, key});
     if (value) {
         values[{domain, key}] = *value;
     } else {
@@ -100,7 +114,16 @@ void FakePreferencesStore::setValue(const std::string& domain, const std::string
 
 bool FakePreferencesStore::synchronize(const std::string& domain) {
     synchronized.push_back(domain);
-    return canWrite;
+    const auto isOfDomain = [&](const Key& key) { return key.first == domain; };
+    if (std::none_of(unsaved_.begin(), unsaved_.end(), isOfDomain)) return true;
+    if (!canWrite) return false;
+    for (const Key& key : unsaved_) {
+        if (!isOfDomain(key)) continue;
+        onDisk.erase(key);
+        if (const auto value = lookedUp(values, key)) onDisk[key] = *value;
+    }
+    std::erase_if(unsaved_, isOfDomain);
+    return true;
 }
 
 bool RecordingLog::has(std::string_view line) const {

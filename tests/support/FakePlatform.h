@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -75,9 +76,13 @@ class FakeSearchPaths : public SearchPaths {
     bool isProtected(const std::string& path) const override;
 };
 
+/// Settings by domain and key.
 class FakePreferencesStore : public PreferencesStore {
   public:
-    std::map<std::pair<std::string, std::string>, PreferenceValue> values;
+    using Key = std::pair<std::string, std::string>;
+
+    std::map<Key, PreferenceValue> values;  ///< as this process sees them
+    std::map<Key, PreferenceValue> onDisk;  ///< what it has synchronized
     std::vector<std::string> synchronized;  ///< domains, in order
     bool canWrite = true;
 
@@ -86,6 +91,9 @@ class FakePreferencesStore : public PreferencesStore {
     void setValue(const std::string& domain, const std::string& key,
                   std::optional<PreferenceValue> value) override;
     bool synchronize(const std::string& domain) override;
+
+  private:
+    std::set<Key> unsaved_;
 };
 
 class RecordingLog : public SystemLog {

@@ -127,10 +127,11 @@ TEST(DestinationFoldersEnsureDirExists, ARefusalForTheFolderItselfLeavesItsOwner
 TEST(DestinationFoldersEnsureDirExists, TheOutcomeOfTheChangeOfOwnerIsIgnored) {
     EngineParts engine;
     engine.fake.memory.makeUnwritable("/");
-    refuseTool(engine.fake, "/usr/sbin/chown");
+    refuseFromCommand(engine.fake, 4);
     engine.folders.ensureDirExists("/a/b");
     EXPECT_FALSE(engine.run.authDenied);
     EXPECT_TRUE(engine.fake.memory.exists("/a/b"));
+    EXPECT_TRUE(engine.operations().back().starts_with("/usr/sbin/chown"));
 }
 
 TEST(DestinationFoldersEnsureDirExists, ALaunchThatFailedOtherwiseIsFollowedByTheNextStep) {
