@@ -58,7 +58,7 @@ void checkCommand(const Command& command) {
 
 void checkRequest(const ToolRequest& request) {
     InvokingUser invoking(user);
-    const std::optional<Command> command = allowedCommand(request, invoking);
+    const std::optional<Command> command = allowedCommand(request, invoking, ProtectedFolders());
     if (!command) return;
     checkCommand(*command);
     require(command->path.empty() || isArgument(request, command->path));
@@ -70,7 +70,7 @@ void checkRequest(const ToolRequest& request) {
     ToolRequest other = request;
     other.tool += '2';
     for (const ToolRequest& changed : {longer, shorter, other}) {
-        require(!allowedCommand(changed, invoking));
+        require(!allowedCommand(changed, invoking, ProtectedFolders()));
     }
 }
 
@@ -185,7 +185,8 @@ void checkSession(const Decoded& asked, std::string_view stream) {
     for (const Message& message : asked.messages) {
         const std::optional<ToolRequest> request = toolRequest(message);
         if (!request) break;
-        const std::optional<Command> command = allowedCommand(*request, invoking);
+        const std::optional<Command> command =
+            allowedCommand(*request, invoking, ProtectedFolders());
         require(answered < statuses.size());
         require((statuses[answered++] == 126) == !command);
         if (command) require(performed.at(allowed++) == command->path);
