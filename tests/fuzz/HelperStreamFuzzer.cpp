@@ -161,7 +161,7 @@ std::pair<std::string, int> sessionOver(std::string_view stream) {
     require(::send(ours.get(), stream.data(), stream.size(), MSG_NOSIGNAL) ==
             static_cast<ssize_t>(stream.size()));
     require(::shutdown(ours.get(), SHUT_WR) == 0);
-    HelperSession session(theirs.get(), answers.get(), InvokingUser(user));
+    HelperSession session(theirs.get(), answers.get(), InvokingUser(user), ProtectedFolders());
     const int status = session.run();
     std::string written(static_cast<std::size_t>(::lseek(answers.get(), 0, SEEK_END)), '\0');
     require(::pread(answers.get(), written.data(), written.size(), 0) ==

@@ -20,6 +20,7 @@ std::string newFolder() {
 
 LinuxSearchPaths searchPathsOn(const std::string& disk) {
     return LinuxSearchPaths({.home = "/Users/maker",
+                             .ownHomes = {},
                              .dataHome = {},
                              .loginName = "maker",
                              .targetVolume = disk,
