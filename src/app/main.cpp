@@ -49,8 +49,10 @@ std::string program(const std::string& bundleFolder, const std::string& name) {
 
 /// Tells the user, before a password is asked for, which product asks and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
-                                        SystemLog& log) {
-    return {.helperPath = program(bundleFolder, "privileged-helper"),
+                                        const LinuxSearchPaths& searchPaths, SystemLog& log) {
+    return {.helper = {.path = program(bundleFolder, "privileged-helper"),
+                       .volume = searchPaths.targetVolume(),
+                       .home = searchPaths.homeOnRunningSystem()},
             .reason = authorizationReason(bundle),
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
@@ -64,7 +66,7 @@ struct Machine {
           bundle(bundleFolder, searchPaths.preferredLanguages(), log),
           bundles(searchPaths.preferredLanguages(), log),
           files(log),
-          authorizations(administratorAccess(bundleFolder, bundle, log)),
+          authorizations(administratorAccess(bundleFolder, bundle, searchPaths, log)),
           preferences(searchPaths, log),
           applications(searchPaths, bundles, log) {}
 

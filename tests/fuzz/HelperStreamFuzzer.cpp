@@ -58,7 +58,7 @@ void checkCommand(const Command& command) {
 
 void checkRequest(const ToolRequest& request) {
     InvokingUser invoking(user);
-    const std::optional<Command> command = allowedCommand(request, invoking);
+    const std::optional<Command> command = allowedCommand(request, invoking, ProtectedFolders());
     if (!command) return;
     checkCommand(*command);
     require(command->path.empty() || isArgument(request, command->path));
@@ -70,7 +70,7 @@ void checkRequest(const ToolRequest& request) {
     ToolRequest other = request;
     other.tool += '2';
     for (const ToolRequest& changed : {longer, shorter, other}) {
-        require(!allowedCommand(changed, invoking));
+        require(!allowedCommand(changed, invoking, ProtectedFolders()));
     }
 }
 
@@ -161,7 +161,7 @@ std::pair<std::string, int> sessionOver(std::string_view stream) {
     require(::send(ours.get(), stream.data(), stream.size(), MSG_NOSIGNAL) ==
             static_cast<ssize_t>(stream.size()));
     require(::shutdown(ours.get(), SHUT_WR) == 0);
-    HelperSession session(theirs.get(), answers.get(), InvokingUser(user));
+    HelperSession session(theirs.get(), answers.get(), InvokingUser(user), ProtectedFolders());
     const int status = session.run();
     std::string written(static_cast<std::size_t>(::lseek(answers.get(), 0, SEEK_END)), '\0');
     require(::pread(answers.get(), written.data(), written.size(), 0) ==
@@ -185,7 +185,8 @@ void checkSession(const Decoded& asked, std::string_view stream) {
     for (const Message& message : asked.messages) {
         const std::optional<ToolRequest> request = toolRequest(message);
         if (!request) break;
-        const std::optional<Command> command = allowedCommand(*request, invoking);
+        const std::optional<Command> command =
+            allowedCommand(*request, invoking, ProtectedFolders());
         require(answered < statuses.size());
         require((statuses[answered++] == 126) == !command);
         if (command) require(performed.at(allowed++) == command->path);

@@ -4,7 +4,6 @@
 #include <system_error>
 #include <utility>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
@@ -42,16 +41,6 @@ Result<std::string> targetVolumeFrom(const Environment& environment) {
     if (!std::filesystem::is_directory(status))
         return std::make_error_code(std::errc::not_a_directory);
     return withSingleSeparators(volume);
-}
-
-/// Whether what lies below that folder is the user's own business. HOME may name any folder, so an
-/// ordinary user must own it; root may act for the owner of a home, but HOME makes no folder of the
-/// system one.
-bool isOwnHome(const std::string& folder, const UserAccount& account) {
-    struct stat status{};
-    if (::stat(folder.c_str(), &status) != 0) return false;
-    if (account.number != 0) return status.st_uid == account.number;
-    return status.st_uid != 0 || folder == account.home;
 }
 
 /// The path's components without "." and "..", which cannot lead above the first one.

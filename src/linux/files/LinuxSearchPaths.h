@@ -46,6 +46,11 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::string asSeenOnTargetVolume(const std::string& path) const override;
     [[nodiscard]] bool isProtected(const std::string& path) const override;
 
+    /// The target volume's path, and the user's home folder on the running system; empty if there
+    /// is none.
+    [[nodiscard]] std::string targetVolume() const { return values_.targetVolume.value_or(""); }
+    [[nodiscard]] std::string homeOnRunningSystem() const { return values_.home.value_or(""); }
+
     /// Where the user's desktop looks for applications; nullopt if there is no such folder, or if
     /// what is installed belongs to another disk's system.
     [[nodiscard]] std::optional<std::string> userApplicationsFolder() const;

@@ -42,6 +42,11 @@ std::string sudoPrompt(const std::string& reason) {
     return replacingAll(visibleText(reason), "%", "%%") + "\n[sudo] password for %p: ";
 }
 
+void addOption(SpawnRequest& request, const char* name, const std::string& value) {
+    request.arguments.emplace_back(name);
+    request.arguments.push_back(value);
+}
+
 }  // namespace
 
 AdministratorMeans AdministratorMeans::current() {
@@ -91,7 +96,7 @@ std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
 }
 
 SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                           const std::string& helperPath, const std::string& reason) {
+                           const HelperPlace& helper, const std::string& reason) {
     SpawnRequest request;
     request.standardError = SpawnRequest::own;
     switch (way) {
@@ -100,7 +105,7 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
         case AdministratorWay::alreadyRoot:
             // A SUDO_UID left by an earlier sudo would name another user.
             request.environment = SpawnRequest::Environment::empty;
-            request.path = helperPath;
+            request.path = helper.path;
             break;
         case AdministratorWay::polkit:
             // pkexec refuses to run if some variables have unexpected values, and makes the
@@ -109,24 +114,26 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
             request.path = means.pkexec;
             // pkexec's internal agent rejects even the right password: it runs as root, but the
             // answer comes from the user.
-            request.arguments = {"--disable-internal-agent", helperPath, "--started-by", "polkit"};
+            request.arguments = {"--disable-internal-agent", helper.path, "--started-by", "polkit"};
             break;
         // With -k sudo uses no cached credentials and caches none: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
-            request.arguments = {"-k",           "-p",  sudoPrompt(reason), "--", helperPath,
+            request.arguments = {"-k",           "-p",  sudoPrompt(reason), "--", helper.path,
                                  "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithAskpass:
             request.path = means.sudo;
-            request.arguments = {"-k", "-A",       "-p",           sudoPrompt(reason),
-                                 "--", helperPath, "--started-by", "sudo"};
+            request.arguments = {"-k", "-A",        "-p",           sudoPrompt(reason),
+                                 "--", helper.path, "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithoutAsking:
             request.path = means.sudo;
-            request.arguments = {"-n", "--", helperPath, "--started-by", "sudo"};
+            request.arguments = {"-n", "--", helper.path, "--started-by", "sudo"};
             break;
     }
+    if (!helper.volume.empty()) addOption(request, "--volume", helper.volume);
+    if (!helper.home.empty()) addOption(request, "--home", helper.home);
     return request;
 }
 

@@ -48,10 +48,17 @@ enum class AdministratorWay {
 [[nodiscard]] std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
                                                                const AdministratorMeans& means);
 
+/// What the helper is told of the installation.
+struct HelperPlace {
+    std::string path;    ///< the helper's own
+    std::string volume;  ///< the target volume's real path; empty for the running system
+    std::string home;    ///< the user's home folder on the running system; empty if there is none
+};
+
 /// The command that starts the helper that way. The caller supplies its standard input and output.
 /// No way waits for an answer if there is no means to answer. `reason` is one line for the user:
 /// which product asks, and why.
 [[nodiscard]] SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                                         const std::string& helperPath, const std::string& reason);
+                                         const HelperPlace& helper, const std::string& reason);
 
 }  // namespace installer

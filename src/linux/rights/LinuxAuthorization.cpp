@@ -51,7 +51,7 @@ class LinuxAuthorization : public Authorization {
     /// installer that runs as root is such a program itself.
     [[nodiscard]] std::optional<std::string> whatOthersCanChange() const {
         if (way_ == AdministratorWay::alreadyRoot) return std::nullopt;
-        return installer::whatOthersCanChange(access_.helperPath, ::geteuid());
+        return installer::whatOthersCanChange(access_.helper.path, ::geteuid());
     }
     void announce(std::string_view line) const {
         if (access_.announce) access_.announce(line);
@@ -69,7 +69,7 @@ class LinuxAuthorization : public Authorization {
 bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all rights or none*/) {
     means_ = access_.means();
     way_ = administratorWay(means_);
-    return way_ != AdministratorWay::none && ::access(access_.helperPath.c_str(), X_OK) == 0;
+    return way_ != AdministratorWay::none && ::access(access_.helper.path.c_str(), X_OK) == 0;
 }
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
@@ -107,7 +107,7 @@ void LinuxAuthorization::startHelper() {
         });
     }
     PrivilegedHelper::Start start =
-        PrivilegedHelper::start(helperCommand(way_, means_, access_.helperPath, access_.reason),
+        PrivilegedHelper::start(helperCommand(way_, means_, access_.helper, access_.reason),
                                 dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);

@@ -12,7 +12,7 @@ namespace installer {
 
 /// How authorizations reach the administrator.
 struct AdministratorAccess {
-    std::string helperPath;  ///< the privileged helper's absolute path
+    HelperPlace helper;  ///< the privileged helper, and what it is told
     /// One line: which product asks for the administrator's rights, and why.
     std::string reason;
     /// Shows a line to the user and in the log: that one before the user is asked, and another one

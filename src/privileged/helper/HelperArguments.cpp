@@ -2,25 +2,39 @@
 
 #include <string_view>
 
+#include "privileged/helper/Policy.h"
+
 namespace installer {
 
 namespace {
 
-std::optional<StartedBy> program(std::string_view name) {
-    if (name == "polkit") return StartedBy::polkit;
-    if (name == "sudo") return StartedBy::sudo;
-    return std::nullopt;
+bool takeProgram(std::string_view name, StartedBy& startedBy) {
+    if (name != "polkit" && name != "sudo") return false;
+    startedBy = name == "polkit" ? StartedBy::polkit : StartedBy::sudo;
+    return true;
+}
+
+/// A path that is of no use allows nothing, and is no reason to end.
+bool takePath(std::string_view path, std::string& taken) {
+    if (isPlainPath(path)) taken = path;
+    return true;
+}
+
+bool take(std::string_view name, std::string_view value, HelperArguments& arguments) {
+    if (name == "--started-by") return takeProgram(value, arguments.startedBy);
+    if (name == "--volume") return takePath(value, arguments.volume);
+    if (name == "--home") return takePath(value, arguments.home);
+    return false;
 }
 
 }  // namespace
 
 std::optional<HelperArguments> helperArguments(std::span<const char* const> words) {
     HelperArguments arguments;
-    if (words.empty()) return arguments;
-    if (words.size() != 2 || std::string_view(words[0]) != "--started-by") return std::nullopt;
-    const std::optional<StartedBy> startedBy = program(words[1]);
-    if (!startedBy) return std::nullopt;
-    arguments.startedBy = *startedBy;
+    if (words.size() % 2 != 0) return std::nullopt;
+    for (std::size_t place = 0; place < words.size(); place += 2) {
+        if (!take(words[place], words[place + 1], arguments)) return std::nullopt;
+    }
     return arguments;
 }
 

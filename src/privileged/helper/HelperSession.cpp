@@ -50,7 +50,7 @@ bool HelperSession::serve(const ToolRequest& request) {
 }
 
 HelperSession::ExitStatus HelperSession::answer(const ToolRequest& request) {
-    const std::optional<Command> command = allowedCommand(request, user_);
+    const std::optional<Command> command = allowedCommand(request, user_, folders_);
     if (!command) {
         report("refused: " + summary(request));
         return refused;

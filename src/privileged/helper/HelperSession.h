@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/ProtectedFolders.h"
 #include "privileged/protocol/MessageStream.h"
 
 namespace installer {
@@ -11,8 +12,8 @@ namespace installer {
 /// Answers requests, one after the other, until the peer closes its end.
 class HelperSession {
   public:
-    HelperSession(int input, int output, InvokingUser user)
-        : stream_(input, output), user_(std::move(user)) {}
+    HelperSession(int input, int output, InvokingUser user, ProtectedFolders folders)
+        : stream_(input, output), user_(std::move(user)), folders_(std::move(folders)) {}
 
     /// Gives the exit status of the process: 0 when the peer closed its end between two messages.
     /// A signal that ends the process does so between two requests, never within one.
@@ -30,6 +31,7 @@ class HelperSession {
 
     MessageStream stream_;
     InvokingUser user_;
+    ProtectedFolders folders_;
     std::uint64_t unreported_ = 0;
     std::chrono::steady_clock::time_point lastProgress_;
 };

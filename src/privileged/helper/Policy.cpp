@@ -91,9 +91,11 @@ std::optional<Command> matched(const Rule& rule, const ToolRequest& request, Inv
 
 }  // namespace
 
-std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user) {
+std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user,
+                                      const ProtectedFolders& folders) {
     for (const Rule& rule : rules) {
-        if (std::optional<Command> command = matched(rule, request, user)) return command;
+        const std::optional<Command> command = matched(rule, request, user);
+        if (command && !folders.hold(command->path)) return command;
     }
     return std::nullopt;
 }

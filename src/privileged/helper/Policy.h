@@ -7,6 +7,7 @@
 #include <sys/types.h>
 
 #include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/ProtectedFolders.h"
 #include "privileged/protocol/Message.h"
 
 namespace installer {
@@ -32,8 +33,10 @@ struct Command {
 };
 
 /// The request as a command, when its tool and every argument are as the policy's table has them
-/// and each path is one that `isPlainPath`. nullopt otherwise.
-[[nodiscard]] std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user);
+/// and each path is one that `isPlainPath`, and what is acted upon lies in no protected folder.
+/// nullopt otherwise.
+[[nodiscard]] std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user,
+                                                    const ProtectedFolders& folders);
 
 /// Absolute, not the root itself, within PATH_MAX, without a NUL and without the components "",
 /// "." and "..": so it names one place, and no tool would read it as an option.

@@ -8,6 +8,7 @@
 #include "privileged/helper/HelperArguments.h"
 #include "privileged/helper/HelperSession.h"
 #include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/ProtectedFolders.h"
 #include "privileged/helper/Report.h"
 
 /// The privileged helper: root's side of the installation. Reads requests from its standard input,
@@ -30,5 +31,6 @@ int main(int count, char** words) {
         installer::report("the environment does not say whom to act for");
         return 1;
     }
-    return installer::HelperSession(STDIN_FILENO, STDOUT_FILENO, *user).run();
+    const installer::ProtectedFolders folders(arguments->volume, arguments->home, user->number());
+    return installer::HelperSession(STDIN_FILENO, STDOUT_FILENO, *user, folders).run();
 }

@@ -6,6 +6,7 @@
 
 #include <grp.h>
 #include <pwd.h>
+#include <sys/stat.h>
 
 #include "privileged/system/SystemError.h"
 
@@ -70,6 +71,13 @@ Result<gid_t> groupNamed(std::string_view name) {
             return getgrnam_r(text.c_str(), entry, buffer, size, found);
         },
         [](const group& entry) { return entry.gr_gid; });
+}
+
+bool isOwnHome(const std::string& folder, const UserAccount& account) {
+    struct stat status{};
+    if (::stat(folder.c_str(), &status) != 0) return false;
+    if (account.number != 0) return status.st_uid == account.number;
+    return status.st_uid != 0 || folder == account.home;
 }
 
 bool isOwnGroup(gid_t number, uid_t user) {

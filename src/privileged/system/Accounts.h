@@ -23,6 +23,11 @@ struct UserAccount {
 [[nodiscard]] Result<UserAccount> userNumbered(uid_t number);
 [[nodiscard]] Result<gid_t> groupNamed(std::string_view name);
 
+/// Whether what lies below that folder is the user's own business. Anybody may call any folder a
+/// home, so an ordinary user must own it. Root may act for the owner of a home, but no other folder
+/// of root's than the account's own home counts.
+[[nodiscard]] bool isOwnHome(const std::string& folder, const UserAccount& account);
+
 /// Whether the group has the user's login name and no member beside that user.
 [[nodiscard]] bool isOwnGroup(gid_t group, uid_t user);
 

@@ -19,7 +19,8 @@ class InProcessAuthorizations::InProcess : public Authorization {
 
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
-        const std::optional<Command> command = allowedCommand({tool, arguments}, user_);
+        const std::optional<Command> command =
+            allowedCommand({tool, arguments}, user_, ProtectedFolders());
         if (command && !isOfTheSystem(tool)) {
             actAs(0);
             static_cast<void>(perform(*command, user_, {}));

@@ -20,6 +20,10 @@ AdministratorMeans desktop() {
     return means;
 }
 
+HelperPlace at(const std::string& path) {
+    return {.path = path, .volume = "", .home = ""};
+}
+
 AdministratorMeans withoutPolkit() {
     AdministratorMeans means = desktop();
     means.pkexec.clear();
@@ -75,7 +79,7 @@ TEST(HelperCommandAdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
 }
 
 TEST(HelperCommand, ForRootIsTheHelperWithAnEmptyEnvironment) {
-    const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, "/a b/helper", "why");
+    const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, at("/a b/helper"), "why");
     EXPECT_EQ(command.path, "/a b/helper");
     EXPECT_THAT(command.arguments, testing::IsEmpty());
     EXPECT_EQ(command.environment, Environment::empty);
@@ -85,7 +89,7 @@ TEST(HelperCommand, ForPolkitNeverAsksByItself) {
     AdministratorMeans means = desktop();
     for (const bool hasTerminal : {false, true}) {
         means.hasTerminal = hasTerminal;
-        const auto command = helperCommand(AdministratorWay::polkit, means, "/helper", "why");
+        const auto command = helperCommand(AdministratorWay::polkit, means, at("/helper"), "why");
         EXPECT_EQ(command.path, "/usr/bin/pkexec");
         EXPECT_EQ(command.arguments,
                   (std::vector<std::string>{"--disable-internal-agent", "/helper", "--started-by",
@@ -120,7 +124,7 @@ TEST(HelperCommandOfTheTerminalAgent, StandsBehindTheDialoguesOfADesktop) {
 
 TEST(HelperCommand, ForSudoNeverWaitsWhereNobodyCanAnswer) {
     const auto command =
-        helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), "/helper", "why");
+        helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), at("/helper"), "why");
     EXPECT_EQ(command.path, "/usr/bin/sudo");
     EXPECT_EQ(command.arguments,
               (std::vector<std::string>{"-n", "--", "/helper", "--started-by", "sudo"}));
@@ -128,20 +132,29 @@ TEST(HelperCommand, ForSudoNeverWaitsWhereNobodyCanAnswer) {
 
 TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
     auto command =
-        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "-helper", "100% why");
+        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), at("-helper"), "100% why");
     EXPECT_EQ(command.arguments,
               (std::vector<std::string>{"-k", "-p", "100%% why\n[sudo] password for %p: ", "--",
                                         "-helper", "--started-by", "sudo"}));
     EXPECT_EQ(command.environment, Environment::inherited);
-    command = helperCommand(AdministratorWay::sudoWithAskpass, desktop(), "/helper", "why");
+    command = helperCommand(AdministratorWay::sudoWithAskpass, desktop(), at("/helper"), "why");
     EXPECT_EQ(command.arguments,
               (std::vector<std::string>{"-k", "-A", "-p", "why\n[sudo] password for %p: ", "--",
                                         "/helper", "--started-by", "sudo"}));
 }
 
+TEST(HelperCommand, TellsTheHelperTheTargetVolumeAndTheHomeFolder) {
+    const HelperPlace helper = {.path = "/helper", .volume = "/vol", .home = "/home/me"};
+    EXPECT_EQ(helperCommand(AdministratorWay::alreadyRoot, {}, helper, "why").arguments,
+              (std::vector<std::string>{"--volume", "/vol", "--home", "/home/me"}));
+    EXPECT_EQ(helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), helper, "").arguments,
+              (std::vector<std::string>{"-n", "--", "/helper", "--started-by", "sudo", "--volume",
+                                        "/vol", "--home", "/home/me"}));
+}
+
 TEST(HelperCommand, ForSudoHasNoCharacterInItsPromptThatATerminalObeys) {
     const auto command =
-        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), "/helper",
+        helperCommand(AdministratorWay::sudoOnTerminal, desktop(), at("/helper"),
                       "Tool\x1b[2J\nforged \xC2\x9B\xC2\x85\xE2\x80\xA8\xE2\x80\xAE needs rights");
     EXPECT_EQ(command.arguments.at(2),
               "Tool\\x1b[2J\\nforged \\xc2\\x9b\\xc2\\x85\\xe2\\x80\\xa8\\xe2\\x80\\xae needs "

@@ -52,7 +52,7 @@ class CountingSink : public ProgressSink {
 class LinuxAuthorizationTest : public testing::Test {
   protected:
     LinuxAuthorizationTest() {
-        access.helperPath = FAKE_HELPER;
+        access.helper.path = FAKE_HELPER;
         access.reason = "Sample needs the administrator's rights.";
         access.announce = [this](std::string_view line) { announced.emplace_back(line); };
         access.means = [this] { return means; };
@@ -103,9 +103,9 @@ TEST_F(LinuxAuthorizationTest, ObtainsWithoutAskingOrStartingAnything) {
 }
 
 TEST_F(LinuxAuthorizationTest, CannotBeObtainedWithoutAWayOrWithoutTheHelper) {
-    access.helperPath = "/nonexistent/helper";
+    access.helper.path = "/nonexistent/helper";
     EXPECT_FALSE(LinuxAuthorizations(access).create()->obtain(0));
-    access.helperPath = FAKE_HELPER;
+    access.helper.path = FAKE_HELPER;
     means = AdministratorMeans();
     const auto authorization = LinuxAuthorizations(access).create();
     EXPECT_FALSE(authorization->obtain(0));
@@ -161,7 +161,7 @@ TEST_F(LinuxAuthorizationTest, AsksNobodyToRunAHelperThatOthersCanChange) {
     usePkexec("echo asked >> \"$LOG\"; shift; exec \"$@\"");
     std::filesystem::create_directory(folder / "bundle");
     std::filesystem::copy_file(FAKE_HELPER, folder / "bundle/helper");
-    access.helperPath = folder / "bundle/helper";
+    access.helper.path = folder / "bundle/helper";
     ASSERT_EQ(::chmod((folder / "bundle").c_str(), 0777), 0);
     const auto authorization = obtained();
     EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
@@ -256,7 +256,7 @@ TEST_F(LinuxAuthorizationTest, IsDeniedByTheRealSudoWithoutAQuestion) {
         if (::setresgid(65534, 65534, 65534) != 0 || ::setresuid(65534, 65534, 65534) != 0) {
             ::_exit(98);
         }
-        access.helperPath = "/bin/true";
+        access.helper.path = "/bin/true";
         auto authorization = LinuxAuthorizations(access).create();
         const bool denied = authorization->obtain(0) &&
                             authorization->execute("/x", {}).status == authorization_status::denied;
@@ -270,7 +270,7 @@ TEST_F(LinuxAuthorizationTest, IsDeniedByTheRealSudoWithoutAQuestion) {
 TEST_F(LinuxAuthorizationTest, TakesNoHelperThatSpeaksOtherwise) {
     for (const std::string name : {"old", "mute", "babbling"}) {
         std::filesystem::create_symlink(FAKE_HELPER, folder / name);
-        access.helperPath = folder / name;
+        access.helper.path = folder / name;
         EXPECT_EQ(obtained()->execute("/print", {}).status, authorization_status::denied) << name;
     }
 }
@@ -427,7 +427,7 @@ TEST_F(LinuxAuthorizationTest, GivesUpAHelperThatSaysWhatIsNoMessage) {
 }
 
 TEST_F(LinuxAuthorizationTest, SurvivesTheHelpersDeathBetweenTwoToolsAndStartsNoOther) {
-    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    access.helper.path = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
     const auto authorization = obtained();
     authorization->execute("/print", {}).tool->waitUntilEnded();
     const pid_t helper = std::stoi(log().at(0));
@@ -441,7 +441,7 @@ TEST_F(LinuxAuthorizationTest, SurvivesTheHelpersDeathBetweenTwoToolsAndStartsNo
 }
 
 TEST_F(LinuxAuthorizationTest, NobodyCanOpenTheConnectionAgain) {
-    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    access.helper.path = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
     const auto authorization = obtained();
     ASSERT_EQ(authorization->execute("/print", {}).status, 0);
     for (const std::string stream : {"0", "1"}) {
@@ -458,7 +458,7 @@ TEST_F(LinuxAuthorizationTest, ReapsItsHelperAndNobodyElse) {
     char name[] = "true";
     char* arguments[] = {name, nullptr};
     ASSERT_EQ(::posix_spawn(&other, "/bin/true", nullptr, nullptr, arguments, environ), 0);
-    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
+    access.helper.path = script("helper", "echo $$ >> \"$LOG\"; exec " FAKE_HELPER);
     auto authorization = obtained();
     EXPECT_EQ(authorization->execute("/print", {"unread"}).status, 0);
     const PrivilegedLaunch launch = authorization->execute("/print", {"x"});
@@ -478,12 +478,12 @@ class LinuxAuthorizationWithTheRealHelper : public LinuxAuthorizationTest {
   protected:
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper must run as root";
-        access.helperPath = PRIVILEGED_HELPER;
+        access.helper.path = PRIVILEGED_HELPER;
     }
 };
 
 TEST_F(LinuxAuthorizationWithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
-    access.helperPath = script("helper", "echo $$ >> \"$LOG\"; exec " PRIVILEGED_HELPER);
+    access.helper.path = script("helper", "echo $$ >> \"$LOG\"; exec " PRIVILEGED_HELPER);
     const auto authorization = obtained();
     folder.write("file", "");
     const std::string file = folder / "file";

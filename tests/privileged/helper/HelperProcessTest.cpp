@@ -282,6 +282,30 @@ TEST_F(HelperProcessTest, ReportsNoCharacterThatATerminalObeys) {
                 HasSubstr("'\\xc2\\x9b\\xc2\\x85\\xe2\\x80\\xa8\\xe2\\x80\\xae\\xe2\\x81\\xa6'"));
 }
 
+TEST_F(HelperProcessTest, ChangesNothingInAFolderOfTheSystemAndGoesOn) {
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    const std::string planted = "/etc/" + std::filesystem::path(folder.path()).filename().string();
+    folder.write("source", "");
+    EXPECT_EQ(helper.run("/usr/bin/touch", {planted}), 126U);
+    EXPECT_EQ(helper.run("/bin/mkdir", {"-m775", "-p", planted}), 126U);
+    EXPECT_EQ(helper.run("/bin/cp", {"-R", folder / "source", planted}), 126U);
+    EXPECT_FALSE(std::filesystem::exists(planted));
+    std::filesystem::remove(planted);
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "made"}), 0U);
+}
+
+TEST_F(HelperProcessTest, TakesTheFoldersOfTheSystemFromTheTargetVolume) {
+    folder.write("etc/file", "");
+    folder.write("Library/file", "");
+    HelperProcess helper(
+        {.environment = {}, .arguments = {"--volume", folder.path()}, .before = {}});
+    ASSERT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "etc/made"}), 126U);
+    EXPECT_FALSE(folder.holds("etc/made"));
+    EXPECT_EQ(helper.run("/usr/bin/touch", {folder / "Library/made"}), 0U);
+}
+
 // For whom it acts.
 
 struct ForWhom {
@@ -359,12 +383,9 @@ TEST_F(HelperProcessTest, DoesNotListenWithoutTheVariableOfTheProgramThatStarted
 }
 
 TEST_F(HelperProcessTest, DoesNotListenWithACommandLineThatItDoesNotKnow) {
-    const std::vector<std::vector<std::string>> commandLines = {{""},
-                                                                {"--started-by"},
-                                                                {"--started-by", ""},
-                                                                {"--started-by", "root"},
-                                                                {"--help"},
-                                                                {"--started-by", "sudo", "more"}};
+    const std::vector<std::vector<std::string>> commandLines = {
+        {""},       {"--started-by"},       {"--started-by", ""}, {"--started-by", "root"},
+        {"--help"}, {"--into", "/Library"}, {"--volume"},         {"--started-by", "sudo", "more"}};
     for (const auto& arguments : commandLines) {
         HelperProcess helper({.environment = {"SUDO_UID=65534", "PKEXEC_UID=65534"},
                               .arguments = arguments,

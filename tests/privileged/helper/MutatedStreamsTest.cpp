@@ -267,7 +267,8 @@ std::string giveToSession(const std::string& stream) {
     const FileDescriptor input(::memfd_create("input", MFD_CLOEXEC));
     const FileDescriptor output(::memfd_create("output", MFD_CLOEXEC));
     if (::pwrite(input.get(), stream.data(), stream.size(), 0) < 0) return "no input";
-    const int status = HelperSession(input.get(), output.get(), InvokingUser(0)).run();
+    const int status =
+        HelperSession(input.get(), output.get(), InvokingUser(0), ProtectedFolders()).run();
     return fault(stream, answersIn(contentsOfMemory(output.get())), status);
 }
 

@@ -72,7 +72,7 @@ bool isRow(const std::string& tool, const Arguments& arguments) {
 
 std::optional<Command> allowedRow(const std::string& tool, const Arguments& arguments) {
     InvokingUser user(65534);
-    return allowedCommand({tool, arguments}, user);
+    return allowedCommand({tool, arguments}, user, ProtectedFolders());
 }
 
 /// Texts that are nearly the text.

@@ -16,7 +16,7 @@ constexpr const char* lsregister =
 std::optional<Command> allowed(const std::string& tool, const std::vector<std::string>& arguments,
                                uid_t user = 65534) {
     InvokingUser invokingUser(user);
-    return allowedCommand({tool, arguments}, invokingUser);
+    return allowedCommand({tool, arguments}, invokingUser, ProtectedFolders());
 }
 
 TEST(Policy, MakesFoldersOfModes0775) {

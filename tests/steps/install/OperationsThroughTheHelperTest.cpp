@@ -110,7 +110,7 @@ class OperationsThroughTheHelper : public testing::Test {
                      "#!/bin/sh\nshift\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$@\"\n");
         ASSERT_EQ(::chmod((volume / "pkexec").c_str(), 0755), 0);
         AdministratorAccess access;
-        access.helperPath = PRIVILEGED_HELPER;
+        access.helper.path = PRIVILEGED_HELPER;
         access.announce = [](std::string_view) {};
         access.means = [this] {
             AdministratorMeans means;

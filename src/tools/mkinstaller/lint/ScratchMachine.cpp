@@ -20,6 +20,7 @@ std::string newFolder() {
 
 LinuxSearchPaths searchPathsOn(const std::string& disk) {
     return LinuxSearchPaths({.home = "/Users/maker",
+                             .ownHomes = {},
                              .dataHome = {},
                              .loginName = "maker",
                              .targetVolume = disk,
@@ -38,7 +39,7 @@ ScratchMachine::ScratchMachine(Bundle& bundle, SystemLog& log)
       fileQueries_(eventLoop_),
       processes_(eventLoop_),
       // Nothing is installed here, so nobody is ever asked.
-      authorizations_({.helperPath = "", .reason = "", .announce = {}}),
+      authorizations_({.helper = {}, .reason = "", .announce = {}}),
       preferences_(searchPaths_, log),
       applications_(searchPaths_, bundles_, log),
       alerts_(log) {}
