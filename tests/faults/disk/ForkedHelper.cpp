@@ -45,7 +45,7 @@ ForkedHelper::ForkedHelper(uid_t user) {
     process_ = ::fork();
     if (process_ == 0) {
         ::close(ends[0]);
-        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user)).run());
+        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), ProtectedFolders()).run());
     }
     ::close(ends[1]);
     connection_ = ends[0];
