@@ -34,7 +34,7 @@ class HelperOfThisMachine : public AuthorizationScene {
     HelperOfThisMachine() {
         means_.isRoot = true;
         AdministratorAccess access;
-        access.helperPath = FAKE_HELPER;
+        access.helper.path = FAKE_HELPER;
         access.reason = "A test needs the administrator's rights.";
         access.announce = [](std::string_view) {};
         access.means = [this] { return means_; };
