@@ -39,13 +39,13 @@ class ForkedHelper::Forked : public Authorization {
     MessageStream stream_;
 };
 
-ForkedHelper::ForkedHelper(uid_t user) {
+ForkedHelper::ForkedHelper(uid_t user, const ProtectedFolders& folders) {
     int ends[2] = {};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
     process_ = ::fork();
     if (process_ == 0) {
         ::close(ends[0]);
-        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), ProtectedFolders()).run());
+        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), folders).run());
     }
     ::close(ends[1]);
     connection_ = ends[0];
