@@ -25,10 +25,12 @@ class ForkedHelper::Forked : public Authorization {
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         const auto request = encodedRequest({tool, arguments});
-        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>()};
+        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>(true)};
         if (!request || !stream_.send(*request)) return {authorization_status::denied, nullptr};
         while (const auto message = stream_.receive()) {
-            if (exitStatus(*message)) return {0, std::make_unique<DoneTool>()};
+            if (const auto status = exitStatus(*message)) {
+                return {0, std::make_unique<DoneTool>(*status == 0)};
+            }
         }
         return {authorization_status::denied, nullptr};
     }

@@ -21,12 +21,13 @@ class InProcessAuthorizations::InProcess : public Authorization {
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         const std::optional<Command> command = allowedCommand({tool, arguments}, user_, folders_);
+        bool succeeded = command.has_value();
         if (command && !isOfTheSystem(tool)) {
             actAs(0);
-            static_cast<void>(perform(*command, user_, {}));
+            succeeded = !perform(*command, user_, {});
             actAs(number_);
         }
-        return {0, std::make_unique<DoneTool>()};
+        return {0, std::make_unique<DoneTool>(succeeded)};
     }
 
     void setProgressSink(ProgressSink* /*progress*/) override {}
