@@ -128,7 +128,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
     }
 
     [[nodiscard]] RunOnDisk run(const SceneDisk& disk, const SystemCallPlan& plan) const {
-        InProcessAuthorizations authorizations(user_);
+        InProcessAuthorizations authorizations(user_, ProtectedFolders(disk.path(), "", user_));
         Faults faults;
         RunOnDisk run;
         run.report = runAsTheUser(disk, authorizations, faults, [&] {
@@ -139,7 +139,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
     }
 
     [[nodiscard]] RunReport runWithoutFaults(const SceneDisk& disk) const {
-        ForkedHelper helper(user_);
+        ForkedHelper helper(user_, ProtectedFolders(disk.path(), "", user_));
         Faults none;
         return runAsTheUser(disk, helper, none, {});
     }

@@ -25,10 +25,12 @@ class ForkedHelper::Forked : public Authorization {
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         const auto request = encodedRequest({tool, arguments});
-        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>()};
+        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>(true)};
         if (!request || !stream_.send(*request)) return {authorization_status::denied, nullptr};
         while (const auto message = stream_.receive()) {
-            if (exitStatus(*message)) return {0, std::make_unique<DoneTool>()};
+            if (const auto status = exitStatus(*message)) {
+                return {0, std::make_unique<DoneTool>(*status == 0)};
+            }
         }
         return {authorization_status::denied, nullptr};
     }
@@ -39,13 +41,13 @@ class ForkedHelper::Forked : public Authorization {
     MessageStream stream_;
 };
 
-ForkedHelper::ForkedHelper(uid_t user) {
+ForkedHelper::ForkedHelper(uid_t user, const ProtectedFolders& folders) {
     int ends[2] = {};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) std::abort();
     process_ = ::fork();
     if (process_ == 0) {
         ::close(ends[0]);
-        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), ProtectedFolders()).run());
+        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), folders).run());
     }
     ::close(ends[1]);
     connection_ = ends[0];

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include "ports/Authorization.h"
+#include "privileged/helper/ProtectedFolders.h"
 
 namespace installer::test {
 
@@ -13,7 +14,7 @@ namespace installer::test {
 /// has done. Made while this process is root.
 class ForkedHelper : public Authorizations {
   public:
-    explicit ForkedHelper(uid_t user);
+    ForkedHelper(uid_t user, const ProtectedFolders& folders);
     ~ForkedHelper() override;
     ForkedHelper(const ForkedHelper&) = delete;
     ForkedHelper& operator=(const ForkedHelper&) = delete;

@@ -13,20 +13,21 @@ namespace installer::test {
 
 class InProcessAuthorizations::InProcess : public Authorization {
   public:
-    explicit InProcess(uid_t user) : number_(user), user_(user) {}
+    InProcess(uid_t user, ProtectedFolders folders)
+        : number_(user), user_(user), folders_(std::move(folders)) {}
 
     bool obtain(std::uint32_t /*flags*/) override { return true; }
 
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
-        const std::optional<Command> command =
-            allowedCommand({tool, arguments}, user_, ProtectedFolders());
+        const std::optional<Command> command = allowedCommand({tool, arguments}, user_, folders_);
+        bool succeeded = command.has_value();
         if (command && !isOfTheSystem(tool)) {
             actAs(0);
-            static_cast<void>(perform(*command, user_, {}));
+            succeeded = !perform(*command, user_, {});
             actAs(number_);
         }
-        return {0, std::make_unique<DoneTool>()};
+        return {0, std::make_unique<DoneTool>(succeeded)};
     }
 
     void setProgressSink(ProgressSink* /*progress*/) override {}
@@ -34,10 +35,11 @@ class InProcessAuthorizations::InProcess : public Authorization {
   private:
     uid_t number_;
     InvokingUser user_;
+    ProtectedFolders folders_;
 };
 
 std::unique_ptr<Authorization> InProcessAuthorizations::create() {
-    return std::make_unique<InProcess>(user_);
+    return std::make_unique<InProcess>(user_, folders_);
 }
 
 void actAs(uid_t user) {

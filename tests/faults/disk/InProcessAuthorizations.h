@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include <sys/types.h>
 
 #include "ports/Authorization.h"
+#include "privileged/helper/ProtectedFolders.h"
 
 namespace installer::test {
 
@@ -12,7 +14,8 @@ namespace installer::test {
 /// done at once, as root. For a process that is root, whoever it acts as meanwhile.
 class InProcessAuthorizations : public Authorizations {
   public:
-    explicit InProcessAuthorizations(uid_t user) : user_(user) {}
+    InProcessAuthorizations(uid_t user, ProtectedFolders folders)
+        : user_(user), folders_(std::move(folders)) {}
 
     [[nodiscard]] std::unique_ptr<Authorization> create() override;
 
@@ -20,6 +23,7 @@ class InProcessAuthorizations : public Authorizations {
     class InProcess;
 
     uid_t user_;
+    ProtectedFolders folders_;
 };
 
 /// Makes this process act as the user, or as root again, in everything that it does with files.
