@@ -105,7 +105,8 @@ TEST_F(SetupControllerTextsTest, WhatAModelAnnouncesReachesTheWindowOnly) {
     EXPECT_THAT(refreshed, IsEmpty());
     model->didChange("informativeText");
     model->didChange("backgroundImage");
-    EXPECT_THAT(refreshed, ElementsAre("informativeText", "backgroundImage"));
+    // The page's text is read with the explanation.
+    EXPECT_THAT(refreshed, ElementsAre("informativeText", "pageText", "backgroundImage"));
     EXPECT_THAT(events, IsEmpty());
 }
 

@@ -57,8 +57,8 @@ void checkEntry(const DesktopEntry& entry, const std::string& text) {
     require(text.ends_with('\n'));
     const std::vector<std::string> lines =
         split(std::string_view(text).substr(0, text.size() - 1), '\n');
-    const bool hasIcon = lines.size() == 6;
-    require(hasIcon || lines.size() == 5);
+    const bool hasIcon = lines.size() == 7;
+    require(hasIcon || lines.size() == 6);
     for (const std::string& line : lines) require(!fuzz::hasControl(line));
     require(lines[0] == "[Desktop Entry]" && lines[1] == "Type=Application");
     std::string name = entry.name;
@@ -69,7 +69,8 @@ void checkEntry(const DesktopEntry& entry, const std::string& text) {
     require(unescaped(shown) == name);
     require(unquoted(unescaped(valueOf(lines[3], "Exec="))) == entry.executable);
     if (hasIcon) require(unescaped(valueOf(lines[4], "Icon=")) == entry.icon);
-    require(lines.back() == "Terminal=false");
+    require(lines[lines.size() - 2] == "Terminal=false");
+    require(isOwnDesktopEntry(text));
 }
 
 void checkFileName(const std::string& identifier) {

@@ -12,8 +12,8 @@
 
 #include "foundation/text/Format.h"
 #include "foundation/text/Text.h"
-#include "foundation/text/VisibleText.h"
 #include "foundation/values/Paths.h"
+#include "foundation/values/VisibleText.h"
 #include "install/engine/DecimalNumber.h"
 #include "tests/fuzz/FuzzInput.h"
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer::rtf {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer::rtf {
 

@@ -7,7 +7,7 @@
 
 #include "foundation/rtf/codepages/CodePages.h"
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer::rtf {
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <variant>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer::rtf {
 

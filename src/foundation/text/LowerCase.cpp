@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer {
 

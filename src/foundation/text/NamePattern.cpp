@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 #include "install/rights/TaskOutputReader.h"
 #include "ports/Authorization.h"
 #include "ports/ChildProcess.h"

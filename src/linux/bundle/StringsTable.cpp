@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 #include "linux/bundle/StringsTableText.h"
 
 namespace installer {

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
 #include "foundation/values/Paths.h"
+#include "foundation/values/Utf8.h"
 #include "linux/bundle/PackageLayout.h"
 #include "ports/Bundle.h"
 

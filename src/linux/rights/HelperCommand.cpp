@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/VisibleText.h"
+#include "foundation/values/VisibleText.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer {

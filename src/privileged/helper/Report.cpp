@@ -7,7 +7,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
-#include "foundation/text/VisibleText.h"
+#include "foundation/values/VisibleText.h"
 
 namespace installer {
 namespace {

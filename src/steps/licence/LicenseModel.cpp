@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 #include "ports/Bundle.h"
 #include "ports/FileManager.h"
 #include "ports/Platform.h"

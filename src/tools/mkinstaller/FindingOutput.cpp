@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <unistd.h>
 
-#include "foundation/text/VisibleText.h"
+#include "foundation/values/VisibleText.h"
 
 namespace installer {
 

@@ -110,7 +110,7 @@ bool isAsleepOrEnded(const HelperProcess& helper) {
            status.find("State:\tZ") != std::string::npos;
 }
 
-TEST_F(HelperPeer, ThatIsSlowToAskIsAwaitedOnAStreamThatDoesNotBlock) {
+TEST_F(HelperPeer, IsAwaitedWhenItIsSlowToAskOnANonBlockingStream) {
     HelperProcess helper(withStreamsThatDoNotBlock());
     ASSERT_TRUE(helper.saysHello());
     while (!isAsleepOrEnded(helper)) ::sched_yield();
@@ -118,7 +118,7 @@ TEST_F(HelperPeer, ThatIsSlowToAskIsAwaitedOnAStreamThatDoesNotBlock) {
     EXPECT_TRUE(folder.holds("made"));
 }
 
-TEST_F(HelperPeer, ThatIsSlowToReadIsAwaitedOnAStreamThatDoesNotBlock) {
+TEST_F(HelperPeer, IsAwaitedWhenItIsSlowToReadOnANonBlockingStream) {
     HelperProcess helper(withStreamsThatDoNotBlock());
     ASSERT_TRUE(helper.saysHello());
     const int unanswered =

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "foundation/rtf/codepages/CodePageTables.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer::rtf {
 

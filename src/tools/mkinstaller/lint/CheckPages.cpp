@@ -8,8 +8,8 @@
 #include "foundation/rtf/RtfReader.h"
 #include "foundation/rtf/Tokenizer.h"
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
 #include "foundation/values/Paths.h"
+#include "foundation/values/Utf8.h"
 #include "tools/mkinstaller/sources/Folders.h"
 
 namespace installer {

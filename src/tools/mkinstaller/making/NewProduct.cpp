@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
 #include "foundation/values/Paths.h"
+#include "foundation/values/Utf8.h"
 #include "tools/mkinstaller/making/StarterPayload.h"
 #include "tools/mkinstaller/sources/Folders.h"
 #include "tools/mkinstaller/sources/Identifiers.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "foundation/text/Text.h"
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer {
 

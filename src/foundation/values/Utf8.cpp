@@ -1,4 +1,4 @@
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer {
 

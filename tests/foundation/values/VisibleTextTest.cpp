@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/text/VisibleText.h"
+#include "foundation/values/VisibleText.h"
 
 namespace installer {
 namespace {

@@ -1,9 +1,9 @@
-#include "foundation/text/VisibleText.h"
+#include "foundation/values/VisibleText.h"
 
 #include <cstddef>
 #include <cstdint>
 
-#include "foundation/text/Utf8.h"
+#include "foundation/values/Utf8.h"
 
 namespace installer {
 
