@@ -9,7 +9,9 @@ add_library(installer_fuzzed STATIC
     ${source}/foundation/rtf/RtfReader.cpp
     ${source}/foundation/text/StyledText.cpp
     ${source}/foundation/text/Text.cpp
+    ${source}/foundation/values/SystemFolders.cpp
     ${source}/foundation/values/Utf8.cpp
+    ${source}/foundation/values/VisibleText.cpp
     ${source}/foundation/values/Uuid.cpp
     ${source}/foundation/rtf/codepages/CodePages.cpp
     ${source}/foundation/rtf/ColorTable.cpp
@@ -52,7 +54,6 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/files/RegularFile.cpp
     ${source}/linux/bundle/StringsTable.cpp
     ${source}/linux/bundle/StringsTableText.cpp
-    ${source}/foundation/values/VisibleText.cpp
     ${source}/privileged/trees/EntryCopy.cpp
     ${source}/privileged/files/EntryMode.cpp
     ${source}/privileged/files/ExclusiveRename.cpp
@@ -78,6 +79,7 @@ add_library(installer_fuzzed STATIC
     ../support/FakeFileQuery.cpp
     ../support/FakePlatform.cpp
     ../support/MemoryFileManager.cpp
+    ../support/MemoryFileManagerScene.cpp
     ../support/RecordingFileManager.cpp
 )
 target_include_directories(installer_fuzzed PUBLIC ${PROJECT_SOURCE_DIR})
