@@ -70,7 +70,7 @@ std::optional<std::string> FakeSearchPaths::userPreferencesFolder() const {
 }
 
 std::optional<std::string> FakeSearchPaths::homeFolder() const {
-    return volume.empty() ? home : volume + "/Users/" + login;
+    return volume.empty() ? home : volume + "/Users/" + homeName.value_or(login);
 }
 
 std::string FakeSearchPaths::onTargetVolume(const std::string& path) const {

@@ -62,6 +62,8 @@ class FakeSearchPaths : public SearchPaths {
     std::optional<std::string> home = "/Users/tester";
     std::vector<std::string> languages = {"en"};
     std::string login = "tester";
+    /// The name of the home folder on a target volume, if it is not the login name.
+    std::optional<std::string> homeName;
     std::function<void()> whenLoginNameIsAsked;
 
     std::string localApplicationSupportFolder() const override;

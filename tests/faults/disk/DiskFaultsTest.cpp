@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
+#include "foundation/values/Paths.h"
 #include "linux/files/LinuxFileManager.h"
 #include "tests/faults/disk/DiskScene.h"
 #include "tests/faults/disk/ForkedHelper.h"
@@ -150,6 +151,7 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
         FakePlatform fake;
         prepareFaultScene(fake, disk.path());
         fake.searchPaths.login = loginNameOf(user_);
+        fake.searchPaths.homeName = lastPathComponent(fault_scene::home);
         LinuxFileManager files(fake.log, user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow);
         actAs(user_);
         RunReport report = runInstallStep(fake, files, authorizations, faults, atStart);
