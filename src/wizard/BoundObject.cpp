@@ -46,6 +46,7 @@ Subscription BoundObject::observeProperties(std::function<void(std::string_view)
 
 std::vector<BoundObject::BoundProperty> BoundObject::boundProperties() const {
     std::vector<BoundProperty> properties;
+    properties.reserve(bindings_.size());
     for (const auto& [name, binding] : bindings_) properties.push_back({name, binding.isConstant});
     return properties;
 }

@@ -38,7 +38,7 @@ std::optional<std::string> whatOthersCanChange(const std::string& program, uid_t
     const std::string path = resolved.get();
     if (canBeChangedByOthers("/", user)) return "/";
     for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
-        const std::string entry = path.substr(0, end);
+        std::string entry = path.substr(0, end);
         if (canBeChangedByOthers(entry, user)) return entry;
         if (end == std::string::npos) return std::nullopt;
     }

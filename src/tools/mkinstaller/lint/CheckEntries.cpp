@@ -36,10 +36,7 @@ bool isProgram(const std::string& path) {
     const auto start = startOf(path, 4);
     if (!start) return false;
     for (const std::string_view magic :
-         {"#!",
-          "\x7F"
-          "ELF",
-          "\xCF\xFA\xED\xFE", "\xCE\xFA\xED\xFE", "\xCA\xFE\xBA\xBE"}) {
+         {"#!", "\177ELF", "\xCF\xFA\xED\xFE", "\xCE\xFA\xED\xFE", "\xCA\xFE\xBA\xBE"}) {
         if (start->starts_with(magic)) return true;
     }
     return false;

@@ -116,8 +116,11 @@ class PlanCheck {
             if (!losesFiles) continue;
             otherCompanies_.insert(folder);
             tell("M094", folder,
-                 "files in \"" + name + "\" are left out, since the company is called \"" +
-                     company + "\"",
+                 std::string("files in \"")
+                     .append(name)
+                     .append("\" are left out, since the company is called \"")
+                     .append(company)
+                     .append("\""),
                  "call the folder by the company's name");
         }
     }

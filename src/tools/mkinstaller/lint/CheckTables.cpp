@@ -39,6 +39,7 @@ Explained explained(Mistake mistake) {
 }
 
 void tellMistakes(const LintContext& context, const TextTable& table) {
+    if (!table.read) return;
     for (const auto* mistakes : {&table.read->problems, &table.read->remarks}) {
         for (const StringsTable::Problem& problem : *mistakes) {
             const auto [code, repair] = explained(problem.mistake);
@@ -63,6 +64,7 @@ void tellMissing(const LintContext& context, const TextTables& tables, const std
 
 void tellUnknown(const LintContext& context, const TextTables& tables, const std::string& name,
                  const TextTable& table, const std::set<std::string>& keysOfLayouts) {
+    if (!table.read) return;
     for (const auto& [key, text] : table.read->entries) {
         if (tables.wanted(name).contains(key)) continue;
         if (name == "Localizable" && keysOfLayouts.contains(key)) continue;

@@ -95,10 +95,13 @@ class TiffDirectory {
     }
 
     void read(std::size_t entry) {
-        Values values{*number(entry + 2, 2), *number(entry + 4, 4), entry + 8};
-        if (sizeOf(values.type) * std::size_t{values.count} > 4)
-            values.place = *number(entry + 8, 4);
-        switch (*number(entry, 2)) {
+        // The caller has checked that the whole entry is there.
+        Values values{number(entry + 2, 2).value_or(0), number(entry + 4, 4).value_or(0),
+                      entry + 8};
+        if (sizeOf(values.type) * std::size_t{values.count} > 4) {
+            values.place = number(entry + 8, 4).value_or(0);
+        }
+        switch (number(entry, 2).value_or(0)) {
             case 256:
                 width_ = value(values, 0).value_or(0);
                 break;

@@ -29,7 +29,10 @@ std::string websiteOf(const std::string& identifier) {
     std::vector<std::string> parts = split(identifier, '.');
     if (parts.size() > 2) parts.pop_back();
     std::string host;
-    for (const std::string& part : parts) host = host.empty() ? part : part + "." + host;
+    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+        if (!host.empty()) host += '.';
+        host += *part;
+    }
     return host;
 }
 
@@ -147,7 +150,7 @@ std::optional<std::string> problemOf(const NewProductNames& names, const Kit& ki
     for (const std::string& language : names.languages) {
         if (std::ranges::find(known, language) != known.end()) continue;
         std::string all;
-        for (const std::string& name : known) all += " " + name;
+        for (const std::string& name : known) all.append(" ").append(name);
         return "there are no texts in \"" + language + "\"; there are texts in" + all;
     }
     return std::nullopt;

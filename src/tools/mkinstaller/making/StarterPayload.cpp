@@ -44,7 +44,10 @@ std::string escapedForXml(std::string_view text) {
 std::error_code writeProgram(const std::string& path) {
     if (const auto error = writeFile(path, program)) return error;
     std::error_code error;
-    fs::permissions(path, fs::perms(0755), error);
+    fs::permissions(path,
+                    fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                        fs::perms::others_read | fs::perms::others_exec,
+                    error);
     return error;
 }
 
