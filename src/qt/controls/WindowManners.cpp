@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <QVariant>
 
-#include "qt/controls/MenuButton.h"
+#include "qt/dressing/MenuButton.h"
 
 namespace installer {
 

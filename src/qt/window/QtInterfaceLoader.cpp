@@ -8,12 +8,12 @@
 #include <utility>
 
 #include "qt/binding/Binder.h"
-#include "qt/controls/Dressing.h"
-#include "qt/controls/FocusRing.h"
-#include "qt/controls/MenuButton.h"
-#include "qt/controls/Mnemonics.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/dialogs/TextOutput.h"
+#include "qt/dressing/Dressing.h"
+#include "qt/dressing/FocusRing.h"
+#include "qt/dressing/MenuButton.h"
+#include "qt/dressing/Mnemonics.h"
 #include "qt/values/QtText.h"
 #include "qt/window/QtInterface.h"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/mkinstaller/lint/Findings.h"
+#include "tools/mkinstaller/lint/basis/Findings.h"
 
 namespace installer {
 

@@ -7,7 +7,7 @@
 
 #include "foundation/text/Text.h"
 #include "tools/mkinstaller/Verbs.h"
-#include "tools/mkinstaller/lint/FindingKinds.h"
+#include "tools/mkinstaller/lint/basis/FindingKinds.h"
 #include "tools/mkinstaller/sources/Folders.h"
 
 namespace installer {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/tools/mkinstaller/ProductFolder.h"
-#include "tools/mkinstaller/lint/FindingKinds.h"
+#include "tools/mkinstaller/lint/basis/FindingKinds.h"
 #include "tools/mkinstaller/sources/Folders.h"
 
 namespace installer::test {

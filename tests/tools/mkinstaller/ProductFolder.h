@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/linux/ScratchFolder.h"
-#include "tools/mkinstaller/lint/Findings.h"
+#include "tools/mkinstaller/lint/basis/Findings.h"
 #include "tools/mkinstaller/sources/Kit.h"
 
 namespace installer::test {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "foundation/text/Text.h"
-#include "tools/mkinstaller/lint/PropertyListFile.h"
+#include "tools/mkinstaller/lint/basis/PropertyListFile.h"
 #include "tools/mkinstaller/sources/Identifiers.h"
 
 namespace installer {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/mkinstaller/lint/LintContext.h"
+#include "tools/mkinstaller/lint/basis/LintContext.h"
 
 namespace installer {
 

@@ -3,7 +3,7 @@
 #include <set>
 #include <string>
 
-#include "tools/mkinstaller/lint/LintContext.h"
+#include "tools/mkinstaller/lint/basis/LintContext.h"
 
 namespace installer {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "tools/mkinstaller/lint/Findings.h"
+#include "tools/mkinstaller/lint/basis/Findings.h"
 #include "tools/mkinstaller/sources/Kit.h"
 #include "tools/mkinstaller/sources/Product.h"
 

@@ -1,0 +1,56 @@
+#include "qt/dressing/Dressing.h"
+
+#include <QLabel>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <QVariant>
+
+#include "ports/window/DescriptionProperties.h"
+#include "qt/dressing/BundlePicture.h"
+#include "qt/dressing/DotLine.h"
+#include "qt/dressing/FitsText.h"
+#include "qt/dressing/FollowsFont.h"
+#include "qt/dressing/MenuButton.h"
+#include "qt/dressing/ReadingColumn.h"
+#include "qt/dressing/SidePane.h"
+#include "qt/values/QtText.h"
+
+namespace installer {
+
+namespace {
+
+void setTextSize(QWidget& control) {
+    const QString size = control.property(textSizeProperty).toString();
+    if (size == QLatin1String("heading")) new FollowsFont(control, TextSize::heading);
+    if (size == QLatin1String("strong")) new FollowsFont(control, TextSize::strong);
+    if (size == QLatin1String("small")) new FollowsFont(control, TextSize::small);
+}
+
+void dressOne(QWidget& control, const Bundle& bundle) {
+    if (control.parentWidget() != nullptr) {
+        setTextSize(control);
+        if (control.property(sidePaneProperty).toBool()) new SidePane(control);
+    }
+    if (control.property(connectsDotsProperty).toBool()) new DotLine(control);
+    if (auto* label = qobject_cast<QLabel*>(&control)) {
+        const QString picture = control.property(pictureNameProperty).toString();
+        if (!picture.isEmpty()) new BundlePicture(*label, fromQt(picture), bundle);
+    }
+    if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
+        if (control.property(readingColumnProperty).toBool()) new ReadingColumn(*browser);
+        if (control.property(fitsTextProperty).toBool()) new FitsText(*browser);
+    }
+    if (auto* button = qobject_cast<QToolButton*>(&control)) {
+        if (control.property(holdsMenuProperty).toBool()) new MenuButton(*button);
+    }
+}
+
+}  // namespace
+
+void dress(QWidget& root, const Bundle& bundle) {
+    const QList<QWidget*> controls = root.findChildren<QWidget*>();
+    dressOne(root, bundle);
+    for (QWidget* control : controls) dressOne(*control, bundle);
+}
+
+}  // namespace installer
