@@ -3,11 +3,9 @@
 #include "hosts/ApertureHostModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
 
 constexpr const char* apertureFolder = "/Users/tester/Library/Application Support/Aperture";
 
@@ -57,4 +55,4 @@ TEST(ApertureHostModel, ItsApplicationLiesOnTheTargetVolume) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

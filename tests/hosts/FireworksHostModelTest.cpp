@@ -3,11 +3,9 @@
 #include "hosts/FireworksHostModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
 
 constexpr const char* plugInFolder = "/Applications/Adobe Fireworks CS6/Plug-Ins";
 
@@ -69,4 +67,4 @@ TEST(FireworksHostModel, IgnoresScriptsAndPanels) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

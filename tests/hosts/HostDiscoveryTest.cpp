@@ -12,23 +12,18 @@
 #include "tests/hosts/RowName.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
 
 using namespace std::string_literals;
-using test::adobeSupport;
-using test::FakePlatform;
-using test::names;
-using test::preferences;
-using test::rowName;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 const std::string domain = "com.quarrytone.installer";
 
-class HostDiscoveryTest : public test::PhotoshopScene {
+class HostDiscoveryTest : public PhotoshopScene {
   protected:
     std::vector<std::string> discovered() {
         return names(HostDiscovery(fake_.platform).discoverHosts());
@@ -69,7 +64,7 @@ TEST_F(HostDiscoveryTest, FindsPathsFilesInBothFoldersAdobesOwnFirst) {
 TEST_F(HostDiscoveryTest, NamesAPathsFileInTheLogBeforeItIsRead) {
     addPhotoshop("Adobe Photoshop CS6");
     std::vector<std::string> linesWhenRead;
-    fake_.files.setFault([&](const test::RecordingFileManager::Operation& operation) {
+    fake_.files.setFault([&](const RecordingFileManager::Operation& operation) {
         if (operation.front() == "read") linesWhenRead = fake_.log.lines;
         return std::error_code{};
     });
@@ -81,7 +76,7 @@ TEST_F(HostDiscoveryTest, NamesAPathsFileInTheLogBeforeItIsRead) {
 TEST_F(HostDiscoveryTest, AFolderThatCannotBeListedContributesNothing) {
     addPhotoshop("Adobe Photoshop CS6");
     addPhotoshop("Adobe Photoshop CC", adobeSupport);
-    fake_.files.setFault([](const test::RecordingFileManager::Operation& operation) {
+    fake_.files.setFault([](const RecordingFileManager::Operation& operation) {
         const bool fails = operation.front() == "list" && operation[1].ends_with("/Adobe");
         return fails ? std::make_error_code(std::errc::permission_denied) : std::error_code{};
     });
@@ -239,4 +234,4 @@ TEST_F(HostDiscoveryTest, LooksInTheUsersFoldersOnTheTargetVolume) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

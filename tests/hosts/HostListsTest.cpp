@@ -6,11 +6,10 @@
 #include "hosts/HostLists.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
 
-using test::FakePlatform;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
@@ -90,4 +89,4 @@ TEST_F(HostLists, FailToSortWhenOneHostHasNoOrder) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

@@ -7,11 +7,9 @@
 #include "hosts/HostModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
 
 enum class Kind { photoshop, lightRoom, aperture, fireworks, unknown };
 
@@ -186,4 +184,4 @@ TEST(HostModel, IsOfOneKindOnly) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

@@ -6,11 +6,9 @@
 #include "hosts/LightRoomHostModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
 
 constexpr const char* supportFolder = "/Users/tester/Library/Application Support/Adobe/Lightroom";
 constexpr const char* identifier = "[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}";
@@ -114,4 +112,4 @@ TEST(LightRoomHostModel, ThePresetHoldsThePathThatTheTargetVolumesSystemKnows) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

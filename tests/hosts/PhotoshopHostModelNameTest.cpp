@@ -9,12 +9,9 @@
 
 // What a Photoshop host knows from its display name alone.
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
-using test::rowName;
 
 PhotoshopHostModel hostNamed(const std::string& name) {
     FakePlatform fake;
@@ -177,4 +174,4 @@ TEST(PhotoshopHostModelName, ElementsHasNoPhotoshopVersion) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

@@ -14,14 +14,11 @@
 
 // Where a Photoshop host finds its folders.
 
-namespace installer {
+namespace installer::test {
 
 namespace {
 
 using namespace std::string_literals;
-using test::FakePlatform;
-using test::preferences;
-using test::rowName;
 using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -33,7 +30,7 @@ const std::string sharedPlugIns = "/Library/Application Support/Adobe/Plug-Ins/C
 class PhotoshopHostModelTest : public testing::Test {
   protected:
     PhotoshopHostModelTest() {
-        fake_.files.setFault([this](const test::RecordingFileManager::Operation& operation) {
+        fake_.files.setFault([this](const RecordingFileManager::Operation& operation) {
             if (operation.front() == "read") ++reads_;
             return std::error_code{};
         });
@@ -268,7 +265,7 @@ TEST_F(PhotoshopHostModelTest, IsNotInstalledWhenItsFolderIsEmptyMissingOrAFile)
 
 TEST_F(PhotoshopHostModelTest, AnApplicationFolderThatCannotBeListedIsNotInstalledWithoutAWord) {
     fake_.memory.addFolder("/Photoshop/Photoshop.app");
-    fake_.files.setFault([](const test::RecordingFileManager::Operation& operation) {
+    fake_.files.setFault([](const RecordingFileManager::Operation& operation) {
         return operation.front() == "list" ? std::make_error_code(std::errc::permission_denied)
                                            : std::error_code{};
     });
@@ -322,7 +319,7 @@ TEST_F(PhotoshopHostModelTest, AFifoInPlaceOfThePathsFileCannotBeOpened) {
 
 TEST_F(PhotoshopHostModelTest, AReadErrorCountsAsAFileThatCannotBeOpened) {
     fake_.memory.addFile(preferences + "Adobe Photoshop CS6 Paths", "/Photoshop\0"s);
-    fake_.files.setFault([](const test::RecordingFileManager::Operation& operation) {
+    fake_.files.setFault([](const RecordingFileManager::Operation& operation) {
         return operation.front() == "read" ? std::make_error_code(std::errc::io_error)
                                            : std::error_code{};
     });
@@ -447,4 +444,4 @@ TEST_F(PhotoshopHostModelTest, ARelativePathNamesNothingOnTheTargetVolumeEither)
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

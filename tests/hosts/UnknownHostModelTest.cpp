@@ -3,11 +3,9 @@
 #include "hosts/UnknownHostModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
-
-using test::FakePlatform;
 
 TEST(UnknownHostModel, StartsWithThePlugInOnlyAndUnselected) {
     FakePlatform fake;
@@ -63,4 +61,4 @@ TEST(UnknownHostModel, TakesEveryFolderAndChoice) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

@@ -8,9 +8,9 @@
 #include <sys/stat.h>
 
 #include "linux/rights/LinuxAuthorization.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/ports/Adapter.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 

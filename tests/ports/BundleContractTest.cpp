@@ -6,9 +6,9 @@
 #include <string>
 
 #include "linux/bundle/LinuxBundle.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/ports/Adapter.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 

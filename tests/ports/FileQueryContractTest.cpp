@@ -8,9 +8,9 @@
 
 #include "linux/files/LinuxFileQuery.h"
 #include "linux/process/PollEventLoop.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/ports/Adapter.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 

@@ -6,9 +6,9 @@
 
 #include "linux/files/LinuxSearchPaths.h"
 #include "linux/settings/LinuxPreferencesStore.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/ports/Adapter.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 

@@ -9,7 +9,7 @@
 #include "product/BundleUserDefaults.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -23,7 +23,7 @@ class BundleUserDefaultsTest : public testing::Test {
         return fake.preferences.value(domain, key);
     }
 
-    test::FakePlatform fake;
+    FakePlatform fake;
     BundleUserDefaults defaults{fake.platform, domain};
 };
 
@@ -171,4 +171,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

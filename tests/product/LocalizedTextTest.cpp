@@ -5,12 +5,12 @@
 #include "product/LocalizedText.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 class LocalizedTextTest : public testing::Test {
   protected:
-    test::FakeBundle bundle;
+    FakeBundle bundle;
 };
 
 TEST_F(LocalizedTextTest, ATextComesFromTheDefaultTable) {
@@ -87,4 +87,4 @@ INSTANTIATE_TEST_SUITE_P(Names, LocalizedTextNameWithDotsOrSeparators,
                          [](const auto& row) { return row.param.meaning; });
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

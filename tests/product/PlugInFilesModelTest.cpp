@@ -8,12 +8,11 @@
 #include "product/PlugInFilesModel.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
 
 using namespace std::string_literals;
-using test::FakePlatform;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -279,4 +278,4 @@ TEST_F(PlugInFilesModelTest, TheUsersFoldersAreNoneWithoutAHome) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

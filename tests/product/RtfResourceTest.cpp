@@ -6,7 +6,7 @@
 #include "product/RtfResource.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -17,7 +17,7 @@ class RtfResourceTest : public testing::Test {
     RtfResourceTest() { fake.bundle.resources["register.rtf"] = path; }
 
     const std::string path = "/Installer.app/Contents/Resources/en.lproj/register.rtf";
-    test::FakePlatform fake;
+    FakePlatform fake;
 };
 
 TEST_F(RtfResourceTest, GivesTheBundlesFileAsStyledText) {
@@ -74,4 +74,4 @@ TEST(RtfResourceNilText, ReadsNil) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "ports/FileManager.h"
 #include "tests/support/Faults.h"
+#include "tests/support/ForwardingFileManager.h"
 
 namespace installer::test {
 
@@ -23,10 +23,11 @@ namespace installer::test {
 ///   setAttributes               nothing; part: the owner is changed; everything: all is
 ///   openForWriting, setSize     nothing
 ///   write                       nothing; part: half of the text; everything: the text
-class FailingFileManager : public FileManager {
+class FailingFileManager : public ForwardingFileManager {
   public:
     /// Both outlive this object and the files that it opens.
-    FailingFileManager(FileManager& files, Faults& faults) : files_(files), faults_(faults) {}
+    FailingFileManager(FileManager& files, Faults& faults)
+        : ForwardingFileManager(files), faults_(faults) {}
 
     bool exists(const std::string& path) override;
     Result<std::vector<std::string>> list(const std::string& folder) override;
@@ -50,7 +51,6 @@ class FailingFileManager : public FileManager {
   private:
     class OpenFile;
 
-    FileManager& files_;
     Faults& faults_;
 };
 

@@ -25,10 +25,6 @@ std::error_code RecordingFileManager::faultOf(const Operation& operation) const 
     return fault_ ? fault_(operation) : std::error_code{};
 }
 
-bool RecordingFileManager::exists(const std::string& path) {
-    return files_.exists(path);
-}
-
 Result<std::vector<std::string>> RecordingFileManager::list(const std::string& folder) {
     looks.push_back("list " + folder);
     if (const auto error = faultOf({"list", folder})) return error;
@@ -63,10 +59,6 @@ void RecordingFileManager::markUnreadable(const std::string& folder,
             markUnreadable(path, entry.entries);
         }
     }
-}
-
-bool RecordingFileManager::isPackage(const std::string& path) {
-    return files_.isPackage(path);
 }
 
 std::error_code RecordingFileManager::copy(const std::string& source,

@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "ports/FileManager.h"
+#include "tests/support/ForwardingFileManager.h"
 
 namespace installer::test {
 
 /// Passes every operation on to another file manager. Writes those that change something into a
 /// list, and lets a test make any operation fail.
-class RecordingFileManager : public FileManager {
+class RecordingFileManager : public ForwardingFileManager {
   public:
     /// An operation as the recorder sees it: its name, then its paths ("copy", "/a", "/b").
     using Operation = std::vector<std::string>;
@@ -21,7 +21,7 @@ class RecordingFileManager : public FileManager {
     /// The recording goes to `journal`, so that several recorders can share one and the order of
     /// everything shows. Both outlive this object.
     RecordingFileManager(FileManager& files, std::vector<std::string>& journal)
-        : files_(files), journal_(journal) {}
+        : ForwardingFileManager(files), journal_(journal) {}
 
     int measured = 0;  ///< how often the size of an entry was asked for
     /// Every look at what is in a folder: "list", "walk" or "readTree" and the folder.
@@ -29,13 +29,11 @@ class RecordingFileManager : public FileManager {
 
     void setFault(Fault fault) { fault_ = std::move(fault); }
 
-    bool exists(const std::string& path) override;
     Result<std::vector<std::string>> list(const std::string& folder) override;
     void walk(const std::string& folder, WalkDepth depth,
               const std::function<void(const WalkEntry&)>& visit) override;
     Result<std::vector<TreeEntry>> readTree(const std::string& folder,
                                             ProgressSink* progress) override;
-    bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
     std::uint64_t bytesToCopy(const std::string& path) override;
@@ -54,7 +52,6 @@ class RecordingFileManager : public FileManager {
     [[nodiscard]] std::error_code faultOf(const Operation& operation) const;
     void record(const std::string& line) { journal_.push_back(line); }
 
-    FileManager& files_;
     std::vector<std::string>& journal_;
     Fault fault_;
 };

@@ -106,8 +106,10 @@ class Agent:
     """Whom polkit asks when that process wants to become root: answers as it was told to."""
 
     def __init__(self, process, account, answer, password=""):
+        # Given as a text: the user may not be able to look into the folder that the file lies in.
+        program = AGENT.read_text(encoding="utf-8")
         self.process = subprocess.Popen(
-            [PYTHON, "-B", str(AGENT), str(process), answer, password], env={}, bufsize=0,
+            [PYTHON, "-B", "-c", program, str(process), answer, password], env={}, bufsize=0,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, start_new_session=True,
             **account.options)
         self.questions = []

@@ -10,7 +10,7 @@
 #include "wizard/InstallStateController.h"
 #include "wizard/StepController.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -55,7 +55,7 @@ class InstallStateControllerTest : public testing::Test {
         step.asked.clear();
     }
 
-    test::FakePlatform fake;
+    FakePlatform fake;
     InstallStateController controller{fake.platform, 0};
     AskedStep step;
     std::vector<Change> changes;
@@ -207,4 +207,4 @@ TEST_F(InstallStateControllerTest, AStepMayMoveOnWhileItIsEntered) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -10,7 +10,7 @@
 #include "wizard/SetupViewModel.h"
 #include "wizard/StepController.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 class WillingStep : public StepController {
@@ -42,7 +42,7 @@ class SetupViewModelTest : public testing::Test {
         return controller;
     }
 
-    test::FakePlatform fake;
+    FakePlatform fake;
 };
 
 struct ButtonTexts {
@@ -133,4 +133,4 @@ TEST_F(SetupViewModelTest, TheTextForInstallingAgainIsLoadedWithTheOthers) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

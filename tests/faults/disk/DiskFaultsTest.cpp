@@ -23,7 +23,7 @@
 #include "tests/faults/disk/SystemCallFaults.h"
 #include "tests/faults/engine/FaultOracle.h"
 #include "tests/faults/engine/FaultRun.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 // A whole run on a real disk, with the file manager that ships and the helper's own actions. The
 // system calls below them fail in turn, until a run passes untouched: each call that changes
@@ -111,7 +111,7 @@ class SceneDisk {
     /// A file system in memory is as real as others, and thousands of trees are made on it.
     static std::string parent() { return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp"; }
 
-    TemporaryFolder folder_{parent()};
+    ScratchFolder folder_{parent()};
 };
 
 struct RunOnDisk {

@@ -8,7 +8,7 @@
 
 #include "foundation/observers/NotificationCenter.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -187,4 +187,4 @@ TEST_F(NotificationCenterTest, AnObserverMayDestroyTheCenter) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -8,7 +8,7 @@
 
 #include "foundation/observers/Observable.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -119,4 +119,4 @@ TEST_F(ObservableTest, AnObserverMayDestroyTheObject) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,11 +4,8 @@
 
 #include "tests/foundation/rtf/RtfReading.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::plainTextOfBody;
-using test::textOf;
 
 std::string plainTextOf(const std::string& rtf) {
     return textOf(rtf).plainText();
@@ -202,4 +199,4 @@ TEST(RtfCharactersCodePages, ACharacterDoesNotBeginInOneFontAndEndInAnother) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

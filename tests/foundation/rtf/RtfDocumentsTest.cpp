@@ -10,10 +10,8 @@
 
 #include "tests/foundation/rtf/RtfReading.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::textOf;
 
 std::string contentsOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -125,7 +123,7 @@ TEST(RtfDocuments, ReadsRawBytes) {
 TEST(RtfDocuments, AnyPartOfADocumentIsRefused) {
     const std::string rtf = contentsOf(std::filesystem::path(TEST_DATA) / "notes-editor.rtf");
     for (std::size_t length = 6; length < rtf.rfind('}'); ++length) {
-        EXPECT_EQ(test::errorOf(rtf.substr(0, length)), "the text ends before its groups do");
+        EXPECT_EQ(errorOf(rtf.substr(0, length)), "the text ends before its groups do");
     }
 }
 
@@ -144,4 +142,4 @@ TEST(RtfDocuments, EveryResourceOfTheProductIsReadWhole) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,11 +5,8 @@
 
 #include "tests/foundation/rtf/RtfReading.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::runOfBody;
-using test::textOfBody;
 
 struct StyleRow {
     std::string name;
@@ -201,4 +198,4 @@ TEST(RtfFormatParagraphs, TheLastOneWithoutAMarkLooksAsItsTextDid) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,12 +5,8 @@
 
 #include "tests/foundation/rtf/RtfReading.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::plainTextOfBody;
-using test::runOfBody;
-using test::textOfBody;
 
 std::string linkOf(const std::string& instruction) {
     return runOfBody("{\\field{\\*\\fldinst " + instruction + "}{\\fldrslt a}}").style.link;
@@ -98,4 +94,4 @@ TEST(RtfLinks, TwoLinksInARowStayApart) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,15 +4,10 @@
 
 #include "tests/foundation/rtf/RtfReading.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using namespace std::string_literals;
-
-using test::errorOf;
-using test::plainTextOfBody;
-using test::textOf;
-using test::textOfBody;
 
 std::string repeated(const std::string& text, std::size_t count) {
     std::string result;
@@ -203,4 +198,4 @@ TEST(RtfReader, LongTextsTakeNoMoreThanTheirShare) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,7 +4,7 @@
 
 #include "foundation/text/Format.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 TEST(Format, FillsPlaceholdersInTheirOrder) {
@@ -74,4 +74,4 @@ TEST(Format, WithoutArgumentsPlaceholdersGiveNothing) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

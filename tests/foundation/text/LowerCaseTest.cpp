@@ -4,7 +4,7 @@
 
 #include "foundation/text/Text.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 struct Letters {
@@ -45,4 +45,4 @@ TEST(LowerCaseText, ALettersPlaceInItsWordDoesNotCount) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,7 +4,7 @@
 
 #include "foundation/text/NamePattern.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 struct PatternRow {
@@ -63,4 +63,4 @@ TEST(NamePatternCost, IsAtMostTheProductOfTheLengths) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,7 +4,7 @@
 
 #include "foundation/text/StyledText.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 const TextStyle bold{.bold = true};
@@ -98,4 +98,4 @@ TEST(StyledText, RunsOfTheSameStyleBesideAReplacementStayApart) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

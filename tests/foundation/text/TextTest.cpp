@@ -6,7 +6,7 @@
 
 #include "foundation/text/Text.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -250,4 +250,4 @@ TEST(Text, ComparingWithoutCaseIsAboutAsciiLettersOnly) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,7 +4,7 @@
 
 #include "foundation/values/PackageName.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 TEST(PackageName, EverySuffixOfTheListMakesAPackage) {
@@ -23,4 +23,4 @@ TEST(PackageName, OnlyAWholeSuffixAfterANameCounts) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

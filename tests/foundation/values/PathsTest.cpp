@@ -2,7 +2,7 @@
 
 #include "foundation/values/Paths.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 TEST(Paths, JoinPutsOneSeparatorBetweenFolderAndEntry) {
@@ -100,4 +100,4 @@ TEST(Paths, OrdinaryPathsStayAsTheyAre) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,7 +5,7 @@
 
 #include "foundation/values/SystemFolders.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 const std::vector<std::string> home = {"/home/me"};
@@ -62,4 +62,4 @@ TEST(SystemFolders, AHomeThatIsTheRootAllowsNothing) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

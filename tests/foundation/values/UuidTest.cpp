@@ -6,7 +6,7 @@
 
 #include "foundation/values/Uuid.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 bool isUpperCaseHexadecimal(char character) {
@@ -49,4 +49,4 @@ TEST(Uuid, EveryOtherDigitVaries) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

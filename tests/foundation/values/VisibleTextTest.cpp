@@ -4,7 +4,7 @@
 
 #include "foundation/values/VisibleText.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 struct VisibleTextRow {
@@ -50,4 +50,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,7 +5,7 @@
 
 #include "install/engine/DecimalNumber.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 struct Row {
@@ -69,4 +69,4 @@ TEST(DecimalNumber, ZerosBeforeANumberDoNotCount) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -9,7 +9,7 @@
 #include "ports/ChildProcess.h"
 #include "ports/EventLoop.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 // What tools do with the administrator's rights; see LinuxChildProcessTest for the user's.
@@ -227,4 +227,4 @@ TEST_F(OneLineTasksWithOutputPrivilegedRun, KeepsAWholeCharacterAtTheEndOfAChunk
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -9,7 +9,7 @@
 #include "install/rights/TaskOutputReader.h"
 #include "ports/EventLoop.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using Pipe = ChildProcess::Pipe;
@@ -136,4 +136,4 @@ TEST_F(TaskOutputReaderTest, KeepsBytesThatAreNoText) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,13 +4,12 @@
 #include <unistd.h>
 
 #include "linux/bundle/LinuxBundle.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -42,7 +41,7 @@ class LinuxBundleTest : public testing::Test {
     }
 
     ScratchFolder disk_;
-    test::RecordingLog log_;
+    RecordingLog log_;
 };
 
 TEST_F(LinuxBundleTest, KnowsItsFolders) {
@@ -270,4 +269,4 @@ TEST_F(LinuxBundlesTest, OpensNothingElse) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

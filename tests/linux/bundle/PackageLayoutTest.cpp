@@ -6,13 +6,13 @@
 #include "linux/bundle/PackageLayout.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 const std::string withNul("To\0ol", 5);
 
 std::optional<std::string> programNamed(const std::string& name) {
-    test::FakeBundle bundle;
+    FakeBundle bundle;
     bundle.information["CFBundleExecutable"] = name;
     return namedProgram("/A.app", bundle);
 }
@@ -24,7 +24,7 @@ TEST(PackageLayout, AProgramLiesInTheProgramsFolder) {
 
 TEST(PackageLayout, ThePropertyListNamesTheProgram) {
     EXPECT_EQ(programNamed("Tool"), "/A.app/Contents/MacOS/Tool");
-    EXPECT_EQ(namedProgram("/A.app", test::FakeBundle()), std::nullopt);
+    EXPECT_EQ(namedProgram("/A.app", FakeBundle()), std::nullopt);
 }
 
 TEST(PackageLayout, AProgramsNameCannotLeadOutOfThePackage) {
@@ -48,4 +48,4 @@ TEST(PackageLayout, AProgramBelongsToThePackageAboveTheProgramsFolder) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

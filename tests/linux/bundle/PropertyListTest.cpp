@@ -5,7 +5,7 @@
 
 #include "linux/bundle/PropertyList.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 std::string xml(const std::string& dictionary) {
@@ -298,4 +298,4 @@ TEST(PropertyList, EveryTruncationAndEveryDamagedByteIsSurvived) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

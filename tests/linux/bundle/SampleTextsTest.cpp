@@ -7,10 +7,10 @@
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/bundle/StringsTable.h"
 #include "privileged/files/RegularFile.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -63,13 +63,13 @@ TEST(SampleTextsLanguages, AreThereInSixLanguages) {
 }
 
 TEST(SampleTextsLanguages, ABundleSpeaksEachOfItsLanguagesWithoutComplaint) {
-    const test::ScratchFolder disk;
+    const ScratchFolder disk;
     disk.addFolder("Sample.app/Contents");
     std::filesystem::create_directory_symlink(resources, disk.at("Sample.app/Contents/Resources"));
     std::set<std::string> words;
     for (const auto& language : sampleLanguages()) {
         SCOPED_TRACE(language);
-        test::RecordingLog log;
+        RecordingLog log;
         const LinuxBundle bundle(disk.at("Sample.app"), {language}, log);
         EXPECT_EQ(bundle.localization(), language);
         words.insert(bundle.localizedString("go_back", "Localizable").value_or(""));
@@ -81,4 +81,4 @@ TEST(SampleTextsLanguages, ABundleSpeaksEachOfItsLanguagesWithoutComplaint) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

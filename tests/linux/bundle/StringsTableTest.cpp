@@ -3,7 +3,7 @@
 
 #include "linux/bundle/StringsTable.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::Contains;
@@ -246,4 +246,4 @@ TEST(StringsTable, TextThatInvitesReadingItAgainAndAgainIsReadInBoundedTime) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

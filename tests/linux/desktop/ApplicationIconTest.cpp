@@ -4,10 +4,10 @@
 
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/desktop/ApplicationIcon.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 class ApplicationIconTest : public testing::Test {
@@ -25,8 +25,8 @@ class ApplicationIconTest : public testing::Test {
         return applicationIcon(disk_.at(below), bundles_).path;
     }
 
-    test::ScratchFolder disk_;
-    test::RecordingLog log_;
+    ScratchFolder disk_;
+    RecordingLog log_;
     LinuxBundles bundles_{{}, log_};
 };
 
@@ -105,4 +105,4 @@ TEST_F(ApplicationIconTest, WhatHasNoIconHasNoPicture) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

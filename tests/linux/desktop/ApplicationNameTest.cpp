@@ -5,7 +5,7 @@
 #include "linux/desktop/ApplicationName.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 const std::string packaged = "/Applications/Adobe Photoshop CC 2019.app";
@@ -23,7 +23,7 @@ std::ostream& operator<<(std::ostream& out, const NameRow& row) {
 class ApplicationNameTest : public testing::TestWithParam<NameRow> {};
 
 TEST_P(ApplicationNameTest, IsTheOneThatAPersonKnows) {
-    test::FakeBundles bundles;
+    FakeBundles bundles;
     bundles.informationByPath["/Applications/PS.app"] = {{"CFBundleName", "Photoshop"}};
     bundles.informationByPath["/Applications/Nameless.app"] = {{"CFBundleName", ""}};
     EXPECT_EQ(applicationName(GetParam().facts, bundles), GetParam().name);
@@ -155,4 +155,4 @@ TEST(ApplicationNameProcessStatus, IsNotParsedFromAnyOtherLine) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -6,12 +6,11 @@
 #include <sys/wait.h>
 
 #include "linux/desktop/DesktopEntry.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -130,4 +129,4 @@ TEST(DesktopEntry, TheDesktopsOwnCheckerAcceptsIt) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

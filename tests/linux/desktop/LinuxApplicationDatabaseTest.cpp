@@ -8,13 +8,12 @@
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/desktop/LinuxApplicationDatabase.h"
 #include "linux/files/LinuxSearchPaths.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -69,7 +68,7 @@ class LinuxApplicationDatabaseTest : public testing::Test {
 
     ScratchFolder disk_;
     std::string home_ = disk_.addFolder("home");
-    test::RecordingLog log_;
+    RecordingLog log_;
     LinuxBundles bundles_{{}, log_};
     LinuxApplicationDatabase database_{pathsOn(std::nullopt), bundles_, log_};
 };
@@ -172,7 +171,7 @@ TEST_F(LinuxApplicationDatabaseTest, AnExecutableOutsideThePackageIsLeftAlone) {
 
 TEST_F(LinuxApplicationDatabaseTest, AnExecutablesNameThatIsNoPlainFileNameIsLeftAlone) {
     const std::string package = addPackage("Tool.app", {{"CFBundleExecutable", "Tool"}});
-    test::FakeBundles bundles;
+    FakeBundles bundles;
     LinuxApplicationDatabase database(pathsOn(std::nullopt), bundles, log_);
     for (const std::string& name :
          {std::string(), std::string("."), std::string(".."), std::string("/bin/sh"),
@@ -246,4 +245,4 @@ TEST_F(LinuxApplicationDatabaseTest, RootLeavesTheEntryToTheOwnerOfTheHomeFolder
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

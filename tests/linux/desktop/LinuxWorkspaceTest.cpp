@@ -11,16 +11,14 @@
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/desktop/LinuxWorkspace.h"
 #include "linux/process/PollEventLoop.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/linux/desktop/RunningProgram.h"
 #include "tests/privileged/trees/Disk.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::addScript;
-using test::ScratchFolder;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -63,7 +61,7 @@ class LinuxWorkspaceTest : public testing::Test {
     }
 
     ScratchFolder disk_;
-    test::RecordingLog log_;
+    RecordingLog log_;
     PollEventLoop loop_;
     LinuxBundles bundles_{{}, log_};
     std::string path_ = "relative:" + disk_.at("missing") + "::" + disk_.at("bin");
@@ -138,10 +136,9 @@ TEST_F(LinuxWorkspaceTest, TheOpenerHasASessionOfItsOwnAndNothingOfThisProcess) 
 
 TEST_F(LinuxWorkspaceTest, TheOpenerOutlivesThisProcess) {
     addOpener();
-    EXPECT_EQ(test::inChild([&] {
-                  return workspace_.openAddress("http://example.com/") ? "" : "not started";
-              }),
-              "");
+    EXPECT_EQ(
+        inChild([&] { return workspace_.openAddress("http://example.com/") ? "" : "not started"; }),
+        "");
     // It could not go on before somebody reads what it says.
     EXPECT_EQ(said(), "1\nhttp://example.com/\n");
 }
@@ -175,7 +172,7 @@ TEST_F(LinuxWorkspaceTest, AnExecutablesNameCannotLeadOutOfThePackage) {
 TEST_F(LinuxWorkspaceTest, AnExecutablesNameThatIsNoPlainFileNameCountsAsMissing) {
     addApplication("Sample.app", "Sample", "echo own");
     addScript(disk_, "Sample.app/Contents/MacOS/other", saying("echo other"));
-    test::FakeBundles bundles;
+    FakeBundles bundles;
     LinuxWorkspace workspace(loop_, bundles, log_);
     for (const std::string& name : {std::string("."), std::string(".."), std::string("/bin/sh"),
                                     std::string("../MacOS/other"), std::string("other\0", 6)}) {
@@ -198,8 +195,8 @@ TEST_F(LinuxWorkspaceTest, AnApplicationThatCannotBeStartedIsNull) {
 }
 
 TEST_F(LinuxWorkspaceTest, TerminateAsksTheApplicationToEnd) {
-    test::addSleeper(disk_, "Sample.app/Contents/MacOS/Sample");
-    const auto launched = workspace_.launchHidden(disk_.at("Sample.app"), test::forever);
+    addSleeper(disk_, "Sample.app/Contents/MacOS/Sample");
+    const auto launched = workspace_.launchHidden(disk_.at("Sample.app"), forever);
     ASSERT_TRUE(launched);
     launched->terminate();
     awaitNoChildren();
@@ -232,8 +229,8 @@ TEST_F(LinuxWorkspaceTest, ForgettingALaunchedApplicationLeavesItAlone) {
 
 TEST_F(LinuxWorkspaceTest, ALaunchedApplicationIsAmongTheRunningOnes) {
     const std::string name = "Launched " + std::to_string(::getpid());
-    test::addSleeper(disk_, name + ".app/Contents/MacOS/" + name);
-    const auto launched = workspace_.launchHidden(disk_.at(name + ".app"), test::forever);
+    addSleeper(disk_, name + ".app/Contents/MacOS/" + name);
+    const auto launched = workspace_.launchHidden(disk_.at(name + ".app"), forever);
     ASSERT_TRUE(launched);
     EXPECT_THAT(workspace_.runningApplications(), Contains(name));
     launched->terminate();
@@ -253,4 +250,4 @@ TEST_F(LinuxWorkspaceTest, ShowsTheIconOfAnApplication) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -18,19 +18,14 @@
 #include "linux/desktop/LinuxWorkspace.h"
 #include "linux/process/PollEventLoop.h"
 #include "ports/DescriptorWatcher.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/linux/desktop/RunningProgram.h"
 #include "tests/privileged/trees/Disk.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::addScript;
-using test::addSleeper;
-using test::forever;
-using test::RunningProgram;
-using test::ScratchFolder;
 using testing::Contains;
 using testing::IsSupersetOf;
 using testing::Not;
@@ -110,7 +105,7 @@ class RunningApplicationsTest : public testing::Test {
     const std::string elements = unique("Photoshop Elements 2018");
 
     ScratchFolder disk_;
-    test::RecordingLog log_;
+    RecordingLog log_;
     PollEventLoop loop_;
     LinuxBundles bundles_{{}, log_};
     std::unique_ptr<LinuxWorkspace> workspace_ =
@@ -172,7 +167,7 @@ TEST_F(RunningApplicationsTest, OneThatHasEndedIsNotListedEvenIfNobodyWaitedForI
 
 TEST_F(RunningApplicationsTest, OtherUsersProgramsAreListedByTheirWholeNames) {
     const RunningProgram program = start(photoshop);
-    EXPECT_EQ(test::asOrdinaryUser([&] {
+    EXPECT_EQ(asOrdinaryUser([&] {
                   const auto names = running();
                   return std::count(names.begin(), names.end(), photoshop) == 1 ? "" : "not listed";
               }),
@@ -266,9 +261,9 @@ TEST_F(RunningApplicationsTest, TwoThatEndAtOnceAreBothToldThoughTheHandlerLists
 }
 
 TEST_F(RunningApplicationsTest, TheProgramThatListsIsNotListedWhateverItIsCalled) {
-    EXPECT_EQ(test::inChild([&] {
+    EXPECT_EQ(inChild([&] {
                   const std::string name = "Own" + std::to_string(::getpid());
-                  if (!test::renameThisProcess("/" + name + ".exe")) return "not renamed";
+                  if (!renameThisProcess("/" + name + ".exe")) return "not renamed";
                   const auto names = running();
                   return std::ranges::find(names, name) == names.end() ? "" : "listed";
               }),
@@ -354,7 +349,7 @@ TEST_F(RunningApplicationsTest, FewDescriptorsAreNotUsedUpAndEveryProgramIsListe
     programs.reserve(40);
     const std::string path = addSleeper(disk_, photoshop);
     for (int count = 0; count < 40; ++count) programs.emplace_back(path);
-    EXPECT_EQ(test::inChild([&] {
+    EXPECT_EQ(inChild([&] {
                   const rlimit few{32, 32};
                   if (::setrlimit(RLIMIT_NOFILE, &few) != 0) return "cannot limit descriptors";
                   CountingWatcher watcher;
@@ -377,4 +372,4 @@ TEST_F(RunningApplicationsTest, NoDescriptorOfAWatchedOneIsInherited) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

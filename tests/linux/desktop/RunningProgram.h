@@ -16,7 +16,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 

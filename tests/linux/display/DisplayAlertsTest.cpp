@@ -9,7 +9,7 @@
 #include "ports/window/WindowModule.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -18,7 +18,7 @@ using testing::SizeIs;
 /// A module of which alerts are the only part that anybody may use.
 class AlertsOnlyModule final : public WindowModule {
   public:
-    test::RecordingAlerts shown;
+    RecordingAlerts shown;
 
     EventLoop& eventLoop() override { std::abort(); }
     DescriptorWatcher& descriptors() override { std::abort(); }
@@ -37,7 +37,7 @@ class DisplayAlertsTest : public testing::Test {
 
     const Alert alert{"question", Alert::Style::warning, "Problem", "With /a", {"Proceed", "Stop"}};
     std::map<std::string, std::string> environment;
-    test::RecordingLog log;
+    RecordingLog log;
     AlertsOnlyModule module;
     bool canLoad = true;
     int loads = 0;
@@ -88,4 +88,4 @@ TEST_F(DisplayAlertsTest, StayLinesOfTheLogWhereTheModuleCannotBeLoaded) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

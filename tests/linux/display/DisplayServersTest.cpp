@@ -8,9 +8,9 @@
 
 #include "ports/window/DisplayServers.h"
 #include "privileged/system/FileDescriptor.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 /// A socket that takes clients, as a compositor's does, for as long as the object lives.
@@ -28,7 +28,7 @@ class DisplayServersWaylandCompositor : public testing::Test {
   protected:
     DisplayServersWaylandCompositor() { ::setenv("XDG_RUNTIME_DIR", session.path().c_str(), 1); }
 
-    test::ScratchFolder session;
+    ScratchFolder session;
 };
 
 TEST_F(DisplayServersWaylandCompositor, IsASocketInTheSessionsFolderOrAtAPath) {
@@ -57,4 +57,4 @@ TEST(DisplayServersXServer, IsNotReachedWhenItDoesNotExist) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -4,13 +4,13 @@
 #include "linux/display/TextAlerts.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
 
 TEST(TextAlerts, LogsTitleAndMessageAndPressesTheFirstButton) {
-    test::RecordingLog log;
+    RecordingLog log;
     TextAlerts alerts(log);
     const Alert alert{"install-error",
                       Alert::Style::warning,
@@ -22,7 +22,7 @@ TEST(TextAlerts, LogsTitleAndMessageAndPressesTheFirstButton) {
 }
 
 TEST(TextAlerts, LeavesOutWhatIsEmpty) {
-    test::RecordingLog log;
+    RecordingLog log;
     TextAlerts alerts(log);
     EXPECT_EQ(alerts.runModal({"", Alert::Style::warning, "", "Only a message", {}}), 0u);
     EXPECT_EQ(alerts.runModal({"", Alert::Style::warning, "Only a title", "", {}}), 0u);
@@ -30,4 +30,4 @@ TEST(TextAlerts, LeavesOutWhatIsEmpty) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

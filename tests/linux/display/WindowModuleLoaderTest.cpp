@@ -7,10 +7,10 @@
 
 #include "linux/display/WindowModuleLoader.h"
 #include "ports/Alerts.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::AllOf;
@@ -33,8 +33,8 @@ class WindowModuleLoaderTest : public testing::Test {
                                                 .openLink = [](const std::string&) {}});
     }
 
-    test::ScratchFolder bundle;
-    test::FakePlatform platform;
+    ScratchFolder bundle;
+    FakePlatform platform;
     std::string executable = "/Installer.app/Contents/MacOS/Installer";
 };
 
@@ -76,4 +76,4 @@ TEST_F(WindowModuleLoaderTest, RefusesASharedObjectOfAnotherKind) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -6,12 +6,11 @@
 #include <unistd.h>
 
 #include "linux/files/LinuxSearchPaths.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::ElementsAre;
 
 Environment environmentOf(std::map<std::string, std::string> variables) {
@@ -246,4 +245,4 @@ TEST(LinuxSearchPathsFromEnvironment, ATargetVolumeThatIsNoFolderIsAnError) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

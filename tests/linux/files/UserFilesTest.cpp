@@ -5,12 +5,11 @@
 #include <unistd.h>
 
 #include "linux/files/UserFiles.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -187,4 +186,4 @@ TEST_F(UserFilesTest, ALinkThatLeadsNowhereOrInACircleIsAnError) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

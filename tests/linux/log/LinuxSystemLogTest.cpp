@@ -11,12 +11,11 @@
 #include <unistd.h>
 
 #include "linux/log/LinuxSystemLog.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -194,4 +193,4 @@ TEST_F(LinuxSystemLogTest, ALongLineIsCutForTheDaemonBetweenTwoCharacters) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

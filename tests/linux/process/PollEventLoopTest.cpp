@@ -15,7 +15,7 @@
 #include "linux/process/PollEventLoop.h"
 #include "privileged/system/FileDescriptor.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 struct PipeEnds {
@@ -184,4 +184,4 @@ TEST(PollEventLoop, WaitsOnAfterASignal) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,7 +5,7 @@
 
 #include "linux/process/PreferredLanguages.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
@@ -77,4 +77,4 @@ TEST(PreferredLanguagesChosenLanguage, IsNoneWhenNoneIsThere) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

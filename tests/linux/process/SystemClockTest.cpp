@@ -2,7 +2,7 @@
 
 #include "linux/process/SystemClock.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 TEST(SystemClock, SleepsAtLeastAsLongAsAsked) {
@@ -14,4 +14,4 @@ TEST(SystemClock, SleepsAtLeastAsLongAsAsked) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -7,7 +7,7 @@
 
 #include "linux/rights/HelperCommand.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using Environment = SpawnRequest::Environment;
@@ -162,4 +162,4 @@ TEST(HelperCommand, ForSudoHasNoCharacterInItsPromptThatATerminalObeys) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -7,12 +7,10 @@
 #include <unistd.h>
 
 #include "linux/rights/HelperTrust.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::TemporaryFolder;
 
 constexpr uid_t user = 12345;
 constexpr uid_t neighbour = 12346;
@@ -22,7 +20,7 @@ class HelperTrust : public testing::Test {
   protected:
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to make other users' files";
-        folder.write("bundle/MacOS/helper", "");
+        folder.add("bundle/MacOS/helper", "");
         ASSERT_EQ(::chmod(folder.path().c_str(), 01777), 0);
         for (const char* entry : {"bundle", "bundle/MacOS", "bundle/MacOS/helper"}) {
             give(entry, user);
@@ -39,7 +37,7 @@ class HelperTrust : public testing::Test {
         return whatOthersCanChange(folder / "bundle/MacOS/helper", user);
     }
 
-    TemporaryFolder folder;
+    ScratchFolder folder;
 };
 
 TEST_F(HelperTrust, IsGivenToABundleThatBelongsToTheUserOrToRoot) {
@@ -78,7 +76,7 @@ TEST_F(HelperTrust, HoldsWhereRootsGroupMayWrite) {
 }
 
 TEST_F(HelperTrust, LooksAtWhereALinkLeads) {
-    folder.write("foreign/helper", "");
+    folder.add("foreign/helper", "");
     give("foreign", neighbour);
     std::filesystem::remove(folder / "bundle/MacOS/helper");
     std::filesystem::create_symlink("../../foreign/helper", folder / "bundle/MacOS/helper");
@@ -91,4 +89,4 @@ TEST_F(HelperTrust, IsNotGivenToAProgramThatIsMissing) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

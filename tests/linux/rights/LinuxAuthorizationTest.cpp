@@ -25,12 +25,10 @@
 #include "linux/process/PollEventLoop.h"
 #include "linux/rights/LinuxAuthorization.h"
 #include "privileged/system/FileDescriptor.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::TemporaryFolder;
 
 std::string readAll(PrivilegedTool& tool) {
     std::string text;
@@ -67,7 +65,7 @@ class LinuxAuthorizationTest : public testing::Test {
 
     /// An executable script of the test's own. It can count its runs with "$LOG".
     std::string script(const std::string& name, const std::string& body) const {
-        folder.write(name, "#!/bin/sh\nLOG='" + (folder / "log") + "'\n" + body + "\n");
+        folder.add(name, "#!/bin/sh\nLOG='" + (folder / "log") + "'\n" + body + "\n");
         ::chmod((folder / name).c_str(), 0755);
         return folder / name;
     }
@@ -83,7 +81,7 @@ class LinuxAuthorizationTest : public testing::Test {
         means.hasSystemBus = true;
     }
 
-    TemporaryFolder folder;
+    ScratchFolder folder;
     AdministratorMeans means;
     AdministratorAccess access;
     std::vector<std::string> announced;
@@ -191,6 +189,9 @@ TEST_F(LinuxAuthorizationTest, NoOtherProcessOfTheUserCanTakeTheConnectionOutOfT
     if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: needs root to become an ordinary user";
     usePkexec("shift; exec \"$@\"");
     ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    // Wherever the build lies, the ordinary user may not be able to look there.
+    std::filesystem::copy_file(FAKE_HELPER, folder / "helper");
+    access.helper.path = folder / "helper";
     const pid_t child = ::fork();
     if (child == 0) {
         if (::setresgid(65534, 65534, 65534) != 0 || ::setresuid(65534, 65534, 65534) != 0) {
@@ -485,7 +486,7 @@ class LinuxAuthorizationWithTheRealHelper : public LinuxAuthorizationTest {
 TEST_F(LinuxAuthorizationWithTheRealHelper, RunsTenThousandCommandsInOneProcess) {
     access.helper.path = script("helper", "echo $$ >> \"$LOG\"; exec " PRIVILEGED_HELPER);
     const auto authorization = obtained();
-    folder.write("file", "");
+    folder.add("file", "");
     const std::string file = folder / "file";
     for (int index = 0; index < 10000; ++index) {
         const bool open = index % 2 == 0;
@@ -501,7 +502,7 @@ TEST_F(LinuxAuthorizationWithTheRealHelper, RunsTenThousandCommandsInOneProcess)
 }
 
 TEST_F(LinuxAuthorizationWithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
-    folder.write("source/file", std::string(5000000, 'x'));
+    folder.add("source/file", std::string(5000000, 'x'));
     const auto authorization = obtained();
     tasks.authorizedLaunchPath("/bin/cp", {"-R", folder / "source", folder / "copy"},
                                *authorization, &error, false);
@@ -513,7 +514,7 @@ TEST_F(LinuxAuthorizationWithTheRealHelper, FinishesAToolThatNobodyWaitsFor) {
 }
 
 TEST_F(LinuxAuthorizationWithTheRealHelper, TellsTheSinkOfEveryByteOfACopy) {
-    folder.write("source/file", std::string(5000000, 'x'));
+    folder.add("source/file", std::string(5000000, 'x'));
     CountingSink sink;
     const auto authorization = obtained();
     authorization->setProgressSink(&sink);
@@ -533,7 +534,7 @@ TEST_F(LinuxAuthorizationWithTheRealHelper, TakesAToolThatFailsForALaunchThatSuc
 TEST_F(LinuxAuthorizationWithTheRealHelper, KeepsTheUserThatAnEarlierSudoNamedOutOfIt) {
     ::setenv("SUDO_UID", "65534", 1);
     const auto authorization = obtained();
-    folder.write("file", "");
+    folder.add("file", "");
     tasks.authorizedLaunchPath("/usr/sbin/chown", {"-R", "nobody:admin", folder / "file"},
                                *authorization, &error, true);
     ::unsetenv("SUDO_UID");
@@ -543,4 +544,4 @@ TEST_F(LinuxAuthorizationWithTheRealHelper, KeepsTheUserThatAnEarlierSudoNamedOu
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -5,13 +5,12 @@
 
 #include "linux/files/LinuxSearchPaths.h"
 #include "linux/settings/LinuxPreferencesStore.h"
-#include "tests/linux/ScratchFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -30,7 +29,7 @@ class LinuxPreferencesStoreTest : public testing::Test {
   protected:
     /// What another start of the program would read.
     std::optional<PreferenceValue> onDisk(const std::string& key) {
-        test::RecordingLog unused;
+        RecordingLog unused;
         return LinuxPreferencesStore(pathsOf(home_), unused).value(domain, key);
     }
     void expectNothingWritten() const {
@@ -38,7 +37,7 @@ class LinuxPreferencesStoreTest : public testing::Test {
     }
 
     ScratchFolder home_;
-    test::RecordingLog log_;
+    RecordingLog log_;
     LinuxPreferencesStore store_{pathsOf(home_), log_};
 };
 
@@ -246,4 +245,4 @@ TEST_F(LinuxPreferencesStoreTest, RootLeavesTheSettingsToTheOwnerOfTheHomeFolder
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

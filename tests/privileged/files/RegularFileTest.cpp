@@ -5,12 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "privileged/files/RegularFile.h"
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
-
-using test::ScratchFolder;
 
 TEST(RegularFile, GivesTheWholeContents) {
     const ScratchFolder disk;
@@ -73,4 +71,4 @@ TEST(RegularFile, OpensALinkOnlyIfItMayFollowIt) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

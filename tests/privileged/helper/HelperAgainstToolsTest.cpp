@@ -25,7 +25,7 @@
 
 #include "privileged/system/AdminGroup.h"
 #include "tests/privileged/helper/HelperProcess.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 namespace {
@@ -109,7 +109,7 @@ class HelperAgainstTools : public testing::Test {
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper's tests must run as root";
         // Beside the trees, so that links may lead out of them.
-        folder.write("outside/canary", "alive");
+        folder.add("outside/canary", "alive");
         for (const char* side : {"tool", "helper"}) {
             makeTree(std::string(side) + "/tree");
             setTimes(folder / side);
@@ -122,11 +122,11 @@ class HelperAgainstTools : public testing::Test {
     }
 
     void makeTree(const std::string& tree) const {
-        folder.write(tree + "/file", "contents");
-        folder.write(tree + "/-rf", "");
-        folder.write(tree + "/name with \n and \xff", "odd");
-        folder.write(tree + "/.hidden/deep/er/file", "deep");
-        folder.write(tree + "/big", std::string(300000, 'b'));
+        folder.add(tree + "/file", "contents");
+        folder.add(tree + "/-rf", "");
+        folder.add(tree + "/name with \n and \xff", "odd");
+        folder.add(tree + "/.hidden/deep/er/file", "deep");
+        folder.add(tree + "/big", std::string(300000, 'b'));
         fs::create_directories(folder / (tree + "/empty"));
         fs::create_symlink(folder / "outside", folder / (tree + "/link out"));
         fs::create_symlink("file", folder / (tree + "/link in"));
@@ -183,7 +183,7 @@ class HelperAgainstTools : public testing::Test {
                     testing::StartsWith("canary 100644 0:0 links 1 = alive #"));
     }
 
-    TemporaryFolder folder;
+    ScratchFolder folder;
     std::optional<HelperProcess> helper;
 };
 
@@ -268,7 +268,7 @@ TEST_F(HelperAgainstTools, CopyDropsWhatLetsOthersActAsTheOwnerThoughCpKeepsIt) 
 }
 
 TEST_F(HelperAgainstTools, CopyNeverNestsIntoAnExistingFolderThoughCpDoes) {
-    folder.write("helper/copy/old", "old");
+    folder.add("helper/copy/old", "old");
     const auto before = snapshot(folder / "helper", Times::compared);
     EXPECT_EQ(helper->run("/bin/cp", {"-R", helperPath("tree"), helperPath("copy")}), 1U);
     EXPECT_EQ(snapshot(folder / "helper", Times::compared), before);

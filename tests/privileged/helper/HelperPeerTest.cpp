@@ -195,9 +195,9 @@ class HelperPeerThatIsKilled : public HelperPeer, public testing::WithParamInter
 };
 
 TEST_P(HelperPeerThatIsKilled, EndsTheHelperAndLeavesNothingHalfDone) {
-    folder.write("source/first", std::string(std::size_t{4} << 20U, 'x'));
-    folder.write("source/second", "contents");
-    folder.write("to/canary", "alive");
+    folder.add("source/first", std::string(std::size_t{4} << 20U, 'x'));
+    folder.add("source/second", "contents");
+    folder.add("to/canary", "alive");
     const FileDescriptor end = helperOfAKilledPeer();
     ASSERT_TRUE(end);
     pollfd polled{end.get(), POLLIN, 0};

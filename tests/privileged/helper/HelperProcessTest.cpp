@@ -180,7 +180,7 @@ class HelperProcessMalformedMessage : public PrivilegedHelperProgram,
                                       public testing::WithParamInterface<Malformed> {};
 
 TEST_P(HelperProcessMalformedMessage, EndsTheHelperWithAReportAndWithoutAction) {
-    folder.write("canary", "alive");
+    folder.add("canary", "alive");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
@@ -215,7 +215,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(HelperProcessTest, DoesNothingOfARequestThatIsCutShort) {
-    folder.write("canary", "alive");
+    folder.add("canary", "alive");
     const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
     for (const std::size_t size : {std::size_t{1}, std::size_t{8}, removal.size() - 1}) {
         HelperProcess helper;
@@ -247,7 +247,7 @@ TEST_F(HelperProcessTest, AnswersEachOfManyRequestsThatComeAtOnce) {
 // Requests that the policy does not know.
 
 TEST_F(HelperProcessTest, RefusesWithAReportAndGoesOn) {
-    folder.write("canary", "alive");
+    folder.add("canary", "alive");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     EXPECT_EQ(helper.run("/bin/rm", {"-fR", folder / "canary", folder / "other"}), 126U);
@@ -286,7 +286,7 @@ TEST_F(HelperProcessTest, ChangesNothingInAFolderOfTheSystemAndGoesOn) {
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const std::string planted = "/etc/" + std::filesystem::path(folder.path()).filename().string();
-    folder.write("source", "");
+    folder.add("source", "");
     EXPECT_EQ(helper.run("/usr/bin/touch", {planted}), 126U);
     EXPECT_EQ(helper.run("/bin/mkdir", {"-m775", "-p", planted}), 126U);
     EXPECT_EQ(helper.run("/bin/cp", {"-R", folder / "source", planted}), 126U);
@@ -296,8 +296,8 @@ TEST_F(HelperProcessTest, ChangesNothingInAFolderOfTheSystemAndGoesOn) {
 }
 
 TEST_F(HelperProcessTest, TakesTheFoldersOfTheSystemFromTheTargetVolume) {
-    folder.write("etc/file", "");
-    folder.write("Library/file", "");
+    folder.add("etc/file", "");
+    folder.add("Library/file", "");
     HelperProcess helper(
         {.environment = {}, .arguments = {"--volume", folder.path()}, .before = {}});
     ASSERT_TRUE(helper.saysHello());
@@ -322,7 +322,7 @@ class HelperProcessInvokingUser : public PrivilegedHelperProgram,
                                   public testing::WithParamInterface<ForWhom> {};
 
 TEST_P(HelperProcessInvokingUser, IsTheOnlyOneToWhomTheHelperGivesFiles) {
-    folder.write("file", "");
+    folder.add("file", "");
     HelperProcess helper(
         {.environment = GetParam().environment, .arguments = GetParam().arguments, .before = {}});
     ASSERT_TRUE(helper.saysHello());
@@ -414,8 +414,8 @@ TEST_F(HelperProcessTest, DoesNotListenWhenTwoUsersStandInOneVariable) {
 // What it does.
 
 TEST_F(HelperProcessTest, NeverCopiesIntoAnExistingDestination) {
-    folder.write("source/file", "new");
-    folder.write("destination/old", "old");
+    folder.add("source/file", "new");
+    folder.add("destination/old", "old");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     EXPECT_EQ(helper.run("/bin/cp", {"-R", folder / "source", folder / "destination"}), 1U);
@@ -426,8 +426,8 @@ TEST_F(HelperProcessTest, NeverCopiesIntoAnExistingDestination) {
 
 TEST_F(HelperProcessTest, TellsOfEveryByteThatItCopies) {
     const std::size_t size = (std::size_t{3} << 20U) + 17;
-    folder.write("source/big", std::string(size, 'x'));
-    folder.write("source/small", "12345");
+    folder.add("source/big", std::string(size, 'x'));
+    folder.add("source/small", "12345");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const ToolRequest request{"/bin/cp", {"-R", folder / "source", folder / "copy"}};
@@ -444,7 +444,7 @@ TEST_F(HelperProcessTest, TellsOfEveryByteThatItCopies) {
 }
 
 TEST_F(HelperProcessTest, FinishesWhatItIsDoingWhenItsPeerIsGone) {
-    folder.write("source/file", "contents");
+    folder.add("source/file", "contents");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const ToolRequest request{"/bin/cp", {"-R", folder / "source", folder / "copy"}};
@@ -455,8 +455,8 @@ TEST_F(HelperProcessTest, FinishesWhatItIsDoingWhenItsPeerIsGone) {
 }
 
 TEST_F(HelperProcessTest, FollowsNoLinkThatAnOrdinaryUserCouldHavePutIntoAPath) {
-    folder.write("target/canary", "alive");
-    folder.write("users/own", "");
+    folder.add("target/canary", "alive");
+    folder.add("users/own", "");
     ASSERT_EQ(::chown((folder / "users").c_str(), nobody, nobody), 0);
     std::filesystem::create_symlink(folder / "target", folder / "users/link");
     HelperProcess helper;
@@ -481,7 +481,7 @@ TEST_F(HelperProcessTest, RefreshesTheDesktopDatabaseInTheBackground) {
     }
     // A machine without a desktop lacks the folder; the mount below needs one.
     const bool made = ::mkdir("/usr/share/applications", 0755) == 0;
-    folder.write(
+    folder.add(
         "applications/sample.desktop",
         "[Desktop Entry]\nType=Application\nName=Sample\nExec=true\nMimeType=text/x-sample;\n");
     const std::string applications = folder / "applications";

@@ -67,8 +67,8 @@ class HelperSurroundings : public PrivilegedHelperProgram {
 // Limits.
 
 TEST_F(HelperSurroundings, ALimitOfAFilesSizeDoesNotCutACopy) {
-    folder.write("source", std::string(100'000, 'x'));
-    folder.write("to/other", "");
+    folder.add("source", std::string(100'000, 'x'));
+    folder.add("to/other", "");
     HelperProcess helper(afterDoing([] { setSoftLimit(RLIMIT_FSIZE, 4096); }));
     ASSERT_TRUE(helper.saysHello());
     EXPECT_EQ(copy(helper), 0U);
@@ -76,8 +76,8 @@ TEST_F(HelperSurroundings, ALimitOfAFilesSizeDoesNotCutACopy) {
 }
 
 TEST_F(HelperSurroundings, ALimitThatRootItselfMayNotRaiseFailsTheCopyAndNothingElse) {
-    folder.write("source", std::string(100'000, 'x'));
-    folder.write("to/other", "");
+    folder.add("source", std::string(100'000, 'x'));
+    folder.add("to/other", "");
     HelperProcess helper(afterDoing([] {
         setBothLimits(RLIMIT_FSIZE, 4096);
         if (::prctl(PR_CAPBSET_DROP, CAP_SYS_RESOURCE, 0, 0, 0) != 0) ::_exit(98);
@@ -91,8 +91,8 @@ TEST_F(HelperSurroundings, ALimitThatRootItselfMayNotRaiseFailsTheCopyAndNothing
 TEST_F(HelperSurroundings, FewDescriptorsAreEnoughToStartWith) {
     std::string deep = "source";
     for (int depth = 0; depth < 30; ++depth) deep += "/inner";
-    folder.write(deep + "/file", "contents");
-    folder.write("to/other", "");
+    folder.add(deep + "/file", "contents");
+    folder.add("to/other", "");
     HelperProcess helper(afterDoing([] {
         // Whoever runs the tests may have left some open below the program's own; the loader
         // needs one.
@@ -104,8 +104,8 @@ TEST_F(HelperSurroundings, FewDescriptorsAreEnoughToStartWith) {
 }
 
 TEST_F(HelperSurroundings, AFullTableOfDescriptorsIsEmptied) {
-    folder.write("source", "contents");
-    folder.write("to/other", "");
+    folder.add("source", "contents");
+    folder.add("to/other", "");
     HelperProcess helper(afterDoing([] {
         setSoftLimit(RLIMIT_NOFILE, 700);
         while (::dup(STDIN_FILENO) >= 0) {
@@ -178,8 +178,8 @@ class HelperSurroundingsSignalDuringACopy : public HelperSurroundings,
 
 TEST_P(HelperSurroundingsSignalDuringACopy, WaitsForTheEndOfTheCopy) {
     constexpr std::size_t size = 32 * mebibyte;
-    folder.write("source", std::string(size, 'x'));
-    folder.write("to/other", "");
+    folder.add("source", std::string(size, 'x'));
+    folder.add("to/other", "");
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     while (!stopInTheMiddle(helper)) {
@@ -240,7 +240,7 @@ TEST_F(HelperSurroundings, AHugeEnvironmentLeavesNothing) {
     ASSERT_TRUE(helper.saysHello());
     const std::string left = contentsOf(procFile(helper, "environ"));
     EXPECT_EQ(left.find_first_not_of('\0'), std::string::npos);
-    folder.write("file", "");
+    folder.add("file", "");
     EXPECT_EQ(helper.run("/usr/sbin/chown", {"-R", "nobody:admin", folder / "file"}), 0U);
 }
 
@@ -269,9 +269,9 @@ class HelperSurroundingsStandardInput : public HelperSurroundings,
                                         public testing::WithParamInterface<Input> {};
 
 TEST_P(HelperSurroundingsStandardInput, IsReadToItsEndWhenItIsNoSocket) {
-    folder.write("canary", "alive");
+    folder.add("canary", "alive");
     const std::string removal = encodedRequest({"/bin/rm", {"-fR", folder / "canary"}}).value();
-    folder.write("cut short", removal.substr(0, removal.size() - 1));
+    folder.add("cut short", removal.substr(0, removal.size() - 1));
     const FileDescriptor input = GetParam().open(folder / "cut short");
     ASSERT_TRUE(input);
     HelperProcess helper(afterDoing([&input] {

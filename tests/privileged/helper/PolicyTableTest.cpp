@@ -11,7 +11,7 @@
 
 #include "privileged/helper/Policy.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using Arguments = std::vector<std::string>;
@@ -255,4 +255,4 @@ TEST(PolicyTableModes, AreTheFourOfTheTableAndNoOther) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

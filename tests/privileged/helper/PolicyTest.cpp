@@ -6,10 +6,10 @@
 
 #include "privileged/helper/Policy.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
-constexpr const char* lsregister =
+constexpr const char* lsregisterTool =
     "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
     "LaunchServices.framework/Versions/A/Support/lsregister";
 
@@ -74,7 +74,7 @@ TEST(Policy, FreesFromQuarantine) {
 }
 
 TEST(Policy, RefreshesTheDesktopDatabase) {
-    const auto command = allowed(lsregister, {"-apps"});
+    const auto command = allowed(lsregisterTool, {"-apps"});
     ASSERT_TRUE(command);
     EXPECT_EQ(command->action, Action::refreshDesktopDatabase);
 }
@@ -134,9 +134,9 @@ INSTANTIATE_TEST_SUITE_P(
         NearMiss{"xattrOtherAttribute", "/usr/bin/xattr", {"-dr", "user.other", "/a"}},
         NearMiss{"xattrRealName", "/usr/bin/xattr", {"-dr", "user.com.apple.quarantine", "/a"}},
         NearMiss{"xattrWrite", "/usr/bin/xattr", {"-w", "com.apple.quarantine", "/a"}},
-        NearMiss{"lsregisterOtherOption", lsregister, {"-kill"}},
-        NearMiss{"lsregisterWithFolder", lsregister, {"-apps", "/a"}},
-        NearMiss{"lsregisterNothing", lsregister, {}}),
+        NearMiss{"lsregisterOtherOption", lsregisterTool, {"-kill"}},
+        NearMiss{"lsregisterWithFolder", lsregisterTool, {"-apps", "/a"}},
+        NearMiss{"lsregisterNothing", lsregisterTool, {}}),
     [](const auto& row) { return std::string(row.param.name); });
 
 const std::string chown = "/usr/sbin/chown";
@@ -186,4 +186,4 @@ TEST(PolicyPlainPath, FitsIntoWhatTheSystemTakes) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "tests/privileged/helper/HelperProcess.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
 
@@ -45,7 +45,7 @@ class PrivilegedHelperProgram : public testing::Test {
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper's tests must run as root";
     }
-    TemporaryFolder folder;
+    ScratchFolder folder;
 };
 
 }  // namespace installer::test

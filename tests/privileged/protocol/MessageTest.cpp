@@ -4,7 +4,7 @@
 
 #include "privileged/protocol/Message.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 using State = MessageDecoder::State;
@@ -120,4 +120,4 @@ TEST(MessageToolRequest, IsNotEncodedWhenItFitsInNoMessage) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

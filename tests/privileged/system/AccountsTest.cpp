@@ -6,7 +6,7 @@
 
 #include "privileged/system/Accounts.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 // Every Linux has root, and its home folder is fixed.
@@ -37,4 +37,4 @@ TEST(Accounts, RefusesAnEmptyNameAndANameWithANul) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -6,7 +6,7 @@
 
 #include "privileged/system/AdminGroup.h"
 
-namespace installer {
+namespace installer::test {
 namespace {
 
 // The group file read by hand, as this test's own source of truth.
@@ -32,4 +32,4 @@ TEST(AdminGroup, IsTheFirstThatExistsOfTheUsualNamesElseRoots) {
 }
 
 }  // namespace
-}  // namespace installer
+}  // namespace installer::test

@@ -67,21 +67,18 @@ std::string runChild(const std::function<std::string()>& work, bool ordinary) {
 }  // namespace
 
 Disk::Disk() {
-    std::string pattern = testing::TempDir() + "installer-test-XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    path_ = pattern;
     // Ordinary users of a test work here too.
-    chmod(path_.c_str(), 0777);
+    chmod(folder_.path().c_str(), 0777);
 }
 
 // Takes what the standard library's way cannot: locked folders, and very deep ones.
 Disk::~Disk() {
-    const auto error = removeTree(path_, LinkPolicy::follow);
-    EXPECT_FALSE(error) << path_ << " is left: " << error.message();
+    const auto error = removeTree(folder_.path(), LinkPolicy::follow);
+    EXPECT_FALSE(error) << folder_.path() << " is left: " << error.message();
 }
 
 std::string Disk::path(const std::string& name) const {
-    return name.empty() ? path_ : path_ + "/" + name;
+    return name.empty() ? folder_.path() : folder_.at(name);
 }
 
 void Disk::makeFolder(const std::string& name, mode_t mode) const {

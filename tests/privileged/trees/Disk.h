@@ -6,6 +6,8 @@
 
 #include <sys/stat.h>
 
+#include "tests/support/ScratchFolder.h"
+
 namespace installer::test {
 
 /// A folder on the real disk that lives as long as the test, with short ways to fill it and to
@@ -43,7 +45,7 @@ class Disk {
     [[nodiscard]] std::vector<std::string> names(const std::string& folder = "") const;
 
   private:
-    std::string path_;
+    ScratchFolder folder_;
 };
 
 /// Runs `work` in a child process, as a user without any rights where this one is root, and gives

@@ -9,19 +9,16 @@
 #include "tests/hosts/PhotoshopScene.h"
 #include "tests/support/FakePlatform.h"
 
-namespace installer {
+namespace installer::test {
 
 namespace {
 
 using namespace std::string_literals;
-using test::adobeSupport;
-using test::names;
-using test::preferences;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class HostsModelTest : public test::PhotoshopScene {};
+class HostsModelTest : public PhotoshopScene {};
 
 TEST_F(HostsModelTest, FindsNothingOnAMachineWithoutAdobe) {
     const HostsModel hosts(fake_.platform);
@@ -44,7 +41,7 @@ TEST_F(HostsModelTest, ListsWhatIsDiscoveredAndOffersTheInstalledOnesInDisplayOr
 }
 
 /// Notes each read of a setting and of a text in one list.
-class NotedPreferences : public test::FakePreferencesStore {
+class NotedPreferences : public FakePreferencesStore {
   public:
     explicit NotedPreferences(std::vector<std::string>& notes) : notes_(notes) {}
     std::optional<PreferenceValue> value(const std::string& domain,
@@ -57,7 +54,7 @@ class NotedPreferences : public test::FakePreferencesStore {
     std::vector<std::string>& notes_;
 };
 
-class NotedTexts : public test::FakeBundle {
+class NotedTexts : public FakeBundle {
   public:
     explicit NotedTexts(std::vector<std::string>& notes) : notes_(notes) {}
     std::optional<std::string> localizedString(const std::string& key,
@@ -74,7 +71,7 @@ TEST_F(HostsModelTest, ReadsTheRememberedFolderThenTheTextsThenTheFolders) {
     std::vector<std::string> notes = {"start"};
     NotedPreferences settings(notes);
     NotedTexts texts(notes);
-    fake_.files.setFault([&](const test::RecordingFileManager::Operation& operation) {
+    fake_.files.setFault([&](const RecordingFileManager::Operation& operation) {
         notes.push_back(operation.front() + " " + operation[1]);
         return std::error_code{};
     });
@@ -199,4 +196,4 @@ TEST_F(HostsModelTest, AMissingProductNameIsEmptyInTheInstructions) {
 
 }  // namespace
 
-}  // namespace installer
+}  // namespace installer::test

@@ -18,8 +18,8 @@
 #include "linux/rights/LinuxAuthorization.h"
 #include "privileged/system/AdminGroup.h"
 #include "steps/install/InstallFilesController.h"
-#include "tests/privileged/helper/TemporaryFolder.h"
 #include "tests/support/FakePlatform.h"
+#include "tests/support/ScratchFolder.h"
 
 // The operations that no run calls yet, on a real disk, for an ordinary user, with the privileged
 // helper at the other end.
@@ -95,10 +95,10 @@ class OperationsThroughTheHelper : public testing::Test {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper must run as root";
         ASSERT_EQ(::chmod(volume.path().c_str(), 0755), 0);
         fake.bundle.folder = volume / "Sample Installer.app";
-        volume.write("Sample Installer.app/Contents/SharedSupport/PlugIn/F.plugin", "payload");
-        volume.write("Sample Installer.app/Contents/SharedSupport/AutoLayer/Layers.jsx", "payload");
-        volume.write("Library/Application Support/Acme/other", "kept");
-        volume.write("Plug-Ins/neighbour", "kept");
+        volume.add("Sample Installer.app/Contents/SharedSupport/PlugIn/F.plugin", "payload");
+        volume.add("Sample Installer.app/Contents/SharedSupport/AutoLayer/Layers.jsx", "payload");
+        volume.add("Library/Application Support/Acme/other", "kept");
+        volume.add("Plug-Ins/neighbour", "kept");
         fake.searchPaths.volume = volume.path();
         fake.searchPaths.login = "nobody";
         startHelper();
@@ -106,8 +106,8 @@ class OperationsThroughTheHelper : public testing::Test {
 
     /// As pkexec does it: as root, with the number of the user who asked.
     void startHelper() {
-        volume.write("pkexec",
-                     "#!/bin/sh\nshift\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$@\"\n");
+        volume.add("pkexec",
+                   "#!/bin/sh\nshift\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$@\"\n");
         ASSERT_EQ(::chmod((volume / "pkexec").c_str(), 0755), 0);
         AdministratorAccess access;
         access.helper.path = PRIVILEGED_HELPER;
@@ -174,7 +174,7 @@ class OperationsThroughTheHelper : public testing::Test {
         return "found " + name.substr(name.rfind('/') + 1) + " at " + (volume / name);
     }
 
-    TemporaryFolder volume;
+    ScratchFolder volume;
     FakePlatform fake;
     PollEventLoop loop;
     std::unique_ptr<Authorization> authorization;
@@ -193,8 +193,8 @@ TEST_F(OperationsThroughTheHelper, EarlierCopiesGoAtEveryDepthAndTheirNeighbours
         "Plug-Ins/neighbour",
         "Scripts/Layers.jsx",
         "F.plugin"};
-    for (const std::string& copy : copies) volume.write(copy, "old");
-    for (const std::string& neighbour : neighbours) volume.write(neighbour, "kept");
+    for (const std::string& copy : copies) volume.add(copy, "old");
+    for (const std::string& neighbour : neighbours) volume.add(neighbour, "kept");
     unInstall(volume / "Plug-Ins");
     for (const std::string& copy : copies) EXPECT_FALSE(volume.holds(copy)) << copy;
     for (const std::string& neighbour : neighbours) EXPECT_EQ(contents(neighbour), "kept");
@@ -204,7 +204,7 @@ TEST_F(OperationsThroughTheHelper, EarlierCopiesGoAtEveryDepthAndTheirNeighbours
 }
 
 TEST_F(OperationsThroughTheHelper, AnEarlierCopyGoesWithEverythingInItAnotherCopyToo) {
-    volume.write("Plug-Ins/F.plugin/Contents/F.plugin/deep", "old");
+    volume.add("Plug-Ins/F.plugin/Contents/F.plugin/deep", "old");
     unInstall(volume / "Plug-Ins");
     EXPECT_FALSE(volume.holds("Plug-Ins/F.plugin"));
     EXPECT_THAT(fake.log.lines,
@@ -213,8 +213,8 @@ TEST_F(OperationsThroughTheHelper, AnEarlierCopyGoesWithEverythingInItAnotherCop
 }
 
 TEST_F(OperationsThroughTheHelper, NoLinkLeadsTheRemovalOutOfTheFolder) {
-    volume.write("elsewhere/F.plugin", "kept");
-    volume.write("elsewhere/item/file", "kept");
+    volume.add("elsewhere/F.plugin", "kept");
+    volume.add("elsewhere/item/file", "kept");
     ASSERT_EQ(::symlink("../elsewhere", (volume / "Plug-Ins/link").c_str()), 0);
     ASSERT_EQ(::symlink("../elsewhere/item", (volume / "Plug-Ins/F.plugin").c_str()), 0);
     unInstall(volume / "Plug-Ins");
@@ -224,7 +224,7 @@ TEST_F(OperationsThroughTheHelper, NoLinkLeadsTheRemovalOutOfTheFolder) {
 }
 
 TEST_F(OperationsThroughTheHelper, AUsersLinkInPlaceOfTheFolderRemovesNothing) {
-    volume.write("elsewhere/F.plugin", "kept");
+    volume.add("elsewhere/F.plugin", "kept");
     const std::string home = volume / "home";
     ASSERT_EQ(::mkdir(home.c_str(), 0755), 0);
     ASSERT_EQ(::symlink("../elsewhere", (home + "/Plug-Ins").c_str()), 0);
@@ -236,7 +236,7 @@ TEST_F(OperationsThroughTheHelper, AUsersLinkInPlaceOfTheFolderRemovesNothing) {
 }
 
 TEST_F(OperationsThroughTheHelper, AnEmptyPathRemovesNothing) {
-    volume.write("Plug-Ins/F.plugin", "kept");
+    volume.add("Plug-Ins/F.plugin", "kept");
     unInstall("");
     EXPECT_EQ(contents("Plug-Ins/F.plugin"), "kept");
     EXPECT_THAT(fake.log.lines, IsEmpty());
@@ -264,7 +264,7 @@ TEST_F(OperationsThroughTheHelper, TheIdentifierIsKeptASecondTime) {
 }
 
 TEST_F(OperationsThroughTheHelper, ALinkInPlaceOfTheIdentifierIsLeftAlone) {
-    volume.write("precious", "kept");
+    volume.add("precious", "kept");
     ASSERT_EQ(::symlink((volume / "precious").c_str(), (volume / identifier).c_str()), 0);
     writeIdentifier();
     EXPECT_EQ(contents("precious"), "kept");

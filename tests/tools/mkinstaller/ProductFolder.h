@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/linux/ScratchFolder.h"
+#include "tests/support/ScratchFolder.h"
 #include "tools/mkinstaller/lint/basis/Findings.h"
 #include "tools/mkinstaller/sources/Kit.h"
 

@@ -147,13 +147,13 @@ std::optional<std::string> problemOf(const NewProductNames& names, const Kit& ki
         return "the identifier \"" + names.identifier + "\" is one of " + *owner;
     }
     const auto known = kitLanguages(kit);
-    for (const std::string& language : names.languages) {
-        if (std::ranges::find(known, language) != known.end()) continue;
-        std::string all;
-        for (const std::string& name : known) all.append(" ").append(name);
-        return "there are no texts in \"" + language + "\"; there are texts in" + all;
-    }
-    return std::nullopt;
+    const auto unknown = std::ranges::find_if(names.languages, [&](const std::string& language) {
+        return std::ranges::find(known, language) == known.end();
+    });
+    if (unknown == names.languages.end()) return std::nullopt;
+    std::string text = "there are no texts in \"" + *unknown + "\"; there are texts in";
+    for (const std::string& name : known) text.append(" ").append(name);
+    return text;
 }
 
 std::optional<std::string> makeProduct(const std::string& folder, const NewProductNames& names,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -13,22 +14,30 @@
 
 namespace installer::test {
 
-/// A new folder on the disk that goes when the object goes.
+/// A new folder on the real disk that only its maker can change. It is removed with all that is in
+/// it when the object is destroyed. Names are relative to it.
 class ScratchFolder {
   public:
-    ScratchFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "adapters-XXXXXX").string();
-        path_ = ::mkdtemp(name.data()) == nullptr ? "" : name;
+    explicit ScratchFolder(
+        const std::string& parent = std::filesystem::temp_directory_path().string()) {
+        std::string name = parent + "/installer-test-XXXXXX";
+        if (::mkdtemp(name.data()) == nullptr) std::abort();
+        path_ = name;
     }
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
     ~ScratchFolder() {
         std::error_code error;
-        if (!path_.empty()) std::filesystem::remove_all(path_, error);
+        std::filesystem::remove_all(path_, error);
     }
 
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] std::string at(const std::string& below) const { return path_ + "/" + below; }
+    [[nodiscard]] std::string operator/(const std::string& below) const { return at(below); }
+    /// Whether there is an entry of that name, a dangling link too.
+    [[nodiscard]] bool holds(const std::string& below) const {
+        return std::filesystem::exists(std::filesystem::symlink_status(at(below)));
+    }
 
     std::string addFolder(const std::string& below) const {
         std::filesystem::create_directories(at(below));
