@@ -78,18 +78,36 @@ void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) 
 
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
-    setInstallComplete(false);
-    setInProgress(true);
-    run_.begin();
-    logIsWritten_ = false;
-    if (!obtainAuthorization()) return;
-
+    if (!beginRun()) return;
     const InstallPlan plan = makePlan(hosts);
     logPayloadWarnings(plan, platform_.log);
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();
     runLsregister();
+    installHosts(plan);
+}
+
+void InstallFilesController::installForFurtherUser(const std::vector<HostModel>& hosts,
+                                                   std::vector<std::string> installedBefore) {
+    if (!beginRun()) return;
+    run_.installedPaths = std::move(installedBefore);
+    const InstallPlan plan = makePlan(hosts);
+    DiskMirror(platform_, commands_, installer_).registerApplications(plan.mirrorItems());
+    cleanManifests();
+    installHosts(plan);
+}
+
+/// Whether the run can go on.
+bool InstallFilesController::beginRun() {
+    setInstallComplete(false);
+    setInProgress(true);
+    run_.begin();
+    logIsWritten_ = false;
+    return obtainAuthorization();
+}
+
+void InstallFilesController::installHosts(const InstallPlan& plan) {
     for (std::size_t host = 0; host < plan.hosts.size(); ++host) {
         if (run_.fileOpErrorOccurred || run_.authDenied) break;
         HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
