@@ -25,6 +25,7 @@ class Answer:
         self.status = finished.returncode
         self.messages = finished.stderr
         self.json = json.loads(finished.stdout)
+        self.items = self.json["items"]
         jsonschema.validate(self.json, SCHEMA, jsonschema.Draft202012Validator)
         assert self.json["exitStatus"] == self.status, finished
 

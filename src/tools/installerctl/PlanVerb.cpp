@@ -5,7 +5,6 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/installerctl/Verbs.h"
-#include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/work/RunPlan.h"
 #include "tools/installerctl/work/Summaries.h"
 
@@ -17,13 +16,13 @@ ExitStatus plan(Session& session, Report& report) {
     ExitStatus status = ExitStatus::done;
     const auto last = trustedReceipt(session, report, status);
     if (status != ExitStatus::done) return status;
-    ProgressBar bar("Comparing", 0);
     const RunPlan plan = makeRunPlan(session, last ? &*last : nullptr);
     addPlan(report, plan, last.has_value());
     if (!plan.hasPayload) return withoutPayload(report);
-    report.changed = plan.itemsDiffer() || plan.receiptDiffers || !plan.refused.empty();
+    report.changed = plan.itemsDiffer() || plan.receiptDiffers;
     report.summary = planSummary(report);
-    return report.changed ? ExitStatus::differences : ExitStatus::done;
+    if (report.changed) return ExitStatus::differences;
+    return plan.refused.empty() ? ExitStatus::done : ExitStatus::itemsFailed;
 }
 
 }  // namespace

@@ -20,7 +20,9 @@ ExitStatus run(int argc, char** argv) {
     VerbAction chosen;
     const CommandLine line{app, chosen};
     addPlanVerb(line);
+    addInstallVerb(line);
     addVerifyVerb(line);
+    addRemoveVerb(line);
     addStatusVerb(line);
     addHelpVerb(line);
     try {

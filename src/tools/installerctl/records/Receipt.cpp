@@ -138,7 +138,7 @@ class Reader {
             receipt.folders.push_back(path(folder, "path"));
         }
         for (const Json& file : list(json, "menuEntries")) {
-            receipt.menuEntries.push_back(entry(file));
+            receipt.menuEntries.push_back(path(file, "path"));
         }
         receipt.log = optionalPath(json, "log");
     }
@@ -218,7 +218,7 @@ void checkPaths(const Receipt& receipt,
     for (const auto& item : receipt.items) check(item.destination);
     for (const EntryRecord& file : receipt.files) check(file.path);
     for (const std::string& folder : receipt.folders) check(folder);
-    for (const EntryRecord& file : receipt.menuEntries) check(file.path);
+    for (const std::string& file : receipt.menuEntries) check(file);
     if (!receipt.log.empty()) check(receipt.log);
 }
 
@@ -250,8 +250,8 @@ std::string receiptText(const Receipt& receipt, const PathMapping& seen) {
         json["folders"].push_back({{"path", encoded(seen(folder))}});
     }
     json["menuEntries"] = Json::array();
-    for (const EntryRecord& file : receipt.menuEntries) {
-        json["menuEntries"].push_back(entryJson(file, seen));
+    for (const std::string& file : receipt.menuEntries) {
+        json["menuEntries"].push_back({{"path", encoded(seen(file))}});
     }
     json["log"] = encoded(seen(receipt.log));
     return json.dump(1) + "\n";

@@ -45,7 +45,7 @@ struct Receipt {
     std::vector<Item> items;
     std::vector<EntryRecord> files;        ///< every entry of the items
     std::vector<std::string> folders;      ///< that were made for the items
-    std::vector<EntryRecord> menuEntries;  ///< of the users' desktops
+    std::vector<std::string> menuEntries;  ///< files of the users' desktops that a run writes
     std::string log;                       ///< the installer log
 };
 

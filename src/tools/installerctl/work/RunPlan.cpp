@@ -276,6 +276,14 @@ class PlanMaker {
         plan_.receiptDiffers = last_ == nullptr || differsFromLast(receipt);
     }
 
+    /// Several users can have the same host, and an item of it names only one of them.
+    [[nodiscard]] bool liesInHostOfOthers(const std::string& path) const {
+        return std::ranges::any_of(last_->hosts, [&](const Receipt::Host& host) {
+            return !isAskedUser(host.user) && (path.starts_with(host.application + "/") ||
+                                               path.starts_with(host.plugIns + "/"));
+        });
+    }
+
     /// What was installed for users who are not asked for now stays theirs.
     void keepOtherUsers(Receipt& receipt) {
         for (const auto& user : last_->users) {
@@ -285,7 +293,8 @@ class PlanMaker {
             if (!isAskedUser(host.user)) receipt.hosts.push_back(host);
         }
         for (const auto& item : last_->items) {
-            if (item.user.empty() || isAskedUser(item.user)) continue;
+            if (item.user.empty()) continue;
+            if (isAskedUser(item.user) && !liesInHostOfOthers(item.destination)) continue;
             if (plan_.expected.covers(item.destination)) continue;
             receipt.items.push_back(item);
             for (const auto* alternatives : known_.tree(item.destination)) {
@@ -299,9 +308,7 @@ class PlanMaker {
     [[nodiscard]] bool differsFromLast(const Receipt& receipt) const {
         const auto itemsOf = [](const Receipt& from) {
             std::set<std::string> items;
-            for (const auto& item : from.items) {
-                items.insert(item.destination + '\0' + item.user + '\0' + item.host);
-            }
+            for (const auto& item : from.items) items.insert(item.destination);
             return items;
         };
         const auto usersOf = [](const Receipt& from) {
