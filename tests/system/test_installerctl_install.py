@@ -196,6 +196,16 @@ class InstallerctlInstallUserFiles(Scene):
         self.assertEqual(answer.kept, [])
         self.assertEqual([name for name in os.listdir(self.presets.parent) if name.startswith(".")], [])
 
+    def test_what_a_user_adds_is_named_and_is_no_difference(self):
+        self.install()
+        own = write(self.presets / "own.preset", "mine")
+        answer = self.ctl("verify")
+        self.assertEqual((answer.status, answer.results()[str(self.presets)]), (DONE, "extra"))
+        self.assertEqual(answer.item(self.presets)["differences"],
+                         [{"path": str(own), "reason": "was not installed"}])
+        self.assertFalse(self.install().changed)
+        self.assertEqual(own.read_text(), "mine")
+
     def test_else_it_is_lost_and_named(self):
         self.install()
         write(self.presets / "own.preset", "mine")

@@ -70,7 +70,6 @@ FoundUsers usersAskedFor(const AskedUsers& asked, const std::string& targetVolum
             found.users, [&](const UserAccount& other) { return other.name == user.name; });
         if (!isThere) found.users.push_back(std::move(user));
     };
-    if (asked.logins.empty() && !asked.everybody) add(effectiveUser());
     for (const std::string& login : asked.logins) {
         const auto account = userNamed(login);
         if (login == effectiveUser().name) {
@@ -90,6 +89,7 @@ FoundUsers usersAskedFor(const AskedUsers& asked, const std::string& targetVolum
             add(std::move(user));
         }
     }
+    if (found.users.empty()) add(effectiveUser());
     return found;
 }
 

@@ -15,7 +15,9 @@ struct AskedUsers {
 
 /// The users, each once; those of a target volume (its path, else empty) are the folders of its
 /// `Users`. Everybody is each account of a person: numbered as people are, with a home folder of
-/// its own. The home is empty for the user who started the program: the environment names it.
+/// its own; where there is no such account, and where nobody is asked for, it is the user who
+/// started the program. The home is empty for the user who started the program: the environment
+/// names it.
 struct FoundUsers {
     std::vector<UserAccount> users;
     std::string unknown;  ///< the first login that nobody has; empty if all are known

@@ -62,10 +62,6 @@ std::unique_ptr<Session> Session::open(const Scope& scope, Refusal& refusal) {
         refusal = {ExitStatus::wrongUse, "there is no user " + found.unknown};
         return nullptr;
     }
-    if (found.users.empty()) {
-        refusal = {ExitStatus::wrongUse, "there are no users on that disk"};
-        return nullptr;
-    }
     const bool asksForOthers = !scope.users.logins.empty() || scope.users.everybody;
     if (asksForOthers && ::geteuid() != 0 && actsForOthers(found)) {
         refusal = {ExitStatus::rightsRefused, "only root can act for other users"};

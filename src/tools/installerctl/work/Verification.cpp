@@ -34,10 +34,14 @@ void judge(ReportedItem& item, const ItemComparison& found) {
     }
 }
 
+/// What somebody has put beside the product's own files is told, and is no fault of theirs: nor is
+/// it one to an installation, which would say that nothing differs.
 ExitStatus concluded(Report& report) {
-    const auto good = std::ranges::count(report.items, "ok", &ReportedItem::result);
+    const auto extra = std::ranges::count(report.items, "extra", &ReportedItem::result);
+    const auto good = std::ranges::count(report.items, "ok", &ReportedItem::result) + extra;
     report.summary = std::to_string(good) + " of " + std::to_string(report.items.size()) +
                      " items are as they must be, by the " + report.basis;
+    if (extra > 0) report.summary += "; somebody has added to " + std::to_string(extra);
     const bool isGood = static_cast<std::size_t>(good) == report.items.size();
     return isGood ? ExitStatus::done : ExitStatus::differences;
 }
