@@ -134,6 +134,7 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
     }
     if (!helper.volume.empty()) addOption(request, "--volume", helper.volume);
     if (!helper.home.empty()) addOption(request, "--home", helper.home);
+    for (const std::string& folder : helper.folders) addOption(request, "--into", folder);
     return request;
 }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "privileged/system/Spawn.h"
 
@@ -48,11 +49,12 @@ enum class AdministratorWay {
 [[nodiscard]] std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
                                                                const AdministratorMeans& means);
 
-/// What the helper is told of the installation.
+/// What the helper is told of the installation on its command line.
 struct HelperPlace {
     std::string path;    ///< the helper's own
     std::string volume;  ///< the target volume's real path; empty for the running system
     std::string home;    ///< the user's home folder on the running system; empty if there is none
+    std::vector<std::string> folders = {};  ///< that the run writes below; nothing else changes
 };
 
 /// The command that starts the helper that way. The caller supplies its standard input and output.

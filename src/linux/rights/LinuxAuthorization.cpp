@@ -41,6 +41,7 @@ class LinuxAuthorization : public Authorization {
     LinuxAuthorization& operator=(const LinuxAuthorization&) = delete;
 
     [[nodiscard]] bool obtain(std::uint32_t flags) override;
+    void limitTo(const WriteGrant& grant) override;
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) override;
     void setProgressSink(ProgressSink* progress) override;
@@ -62,6 +63,7 @@ class LinuxAuthorization : public Authorization {
     AdministratorWay way_ = AdministratorWay::none;
     std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
+    WriteGrant grant_;
     std::int32_t refusal_ = 0;
     ProgressSink* progress_ = nullptr;
 };
@@ -70,6 +72,14 @@ bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all righ
     means_ = access_.means();
     way_ = administratorWay(means_);
     return way_ != AdministratorWay::none && ::access(access_.helper.path.c_str(), X_OK) == 0;
+}
+
+void LinuxAuthorization::limitTo(const WriteGrant& grant) {
+    if (grant == grant_) return;
+    grant_ = grant;
+    access_.helper.folders = grant.folders();
+    if (helper_) std::exchange(helper_, nullptr)->end();
+    closed_.reset();
 }
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
@@ -111,7 +121,11 @@ void LinuxAuthorization::startHelper() {
                                 dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);
-    if (!helper_) closed_.reset();
+    if (helper_) {
+        helper_->limitTo(grant_);
+    } else {
+        closed_.reset();
+    }
 }
 
 void LinuxAuthorization::setProgressSink(ProgressSink* progress) {

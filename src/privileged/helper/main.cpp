@@ -1,9 +1,12 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <string>
+#include <utility>
 
 #include <unistd.h>
 
+#include "privileged/helper/AdministratorTools.h"
 #include "privileged/helper/CleanStart.h"
 #include "privileged/helper/HelperArguments.h"
 #include "privileged/helper/HelperSession.h"
@@ -31,6 +34,11 @@ int main(int count, char** words) {
         installer::report("the environment does not say whom to act for");
         return 1;
     }
-    const installer::ProtectedFolders folders(arguments->volume, arguments->home, user->number());
-    return installer::HelperSession(STDIN_FILENO, STDOUT_FILENO, *user, folders).run();
+    installer::WriteGrant grant;
+    for (const std::string& folder : arguments->folders) grant.addFolder(folder);
+    installer::noteFolders(grant.folders());
+    installer::AdministratorTools tools(
+        *user, installer::ProtectedFolders(arguments->volume, arguments->home, user->number()),
+        std::move(grant));
+    return installer::HelperSession(STDIN_FILENO, STDOUT_FILENO, std::move(tools)).run();
 }

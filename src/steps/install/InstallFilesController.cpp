@@ -14,6 +14,7 @@
 #include "install/engine/HostPayload.h"
 #include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
+#include "install/plan/PlannedWrites.h"
 #include "ports/EventLoop.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
@@ -85,6 +86,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     if (!obtainAuthorization()) return;
 
     const InstallPlan plan = makePlan(hosts);
+    run_.authorization->limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();

@@ -481,6 +481,16 @@ class LinuxAuthorizationWithTheRealHelper : public LinuxAuthorizationTest {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper must run as root";
         access.helper.path = PRIVILEGED_HELPER;
     }
+
+    /// One that may change what lies in the test's folder.
+    std::unique_ptr<Authorization> obtained() {
+        auto authorization = LinuxAuthorizationTest::obtained();
+        WriteGrant grant;
+        grant.addFolder(std::filesystem::path(folder.path()).parent_path().string());
+        grant.addDestination(folder.path());
+        authorization->limitTo(grant);
+        return authorization;
+    }
 };
 
 TEST_F(LinuxAuthorizationWithTheRealHelper, RunsTenThousandCommandsInOneProcess) {

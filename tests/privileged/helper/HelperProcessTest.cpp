@@ -383,9 +383,15 @@ TEST_F(HelperProcessTest, DoesNotListenWithoutTheVariableOfTheProgramThatStarted
 }
 
 TEST_F(HelperProcessTest, DoesNotListenWithACommandLineThatItDoesNotKnow) {
-    const std::vector<std::vector<std::string>> commandLines = {
-        {""},       {"--started-by"},       {"--started-by", ""}, {"--started-by", "root"},
-        {"--help"}, {"--into", "/Library"}, {"--volume"},         {"--started-by", "sudo", "more"}};
+    const std::vector<std::vector<std::string>> commandLines = {{""},
+                                                                {"--started-by"},
+                                                                {"--started-by", ""},
+                                                                {"--started-by", "root"},
+                                                                {"--help"},
+                                                                {"--onto", "/Library"},
+                                                                {"--volume"},
+                                                                {"--into"},
+                                                                {"--started-by", "sudo", "more"}};
     for (const auto& arguments : commandLines) {
         HelperProcess helper({.environment = {"SUDO_UID=65534", "PKEXEC_UID=65534"},
                               .arguments = arguments,
