@@ -33,8 +33,7 @@ class EarlierCopies {
     PrivilegedCommands& commands_;
 };
 
-/// Adds to what a run may change as root what `unInstallForHost` removes. A run that is to call it
-/// says so before its first command: nobody agrees to more afterwards.
+/// Adds what `unInstallForHost` removes to what a run may change as root. No plan holds it.
 void addEarlierCopies(Platform& platform, const HostModel& host, WriteGrant& grant);
 
 }  // namespace installer

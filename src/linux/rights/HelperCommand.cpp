@@ -37,9 +37,11 @@ bool canAskOnTerminal() {
     return terminal && ::tcgetpgrp(terminal.get()) == ::getpgrp();
 }
 
-std::string sudoPrompt(const std::string& reason) {
+std::string sudoPrompt(const std::string& reason, const std::vector<std::string>& folderLines) {
+    std::string text = visibleText(reason);
+    for (const std::string& line : folderLines) text += "\n" + visibleText(line);
     // A percent sign has a meaning in sudo's prompts; %p becomes the login name.
-    return replacingAll(visibleText(reason), "%", "%%") + "\n[sudo] password for %p: ";
+    return replacingAll(text, "%", "%%") + "\n[sudo] password for %p: ";
 }
 
 void addOption(SpawnRequest& request, const char* name, const std::string& value) {
@@ -96,7 +98,8 @@ std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
 }
 
 SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                           const HelperPlace& helper, const std::string& reason) {
+                           const HelperPlace& helper, const std::string& reason,
+                           const std::vector<std::string>& folderLines) {
     SpawnRequest request;
     request.standardError = SpawnRequest::own;
     switch (way) {
@@ -119,12 +122,13 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
         // With -k sudo uses no cached credentials and caches none: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
-            request.arguments = {"-k",           "-p",  sudoPrompt(reason), "--", helper.path,
-                                 "--started-by", "sudo"};
+            request.arguments = {"-k",  "-p",        sudoPrompt(reason, folderLines),
+                                 "--",  helper.path, "--started-by",
+                                 "sudo"};
             break;
         case AdministratorWay::sudoWithAskpass:
             request.path = means.sudo;
-            request.arguments = {"-k", "-A",        "-p",           sudoPrompt(reason),
+            request.arguments = {"-k", "-A",        "-p",           sudoPrompt(reason, folderLines),
                                  "--", helper.path, "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithoutAsking:

@@ -59,8 +59,9 @@ struct HelperPlace {
 
 /// The command that starts the helper that way. The caller supplies its standard input and output.
 /// No way waits for an answer if there is no means to answer. `reason` is one line for the user:
-/// which product asks, and why.
+/// which product asks, and why. `folderLines` say what it may change; sudo shows both.
 [[nodiscard]] SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                                         const HelperPlace& helper, const std::string& reason);
+                                         const HelperPlace& helper, const std::string& reason,
+                                         const std::vector<std::string>& folderLines = {});
 
 }  // namespace installer

@@ -1,6 +1,7 @@
 #include "linux/rights/LinuxAuthorization.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -106,7 +107,11 @@ void LinuxAuthorization::startHelper() {
         announce("No administrator rights are asked for, because other users can change " + *entry);
         return;
     }
-    if (mayAsk(way_)) announce(access_.reason);
+    const std::vector<std::string> lines = folderLines(grant_.folders(), access_.folderWords);
+    if (mayAsk(way_)) {
+        announce(access_.reason);
+        for (const std::string& line : lines) announce(line);
+    }
     closed_.emplace();
     std::optional<TerminalQuestion> question;
     if (mayAsk(way_) && means_.hasTerminal) question.emplace();
@@ -117,7 +122,7 @@ void LinuxAuthorization::startHelper() {
         });
     }
     PrivilegedHelper::Start start =
-        PrivilegedHelper::start(helperCommand(way_, means_, access_.helper, access_.reason),
+        PrivilegedHelper::start(helperCommand(way_, means_, access_.helper, access_.reason, lines),
                                 dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);

@@ -86,7 +86,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     if (!obtainAuthorization()) return;
 
     const InstallPlan plan = makePlan(hosts);
-    run_.authorization->limitTo(plannedWrites(platform_, plan));
+    run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
@@ -229,6 +229,10 @@ bool InstallFilesController::fileManagerShouldProceedAfterError(const std::strin
 }
 
 void InstallFilesController::unInstallForHost(const HostModel& host) {
+    // No plan holds them, so somebody has to agree to their removal too.
+    WriteGrant grant = run_.grant;
+    addEarlierCopies(platform_, host, grant);
+    run_.limitTo(std::move(grant));
     EarlierCopies(platform_, commands_).unInstallForHost(host);
 }
 

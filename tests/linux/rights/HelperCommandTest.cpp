@@ -152,6 +152,26 @@ TEST(HelperCommand, TellsTheHelperTheTargetVolumeAndTheHomeFolder) {
                                         "/vol", "--home", "/home/me"}));
 }
 
+TEST(HelperCommand, TellsTheHelperTheFoldersThatItMayChange) {
+    HelperPlace helper = at("/helper");
+    helper.folders = {"/Library/Acme", "/My Plug-Ins"};
+    const std::vector<std::string> words = {"--into", "/Library/Acme", "--into", "/My Plug-Ins"};
+    for (const auto way :
+         {AdministratorWay::polkit, AdministratorWay::sudoOnTerminal,
+          AdministratorWay::sudoWithAskpass, AdministratorWay::sudoWithoutAsking}) {
+        const auto arguments = helperCommand(way, desktop(), helper, "why").arguments;
+        ASSERT_GT(arguments.size(), words.size());
+        EXPECT_EQ(std::vector<std::string>(arguments.end() - 4, arguments.end()), words);
+    }
+}
+
+TEST(HelperCommand, ForSudoShowsInItsPromptWhatMayChange) {
+    const auto command = helperCommand(AdministratorWay::sudoOnTerminal, desktop(), at("/helper"),
+                                       "why", {"Only below:", "  /100%/\x1b[2J\n\xC2\x9B"});
+    EXPECT_EQ(command.arguments.at(2),
+              "why\nOnly below:\n  /100%%/\\x1b[2J\\n\\xc2\\x9b\n[sudo] password for %p: ");
+}
+
 TEST(HelperCommand, ForSudoHasNoCharacterInItsPromptThatATerminalObeys) {
     const auto command =
         helperCommand(AdministratorWay::sudoOnTerminal, desktop(), at("/helper"),

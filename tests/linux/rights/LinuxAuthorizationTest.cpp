@@ -155,6 +155,42 @@ TEST_F(LinuxAuthorizationTest, SaysWhoAsksAndWhyBeforeItAsks) {
     EXPECT_EQ(log().size(), 1U);
 }
 
+TEST_F(LinuxAuthorizationTest, SaysWhatMayChangeBeforeItAsksAndTellsTheHelper) {
+    usePkexec("echo \"$*\" >> \"$LOG\"; shift; exec \"$@\"");
+    const auto authorization = obtained();
+    WriteGrant grant;
+    grant.addFolder("/Library/Acme");
+    grant.addDestination("/Library/Acme/a");
+    grant.addDestination("/Library/Acme/b");
+    grant.addRemovableName("Old.plugin");
+    authorization->limitTo(grant);
+    EXPECT_TRUE(log().empty());
+    const PrivilegedLaunch launch = authorization->execute("/plan", {});
+    ASSERT_EQ(launch.status, 0);
+    EXPECT_EQ(readAll(*launch.tool), "/Library/Acme/a\n/Library/Acme/b\nOld.plugin\n");
+    EXPECT_EQ(announced, (std::vector<std::string>{access.reason, access.folderWords.heading,
+                                                   "  /Library/Acme"}));
+    ASSERT_EQ(log().size(), 1U);
+    EXPECT_TRUE(log().front().ends_with(" --started-by polkit --into /Library/Acme"));
+}
+
+TEST_F(LinuxAuthorizationTest, AsksAgainForAnotherGrantButNotForTheSame) {
+    usePkexec("echo asked >> \"$LOG\"; shift; exec \"$@\"");
+    const auto authorization = obtained();
+    WriteGrant grant;
+    grant.addFolder("/Library/Acme");
+    for (int index = 0; index < 2; ++index) {
+        authorization->limitTo(grant);
+        EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    }
+    EXPECT_EQ(log().size(), 1U);
+    grant.addFolder("/Applications");
+    authorization->limitTo(grant);
+    EXPECT_EQ(log().size(), 1U);
+    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    EXPECT_EQ(log().size(), 2U);
+}
+
 TEST_F(LinuxAuthorizationTest, AsksNobodyToRunAHelperThatOthersCanChange) {
     usePkexec("echo asked >> \"$LOG\"; shift; exec \"$@\"");
     std::filesystem::create_directory(folder / "bundle");
