@@ -120,7 +120,7 @@ def traced(product, who, options, output="/dev/null"):
     real = helper.with_name("real-helper")
     helper.rename(real)
     quoted = " ".join(f"'{word}'" for word in [*tracer(options, output), str(real)])
-    write(helper, f"#!/bin/sh\nexec {quoted}\n", 0o755)
+    write(helper, f"#!/bin/sh\nexec {quoted} \"$@\"\n", 0o755)
     try:
         yield []
     finally:

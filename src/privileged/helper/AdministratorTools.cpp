@@ -71,6 +71,7 @@ bool AdministratorTools::isPlanned(const Command& command) const {
 
 std::error_code AdministratorTools::performNow(const Command& command,
                                                const CopyProgress& progress) {
+    if (command.action == Action::refreshDesktopDatabase && refresh_) return refresh_();
     const bool isNew = command.action == Action::makeFolders && isMissingFolder(command.path);
     const std::error_code error = perform(command, user_, progress);
     if (!error && isNew) madeFolders_.insert(command.path);

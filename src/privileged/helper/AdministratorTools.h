@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <set>
 #include <string>
 #include <system_error>
@@ -30,6 +31,9 @@ class AdministratorTools {
     /// must not end in its middle.
     [[nodiscard]] ExitStatus run(const ToolRequest& request, const CopyProgress& progress);
 
+    /// What renews the data base of desktop entries, instead of this process itself.
+    void setRefresh(std::function<std::error_code()> refresh) { refresh_ = std::move(refresh); }
+
     /// Adds what the run has planned, as far as it lies below the folders of the grant.
     void addPlanned(const PlanTexts& plan);
 
@@ -40,6 +44,7 @@ class AdministratorTools {
     InvokingUser user_;
     ProtectedFolders folders_;
     WriteGrant grant_;
+    std::function<std::error_code()> refresh_;
     /// The folders that were missing before: the run gives them to the user, as it does with its
     /// items.
     std::set<std::string, std::less<>> madeFolders_;

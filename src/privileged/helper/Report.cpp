@@ -39,9 +39,8 @@ void report(std::string_view line) {
     static_cast<void>(!::write(STDERR_FILENO, output.data(), output.size()));
 }
 
-void noteFolders(const std::vector<std::string>& folders) {
-    if (folders.empty()) logLine("changes nothing");
-    for (const std::string& folder : folders) logLine(safeLine("changes files below " + folder));
+void note(std::string_view line) {
+    logLine(safeLine(line));
 }
 
 }  // namespace installer

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace installer {
 
@@ -11,7 +9,7 @@ namespace installer {
 /// waits for a reader: a line that cannot be written at once is dropped.
 void report(std::string_view line);
 
-/// Writes below which folders this process may change anything, to the system's log alone.
-void noteFolders(const std::vector<std::string>& folders);
+/// A line that nobody has to act on, in the system's log alone.
+void note(std::string_view line);
 
 }  // namespace installer
