@@ -21,11 +21,15 @@ LOGIN = "installing-user"
 
 @dataclasses.dataclass
 class Account:
-    """Who installs: root, whose helper is started directly, or a user, whose rights sudo grants."""
+    """Who installs: root, who needs no helper, or a user, whose helper is started by sudo."""
 
     name: str
     number: int
     options: dict
+
+    @property
+    def programs(self):
+        return ("installer",) if self.number == 0 else ("installer", "helper")
 
 
 ROOT = Account("root", 0, {})
