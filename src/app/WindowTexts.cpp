@@ -46,6 +46,15 @@ std::string authorizationReason(const Bundle& bundle) {
                      {folderName(bundle, "product_name"), folderName(bundle, "company_name")});
 }
 
+std::string authorizationFolders(const Bundle& bundle) {
+    return localizedText(bundle, "authorization_folders",
+                         "It changes files below these folders only:");
+}
+
+std::string authorizationMoreFolders(const Bundle& bundle) {
+    return localizedText(bundle, "authorization_more_folders", "(and %@ more)");
+}
+
 std::string mainLabelTextOf(const StepModel* model) {
     if (model == nullptr) return "???";
     try {

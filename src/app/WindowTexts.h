@@ -23,6 +23,11 @@ class StepModel;
 /// Tells the user which product needs administrator rights, and what for.
 [[nodiscard]] std::string authorizationReason(const Bundle& bundle);
 
+/// The line before the folders that the installer changes with these rights, and the one that
+/// stands for those that are not shown; "%@" is their number.
+[[nodiscard]] std::string authorizationFolders(const Bundle& bundle);
+[[nodiscard]] std::string authorizationMoreFolders(const Bundle& bundle);
+
 /// The heading of a step, given its model or null. A null model, a model without a heading and a
 /// model that throws each give a text of their own. These texts are meant for developers of a
 /// wizard, so they are not translated.

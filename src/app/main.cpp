@@ -54,6 +54,8 @@ AdministratorAccess administratorAccess(const std::string& bundleFolder, const B
                        .volume = searchPaths.targetVolume(),
                        .home = searchPaths.homeOnRunningSystem()},
             .reason = authorizationReason(bundle),
+            .folderWords = {.heading = authorizationFolders(bundle),
+                            .more = authorizationMoreFolders(bundle)},
             .announce = [&log](std::string_view line) { log.log(line); }};
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/values/WriteGrant.h"
 #include "ports/ProgressSink.h"
 
 namespace installer {
@@ -55,6 +56,12 @@ class Authorization {
     /// Prepares the right, without asking anybody: credentials are asked for at the first
     /// `execute`. False when this machine has no way to become the administrator at all.
     [[nodiscard]] virtual bool obtain(std::uint32_t flags) = 0;
+
+    /// Says what this run may change. The person who is asked is shown the folders, and a tool that
+    /// would change anything else does nothing and reports a failure. Before the first call nothing
+    /// may be changed. Another grant than the one that somebody has agreed to ends the right, and
+    /// the next `execute` asks again.
+    virtual void limitTo(const WriteGrant& grant) = 0;
 
     /// Starts the tool at the absolute path with the arguments, as they are: no shell. The first
     /// call asks for the credentials, which hold until this object is destroyed; a refusal is

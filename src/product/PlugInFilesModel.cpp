@@ -10,6 +10,7 @@
 #include "ports/SearchPaths.h"
 #include "product/BundleUserDefaults.h"
 #include "product/LocalizedText.h"
+#include "product/ProductFacts.h"
 
 namespace installer {
 
@@ -122,6 +123,14 @@ std::string PlugInFilesModel::standAloneAppsInstallPath() const {
 std::string PlugInFilesModel::installerLogPath() const {
     const std::string productName = folderName(platform_.bundle, "product_name");
     return joinPath(companyAppSupportPath(), formatted("%@ Installer.log", {productName}));
+}
+
+std::string PlugInFilesModel::externalEditorsPath() const {
+    return joinPath(appSupportPathForProduct(externalEditorsProduct), "ExternalEditors.csv");
+}
+
+std::string PlugInFilesModel::identifierPath() const {
+    return joinPath(companyAppSupportPath(), formatted("%@.guid", {"entityresolver"}));
 }
 
 std::string PlugInFilesModel::lightRoomSupportPath() const {

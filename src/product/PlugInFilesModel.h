@@ -45,6 +45,10 @@ class PlugInFilesModel {
     [[nodiscard]] std::string settingsInstallPath() const;
     [[nodiscard]] std::string standAloneAppsInstallPath() const;
     [[nodiscard]] std::string installerLogPath() const;
+    /// The list of external editors that a run writes, in the folder of the product that reads it.
+    [[nodiscard]] std::string externalEditorsPath() const;
+    /// The file that holds a random identifier of the installation.
+    [[nodiscard]] std::string identifierPath() const;
     [[nodiscard]] std::string lightRoomSupportPath() const;
     [[nodiscard]] std::string lightRoomPresetDir() const;
     /// `Aperture/Plug-Ins` in the user's Application Support.

@@ -10,6 +10,7 @@ add_library(installer_fuzzed STATIC
     ${source}/foundation/text/StyledText.cpp
     ${source}/foundation/text/Text.cpp
     ${source}/foundation/values/SystemFolders.cpp
+    ${source}/foundation/values/WriteGrant.cpp
     ${source}/foundation/values/Utf8.cpp
     ${source}/foundation/values/VisibleText.cpp
     ${source}/foundation/values/Uuid.cpp

@@ -82,6 +82,9 @@ std::optional<std::string> encodedAgain(const Message& message) {
     if (const auto bytes = progressBytes(message)) return encodedProgress(*bytes);
     if (const auto status = exitStatus(message)) return encodedEnded(*status);
     if (message.type == MessageType::output) return encodedOutput(message.body);
+    if (const auto plan = planTexts(message); plan && !plan->texts.empty()) {
+        return encodedPlan(*plan);
+    }
     return std::nullopt;
 }
 
@@ -151,6 +154,34 @@ void checkPieces(const Decoded& whole, std::string_view stream) {
     }
 }
 
+AdministratorTools toolsBelow(const char* folder) {
+    WriteGrant grant;
+    grant.addFolder(folder);
+    return {InvokingUser(user), ProtectedFolders(), grant};
+}
+
+void addTo(WriteGrant& grant, const PlanTexts& plan) {
+    for (const std::string& text : plan.texts) {
+        if (plan.kind == PlanTexts::Kind::removableNames) {
+            grant.addRemovableName(text);
+        } else if (namesOnePlace(text)) {
+            grant.addDestination(text);
+        }
+    }
+}
+
+/// What the plan allows at the most: an owner is also given to a folder that was made before.
+bool isPlanned(const Command& command, const WriteGrant& grant,
+               std::vector<std::string>& madeFolders) {
+    const std::string& path = command.path;
+    if (command.action == Action::refreshDesktopDatabase || grant.holds(path)) return true;
+    if (command.action == Action::remove) return grant.mayRemove(path);
+    if (command.action == Action::makeFolders) madeFolders.push_back(path);
+    const bool isMade = std::ranges::find(madeFolders, path) != madeFolders.end();
+    return isMade && grant.leadsThrough(path) &&
+           (command.action == Action::makeFolders || command.action == Action::setOwner);
+}
+
 /// What the session writes and how it ends, the stream being all that ever comes.
 std::pair<std::string, int> sessionOver(std::string_view stream) {
     std::array<int, 2> ends{};
@@ -161,7 +192,7 @@ std::pair<std::string, int> sessionOver(std::string_view stream) {
     require(::send(ours.get(), stream.data(), stream.size(), MSG_NOSIGNAL) ==
             static_cast<ssize_t>(stream.size()));
     require(::shutdown(ours.get(), SHUT_WR) == 0);
-    HelperSession session(theirs.get(), answers.get(), InvokingUser(user), ProtectedFolders());
+    HelperSession session(theirs.get(), answers.get(), toolsBelow("/"));
     const int status = session.run();
     std::string written(static_cast<std::size_t>(::lseek(answers.get(), 0, SEEK_END)), '\0');
     require(::pread(answers.get(), written.data(), written.size(), 0) ==
@@ -179,20 +210,35 @@ void checkSession(const Decoded& asked, std::string_view stream) {
     for (const Message& answer : answers.messages) {
         if (const auto ended = exitStatus(answer)) statuses.push_back(*ended);
     }
+    std::size_t taken = 0;
     std::size_t answered = 0;
     std::size_t allowed = 0;
     InvokingUser invoking(user);
+    WriteGrant grant;
+    grant.addFolder("/");
+    std::vector<std::string> madeFolders;
     for (const Message& message : asked.messages) {
+        const bool isInTime = answered == 0 && taken < message_limits::planMessages;
+        if (const auto plan = isInTime ? planTexts(message) : std::nullopt) {
+            addTo(grant, *plan);
+            ++taken;
+            continue;
+        }
         const std::optional<ToolRequest> request = toolRequest(message);
         if (!request) break;
+        ++taken;
         const std::optional<Command> command =
             allowedCommand(*request, invoking, ProtectedFolders());
         require(answered < statuses.size());
-        require((statuses[answered++] == 126) == !command);
-        if (command) require(performed.at(allowed++) == command->path);
+        const bool isRefused = statuses[answered++] == 126;
+        require(isRefused || command);
+        if (!isRefused) {
+            require(isPlanned(*command, grant, madeFolders));
+            require(performed.at(allowed++) == command->path);
+        }
     }
     require(answered == statuses.size() && allowed == performed.size());
-    const bool endsWell = answered == asked.messages.size() && asked.atBoundary;
+    const bool endsWell = taken == asked.messages.size() && asked.atBoundary;
     require((status == 0) == endsWell);
 }
 

@@ -41,6 +41,8 @@ class FailingAuthorizations::Failing : public Authorization {
         return faults_.next({"obtain"}) == nullptr && authorization_->obtain(flags);
     }
 
+    void limitTo(const WriteGrant& grant) override { authorization_->limitTo(grant); }
+
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         Faults::Call call = {tool};

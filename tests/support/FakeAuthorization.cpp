@@ -56,6 +56,8 @@ class FakeAuthorizations::Fake : public Authorization {
         return owner_.obtainable;
     }
 
+    void limitTo(const WriteGrant& grant) override { owner_.grant = grant; }
+
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         std::vector<std::string> command = {tool};
@@ -64,7 +66,9 @@ class FakeAuthorizations::Fake : public Authorization {
         if (const std::int32_t refusal = refusalOf(command); refusal != 0) {
             return {refusal, nullptr};
         }
-        const bool works = !owner_.works || owner_.works(command);
+        const bool isPlanned = owner_.isPlanned(command);
+        if (!isPlanned) owner_.unplanned.push_back(joinedWords(command));
+        const bool works = isPlanned && (!owner_.works || owner_.works(command));
         if (works) owner_.perform(command);
         std::string printed = owner_.output ? owner_.output(command) : "";
         return {0, std::make_unique<FakeTool>(
@@ -94,6 +98,18 @@ class FakeAuthorizations::Fake : public Authorization {
 std::unique_ptr<Authorization> FakeAuthorizations::create() {
     ++created;
     return std::make_unique<Fake>(*this);
+}
+
+bool FakeAuthorizations::isPlanned(const std::vector<std::string>& command) {
+    const std::string& tool = command.front();
+    const std::string& path = command.back();
+    if (!grant || path == "-apps" || !path.starts_with('/')) return true;
+    if (tool == "/bin/mkdir" && grant->leadsThrough(path)) {
+        if (!files_.exists(path)) madeFolders_.insert(path);
+        return true;
+    }
+    if (tool == "/usr/sbin/chown" && madeFolders_.contains(path)) return true;
+    return tool == "/bin/rm" ? grant->mayRemove(path) : grant->holds(path);
 }
 
 void FakeAuthorizations::perform(const std::vector<std::string>& command) {

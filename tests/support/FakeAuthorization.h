@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -34,15 +36,21 @@ class FakeAuthorizations : public Authorizations {
     /// The tools whose output was read to its end, in order.
     std::vector<std::string> toolsRead;
     ProgressSink* progressSink = nullptr;
+    /// What the last run said that it may change. Once it is known, a tool that would change
+    /// anything else fails as the real one does, and is listed below.
+    std::optional<WriteGrant> grant;
+    std::vector<std::string> unplanned;
 
     [[nodiscard]] std::unique_ptr<Authorization> create() override;
 
   private:
     class Fake;
+    [[nodiscard]] bool isPlanned(const std::vector<std::string>& command);
     void perform(const std::vector<std::string>& command);
 
     MemoryFileManager& files_;
     std::vector<std::string>& journal_;
+    std::set<std::string> madeFolders_;
 };
 
 }  // namespace installer::test

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace installer {
 
 class FileQuery;
 class HostModel;
 class PrivilegedCommands;
+class WriteGrant;
 struct Platform;
 
 /// Copies that earlier installations have left in a host's plug-in folder: entries at any depth
@@ -27,12 +27,13 @@ class EarlierCopies {
   private:
     enum class Outcome { finished, refused };
 
-    [[nodiscard]] bool canSearch(const std::string& folder) const;
-    [[nodiscard]] std::vector<std::string> searchedNames() const;
     [[nodiscard]] Outcome removeCopiesNamed(const std::string& name, FileQuery& query);
 
     Platform& platform_;
     PrivilegedCommands& commands_;
 };
+
+/// Adds what `unInstallForHost` removes to what a run may change as root. No plan holds it.
+void addEarlierCopies(Platform& platform, const HostModel& host, WriteGrant& grant);
 
 }  // namespace installer

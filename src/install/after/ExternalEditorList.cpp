@@ -65,9 +65,8 @@ std::string externalEditorRows(Platform& platform, const std::vector<HostModel>&
 
 void ExternalEditorList::configurePrismorExternalEditors(const std::vector<HostModel>& foundHosts) {
     FileManager& files = platform_.files;
-    const std::string folder =
-        PlugInFilesModel(platform_).appSupportPathForProduct(externalEditorsProduct);
-    const std::string file = joinPath(folder, "ExternalEditors.csv");
+    const std::string file = PlugInFilesModel(platform_).externalEditorsPath();
+    const std::string folder = parentPath(file);
     // Rows that the user has added are not kept. A file that stays is replaced below.
     if (files.exists(file)) static_cast<void>(files.remove(file));
     folders_.ensureDirExists(folder);

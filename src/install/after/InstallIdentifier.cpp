@@ -3,7 +3,6 @@
 #include <string>
 
 #include "foundation/text/Format.h"
-#include "foundation/values/Paths.h"
 #include "foundation/values/Uuid.h"
 #include "install/rights/PrivilegedCommands.h"
 #include "ports/FileManager.h"
@@ -15,8 +14,7 @@ namespace installer {
 
 void InstallIdentifier::installAnalytics() {
     const std::string text = newUuidText() + "\n";
-    const std::string path = joinPath(PlugInFilesModel(platform_).companyAppSupportPath(),
-                                      formatted("%@.guid", {"entityresolver"}));
+    const std::string path = PlugInFilesModel(platform_).identifierPath();
     if (platform_.files.exists(path)) return;
     commands_.makeIdentifierFile(path);
     const auto file = platform_.files.openForWriting(path);

@@ -24,6 +24,11 @@ void InstallRun::setAuthorization(std::unique_ptr<Authorization> newAuthorizatio
     if (authorization) authorization->setProgressSink(progress);
 }
 
+void InstallRun::limitTo(WriteGrant newGrant) {
+    grant = std::move(newGrant);
+    if (authorization) authorization->limitTo(grant);
+}
+
 void InstallRun::setProgress(InstallProgress* newProgress) {
     progress = newProgress;
     if (authorization) authorization->setProgressSink(progress);

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/values/WriteGrant.h"
 #include "ports/Authorization.h"
 
 namespace installer {
@@ -24,6 +25,8 @@ struct InstallRun {
 
     /// Gives the run its authorization, or takes it away.
     void setAuthorization(std::unique_ptr<Authorization> newAuthorization);
+    /// Says what the run may change as the administrator.
+    void limitTo(WriteGrant newGrant);
     /// Null for nobody. Not owned.
     void setProgress(InstallProgress* newProgress);
 
@@ -33,6 +36,7 @@ struct InstallRun {
     std::string loginName;    ///< the user who will own what is installed
     std::string ownerString;  ///< "LOGIN:admin", as chown wants it
     std::unique_ptr<Authorization> authorization;
+    WriteGrant grant;                     ///< what the run may change with that authorization
     InstallProgress* progress = nullptr;  ///< told of every item and of the bytes of its copies
 
     bool authDenied = false;  ///< administrator rights were refused or lost; no more is copied

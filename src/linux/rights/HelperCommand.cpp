@@ -37,9 +37,11 @@ bool canAskOnTerminal() {
     return terminal && ::tcgetpgrp(terminal.get()) == ::getpgrp();
 }
 
-std::string sudoPrompt(const std::string& reason) {
+std::string sudoPrompt(const std::string& reason, const std::vector<std::string>& folderLines) {
+    std::string text = visibleText(reason);
+    for (const std::string& line : folderLines) text += "\n" + visibleText(line);
     // A percent sign has a meaning in sudo's prompts; %p becomes the login name.
-    return replacingAll(visibleText(reason), "%", "%%") + "\n[sudo] password for %p: ";
+    return replacingAll(text, "%", "%%") + "\n[sudo] password for %p: ";
 }
 
 void addOption(SpawnRequest& request, const char* name, const std::string& value) {
@@ -96,16 +98,13 @@ std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
 }
 
 SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                           const HelperPlace& helper, const std::string& reason) {
+                           const HelperPlace& helper, const std::string& reason,
+                           const std::vector<std::string>& folderLines) {
     SpawnRequest request;
     request.standardError = SpawnRequest::own;
     switch (way) {
         case AdministratorWay::none:
-            break;
         case AdministratorWay::alreadyRoot:
-            // A SUDO_UID left by an earlier sudo would name another user.
-            request.environment = SpawnRequest::Environment::empty;
-            request.path = helper.path;
             break;
         case AdministratorWay::polkit:
             // pkexec refuses to run if some variables have unexpected values, and makes the
@@ -119,12 +118,13 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
         // With -k sudo uses no cached credentials and caches none: the rights end with the run.
         case AdministratorWay::sudoOnTerminal:
             request.path = means.sudo;
-            request.arguments = {"-k",           "-p",  sudoPrompt(reason), "--", helper.path,
-                                 "--started-by", "sudo"};
+            request.arguments = {"-k",  "-p",        sudoPrompt(reason, folderLines),
+                                 "--",  helper.path, "--started-by",
+                                 "sudo"};
             break;
         case AdministratorWay::sudoWithAskpass:
             request.path = means.sudo;
-            request.arguments = {"-k", "-A",        "-p",           sudoPrompt(reason),
+            request.arguments = {"-k", "-A",        "-p",           sudoPrompt(reason, folderLines),
                                  "--", helper.path, "--started-by", "sudo"};
             break;
         case AdministratorWay::sudoWithoutAsking:
@@ -134,6 +134,7 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
     }
     if (!helper.volume.empty()) addOption(request, "--volume", helper.volume);
     if (!helper.home.empty()) addOption(request, "--home", helper.home);
+    for (const std::string& folder : helper.folders) addOption(request, "--into", folder);
     return request;
 }
 

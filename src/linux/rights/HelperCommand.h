@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "privileged/system/Spawn.h"
 
@@ -24,7 +25,7 @@ struct AdministratorMeans {
 
 enum class AdministratorWay {
     none,
-    alreadyRoot,
+    alreadyRoot,  ///< no helper is started
     polkit,
     sudoOnTerminal,
     sudoWithAskpass,
@@ -48,17 +49,19 @@ enum class AdministratorWay {
 [[nodiscard]] std::optional<SpawnRequest> terminalAgentCommand(AdministratorWay way,
                                                                const AdministratorMeans& means);
 
-/// What the helper is told of the installation.
+/// What the helper is told of the installation on its command line.
 struct HelperPlace {
     std::string path;    ///< the helper's own
     std::string volume;  ///< the target volume's real path; empty for the running system
     std::string home;    ///< the user's home folder on the running system; empty if there is none
+    std::vector<std::string> folders = {};  ///< that the run writes below; nothing else changes
 };
 
 /// The command that starts the helper that way. The caller supplies its standard input and output.
 /// No way waits for an answer if there is no means to answer. `reason` is one line for the user:
-/// which product asks, and why.
+/// which product asks, and why. `folderLines` say what it may change; sudo shows both.
 [[nodiscard]] SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means,
-                                         const HelperPlace& helper, const std::string& reason);
+                                         const HelperPlace& helper, const std::string& reason,
+                                         const std::vector<std::string>& folderLines = {});
 
 }  // namespace installer

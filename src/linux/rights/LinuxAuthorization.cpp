@@ -1,6 +1,7 @@
 #include "linux/rights/LinuxAuthorization.h"
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 
 #include "linux/rights/HelperTrust.h"
 #include "linux/rights/PrivilegedHelper.h"
+#include "linux/rights/RootTools.h"
 #include "linux/rights/TerminalAgent.h"
 #include "linux/rights/TerminalQuestion.h"
 
@@ -41,18 +43,15 @@ class LinuxAuthorization : public Authorization {
     LinuxAuthorization& operator=(const LinuxAuthorization&) = delete;
 
     [[nodiscard]] bool obtain(std::uint32_t flags) override;
+    void limitTo(const WriteGrant& grant) override;
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) override;
     void setProgressSink(ProgressSink* progress) override;
 
   private:
+    [[nodiscard]] PrivilegedLaunch executeInThisProcess(const std::string& tool,
+                                                        const std::vector<std::string>& arguments);
     void startHelper();
-    /// Nobody is asked to let root run a program that somebody else could have put there. An
-    /// installer that runs as root is such a program itself.
-    [[nodiscard]] std::optional<std::string> whatOthersCanChange() const {
-        if (way_ == AdministratorWay::alreadyRoot) return std::nullopt;
-        return installer::whatOthersCanChange(access_.helper.path, ::geteuid());
-    }
     void announce(std::string_view line) const {
         if (access_.announce) access_.announce(line);
     }
@@ -62,6 +61,8 @@ class LinuxAuthorization : public Authorization {
     AdministratorWay way_ = AdministratorWay::none;
     std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
+    WriteGrant grant_;
+    std::optional<RootTools> rootTools_;
     std::int32_t refusal_ = 0;
     ProgressSink* progress_ = nullptr;
 };
@@ -69,11 +70,22 @@ class LinuxAuthorization : public Authorization {
 bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all rights or none*/) {
     means_ = access_.means();
     way_ = administratorWay(means_);
+    if (way_ == AdministratorWay::alreadyRoot) return true;
     return way_ != AdministratorWay::none && ::access(access_.helper.path.c_str(), X_OK) == 0;
+}
+
+void LinuxAuthorization::limitTo(const WriteGrant& grant) {
+    if (grant == grant_) return;
+    grant_ = grant;
+    access_.helper.folders = grant.folders();
+    rootTools_.reset();
+    if (helper_) std::exchange(helper_, nullptr)->end();
+    closed_.reset();
 }
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
                                              const std::vector<std::string>& arguments) {
+    if (way_ == AdministratorWay::alreadyRoot) return executeInThisProcess(tool, arguments);
     if (refusal_ == 0 && !helper_) startHelper();
     if (refusal_ != 0) return {refusal_, nullptr};
     PrivilegedLaunch launch = helper_->execute(tool, arguments);
@@ -86,17 +98,30 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
     return launch;
 }
 
+PrivilegedLaunch LinuxAuthorization::executeInThisProcess(
+    const std::string& tool, const std::vector<std::string>& arguments) {
+    // A program that is root only for a while acts for a user who is not.
+    if (::getuid() != 0 || ::geteuid() != 0) return {authorization_status::denied, nullptr};
+    if (!rootTools_) rootTools_.emplace(access_.helper, grant_);
+    return rootTools_->execute(tool, arguments, progress_);
+}
+
 void LinuxAuthorization::startHelper() {
     if (way_ == AdministratorWay::none) {
         refusal_ = authorization_status::denied;
         return;
     }
-    if (const auto entry = whatOthersCanChange()) {
+    // Nobody is asked to let root run a program that somebody else could have put there.
+    if (const auto entry = whatOthersCanChange(access_.helper.path, ::geteuid())) {
         refusal_ = authorization_status::denied;
         announce("No administrator rights are asked for, because other users can change " + *entry);
         return;
     }
-    if (mayAsk(way_)) announce(access_.reason);
+    const std::vector<std::string> lines = folderLines(grant_.folders(), access_.folderWords);
+    if (mayAsk(way_)) {
+        announce(access_.reason);
+        for (const std::string& line : lines) announce(line);
+    }
     closed_.emplace();
     std::optional<TerminalQuestion> question;
     if (mayAsk(way_) && means_.hasTerminal) question.emplace();
@@ -107,11 +132,15 @@ void LinuxAuthorization::startHelper() {
         });
     }
     PrivilegedHelper::Start start =
-        PrivilegedHelper::start(helperCommand(way_, means_, access_.helper, access_.reason),
+        PrivilegedHelper::start(helperCommand(way_, means_, access_.helper, access_.reason, lines),
                                 dismissedExitStatus(way_), progress_);
     refusal_ = start.status;
     helper_ = std::move(start.helper);
-    if (!helper_) closed_.reset();
+    if (helper_) {
+        helper_->limitTo(grant_);
+    } else {
+        closed_.reset();
+    }
 }
 
 void LinuxAuthorization::setProgressSink(ProgressSink* progress) {

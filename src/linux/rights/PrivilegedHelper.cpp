@@ -66,6 +66,15 @@ bool PrivilegedHelper::saidHello() {
     return message && helloVersion(*message) == protocolVersion;
 }
 
+void PrivilegedHelper::limitTo(const WriteGrant& grant) {
+    const auto encoded = [](PlanTexts::Kind kind, const auto& texts) {
+        return encodedPlan({kind, {texts.begin(), texts.end()}});
+    };
+    const std::string plan = encoded(PlanTexts::Kind::destinations, grant.destinations()) +
+                             encoded(PlanTexts::Kind::removableNames, grant.removableNames());
+    if (!plan.empty() && !stream_.send(plan)) end();
+}
+
 PrivilegedLaunch PrivilegedHelper::execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) {
     const std::optional<std::string> request = encodedRequest({tool, arguments});

@@ -37,6 +37,10 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     PrivilegedHelper(const PrivilegedHelper&) = delete;
     PrivilegedHelper& operator=(const PrivilegedHelper&) = delete;
 
+    /// Tells the helper what the run has planned; its folders stand on the helper's command line.
+    /// To be called once, before the first tool.
+    void limitTo(const WriteGrant& grant);
+
     /// Starts a tool. If the caller has not waited for the previous one, its remaining messages
     /// are read first.
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,

@@ -3,8 +3,8 @@
 #include <sys/types.h>
 
 #include "privileged/files/FolderCreation.h"
+#include "privileged/helper/DesktopDatabase.h"
 #include "privileged/system/AdminGroup.h"
-#include "privileged/system/Spawn.h"
 #include "privileged/trees/TreeAttributes.h"
 #include "privileged/trees/TreeRemoval.h"
 
@@ -13,8 +13,6 @@ namespace {
 
 constexpr LinkPolicy links = LinkPolicy::trustedOnly;
 constexpr const char* quarantineAttribute = "user.com.apple.quarantine";
-constexpr const char* desktopDatabaseTool = "/usr/bin/update-desktop-database";
-constexpr const char* machineWideApplications = "/usr/share/applications";
 
 /// Only the last folder gets the mode of the command; missing ones above it get the usual mode.
 std::error_code makeFoldersLikeTheTool(const Command& command) {
@@ -37,19 +35,6 @@ std::error_code removeIfThere(const Command& command) {
     const bool nothingThere =
         error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
     return nothingThere ? std::error_code() : error;
-}
-
-/// Started and not waited for: the installation does not depend on it. A machine without the tool
-/// has no such database.
-std::error_code startDesktopDatabaseRefresh() {
-    SpawnRequest request;
-    request.path = desktopDatabaseTool;
-    request.arguments = {machineWideApplications};
-    request.environment = SpawnRequest::Environment::empty;
-    request.session = SpawnRequest::Session::itsOwn;
-    const Result<pid_t> started = spawn(request);
-    if (started || started.error() == std::errc::no_such_file_or_directory) return {};
-    return started.error();
 }
 
 }  // namespace

@@ -20,10 +20,16 @@ bool takePath(std::string_view path, std::string& taken) {
     return true;
 }
 
+bool takeFolder(std::string_view path, std::vector<std::string>& folders) {
+    if (path == "/" || isPlainPath(path)) folders.emplace_back(path);
+    return true;
+}
+
 bool take(std::string_view name, std::string_view value, HelperArguments& arguments) {
     if (name == "--started-by") return takeProgram(value, arguments.startedBy);
     if (name == "--volume") return takePath(value, arguments.volume);
     if (name == "--home") return takePath(value, arguments.home);
+    if (name == "--into") return takeFolder(value, arguments.folders);
     return false;
 }
 

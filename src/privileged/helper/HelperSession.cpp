@@ -4,9 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "privileged/helper/Actions.h"
 #include "privileged/helper/HeldSignals.h"
-#include "privileged/helper/Policy.h"
 #include "privileged/helper/Report.h"
 
 namespace installer {
@@ -14,21 +12,12 @@ namespace {
 
 constexpr std::chrono::milliseconds progressInterval(50);
 
-/// Enough of a request to recognise it, however long it is.
-std::string summary(const ToolRequest& request) {
-    constexpr std::size_t longest = 200;
-    std::string text = request.tool.substr(0, longest);
-    for (const std::string& argument : request.arguments) {
-        text += " '" + argument.substr(0, longest) + "'";
-    }
-    return text;
-}
-
 }  // namespace
 
 int HelperSession::run() {
     if (!stream_.send(encodedHello())) return 1;
     while (const std::optional<Message> message = stream_.receive()) {
+        if (takePlan(*message)) continue;
         const std::optional<ToolRequest> request = toolRequest(*message);
         if (!request) {
             report("what came is no request");
@@ -41,25 +30,24 @@ int HelperSession::run() {
     return 1;
 }
 
+/// The plan is complete before anything is done: what is asked for later cannot widen it.
+bool HelperSession::takePlan(const Message& message) {
+    if (hasServed_ || planMessages_ == message_limits::planMessages) return false;
+    const std::optional<PlanTexts> plan = planTexts(message);
+    if (!plan) return false;
+    ++planMessages_;
+    tools_.addPlanned(*plan);
+    return true;
+}
+
 bool HelperSession::serve(const ToolRequest& request) {
+    hasServed_ = true;
     std::optional<HeldSignals> held(std::in_place);
-    const ExitStatus status = answer(request);
+    const AdministratorTools::ExitStatus status =
+        tools_.run(request, [this](std::uint64_t bytes) { copied(bytes); });
     // The action is done; a signal may interrupt the wait for a peer that does not read.
     if (!stream_.canSend()) held.reset();
     return sendEnded(status);
-}
-
-HelperSession::ExitStatus HelperSession::answer(const ToolRequest& request) {
-    const std::optional<Command> command = allowedCommand(request, user_, folders_);
-    if (!command) {
-        report("refused: " + summary(request));
-        return refused;
-    }
-    const std::error_code error =
-        perform(*command, user_, [this](std::uint64_t bytes) { copied(bytes); });
-    if (!error) return succeeded;
-    report(request.tool + ": " + command->path + ": " + error.message());
-    return failed;
 }
 
 void HelperSession::copied(std::uint64_t bytes) {
@@ -72,12 +60,12 @@ void HelperSession::copied(std::uint64_t bytes) {
     lastProgress_ = now;
 }
 
-bool HelperSession::sendEnded(ExitStatus status) {
+bool HelperSession::sendEnded(AdministratorTools::ExitStatus status) {
     std::string messages;
     if (const std::uint64_t rest = std::exchange(unreported_, 0); rest > 0) {
         messages = encodedProgress(rest);
     }
-    messages += encodedEnded(status);
+    messages += encodedEnded(static_cast<std::uint32_t>(status));
     return stream_.send(messages);
 }
 

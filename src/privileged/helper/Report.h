@@ -9,4 +9,7 @@ namespace installer {
 /// waits for a reader: a line that cannot be written at once is dropped.
 void report(std::string_view line);
 
+/// A line that nobody has to act on, in the system's log alone.
+void note(std::string_view line);
+
 }  // namespace installer

@@ -68,7 +68,26 @@ std::optional<std::uint32_t> soleNumber32(const Message& message, MessageType ty
 
 bool isKnown(std::uint64_t type) {
     return type >= static_cast<std::uint32_t>(MessageType::hello) &&
-           type <= static_cast<std::uint32_t>(MessageType::ended);
+           type <= static_cast<std::uint32_t>(MessageType::plan);
+}
+
+void appendText(std::string& body, std::string_view text) {
+    appendNumber(body, text.size(), 4);
+    body += text;
+}
+
+/// All texts from there to the body's end, or exactly `count` of them.
+std::optional<std::vector<std::string>> textsOf(BodyReader& body,
+                                                std::optional<std::uint64_t> count) {
+    std::vector<std::string> texts;
+    while (count ? texts.size() < *count : !body.atEnd()) {
+        const std::optional<std::uint64_t> length = body.number(4);
+        const std::optional<std::string_view> text = length ? body.bytes(*length) : std::nullopt;
+        if (!text) return std::nullopt;
+        texts.emplace_back(*text);
+    }
+    if (!body.atEnd()) return std::nullopt;
+    return texts;
 }
 
 }  // namespace
@@ -83,8 +102,7 @@ std::optional<std::string> encodedRequest(const ToolRequest& request) {
     appendNumber(body, request.arguments.size() + 1, 4);
     const auto append = [&body](std::string_view text) {
         if (text.size() > message_limits::bodySize) return false;
-        appendNumber(body, text.size(), 4);
-        body += text;
+        appendText(body, text);
         return body.size() <= message_limits::bodySize;
     };
     if (!append(request.tool)) return std::nullopt;
@@ -106,6 +124,28 @@ std::string encodedEnded(std::uint32_t exitStatus) {
     return encodedNumber(MessageType::ended, exitStatus, 4);
 }
 
+std::string encodedPlan(const PlanTexts& plan) {
+    std::string messages;
+    std::string body;
+    const auto begin = [&] {
+        body.clear();
+        appendNumber(body, static_cast<std::uint32_t>(plan.kind), 4);
+    };
+    begin();
+    const std::size_t headSize = body.size();
+    for (const std::string& text : plan.texts) {
+        const std::size_t size = 4 + text.size();
+        if (headSize + size > message_limits::bodySize) continue;
+        if (body.size() + size > message_limits::bodySize) {
+            messages += encoded(MessageType::plan, body);
+            begin();
+        }
+        appendText(body, text);
+    }
+    if (body.size() > headSize) messages += encoded(MessageType::plan, body);
+    return messages;
+}
+
 std::optional<std::uint32_t> helloVersion(const Message& message) {
     return soleNumber32(message, MessageType::hello);
 }
@@ -115,18 +155,12 @@ std::optional<ToolRequest> toolRequest(const Message& message) {
     BodyReader body(message.body);
     const std::optional<std::uint64_t> count = body.number(4);
     if (!count || *count == 0 || *count > message_limits::textCount) return std::nullopt;
-    std::vector<std::string> texts;
-    for (std::uint64_t index = 0; index < *count; ++index) {
-        const std::optional<std::uint64_t> length = body.number(4);
-        const std::optional<std::string_view> text = length ? body.bytes(*length) : std::nullopt;
-        if (!text) return std::nullopt;
-        texts.emplace_back(*text);
-    }
-    if (!body.atEnd()) return std::nullopt;
+    std::optional<std::vector<std::string>> texts = textsOf(body, count);
+    if (!texts) return std::nullopt;
     ToolRequest request;
-    request.tool = std::move(texts.front());
-    request.arguments.assign(std::make_move_iterator(texts.begin() + 1),
-                             std::make_move_iterator(texts.end()));
+    request.tool = std::move(texts->front());
+    request.arguments.assign(std::make_move_iterator(texts->begin() + 1),
+                             std::make_move_iterator(texts->end()));
     return request;
 }
 
@@ -136,6 +170,17 @@ std::optional<std::uint64_t> progressBytes(const Message& message) {
 
 std::optional<std::uint32_t> exitStatus(const Message& message) {
     return soleNumber32(message, MessageType::ended);
+}
+
+std::optional<PlanTexts> planTexts(const Message& message) {
+    if (message.type != MessageType::plan) return std::nullopt;
+    BodyReader body(message.body);
+    const std::optional<std::uint64_t> kind = body.number(4);
+    constexpr auto last = static_cast<std::uint32_t>(PlanTexts::Kind::removableNames);
+    if (!kind || *kind < 1 || *kind > last) return std::nullopt;
+    std::optional<std::vector<std::string>> texts = textsOf(body, std::nullopt);
+    if (!texts) return std::nullopt;
+    return PlanTexts{static_cast<PlanTexts::Kind>(*kind), *std::move(texts)};
 }
 
 void MessageDecoder::append(std::string_view bytes) {

@@ -14,6 +14,7 @@
 #include "install/engine/HostPayload.h"
 #include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
+#include "install/plan/PlannedWrites.h"
 #include "ports/EventLoop.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
@@ -80,6 +81,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
     if (!beginRun()) return;
     const InstallPlan plan = makePlan(hosts);
+    run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
@@ -245,6 +247,10 @@ bool InstallFilesController::fileManagerShouldProceedAfterError(const std::strin
 }
 
 void InstallFilesController::unInstallForHost(const HostModel& host) {
+    // No plan holds them, so somebody has to agree to their removal too.
+    WriteGrant grant = run_.grant;
+    addEarlierCopies(platform_, host, grant);
+    run_.limitTo(std::move(grant));
     EarlierCopies(platform_, commands_).unInstallForHost(host);
 }
 

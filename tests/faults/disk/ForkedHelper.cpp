@@ -1,6 +1,7 @@
 #include "tests/faults/disk/ForkedHelper.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -22,11 +23,19 @@ class ForkedHelper::Forked : public Authorization {
         return hello && helloVersion(*hello) == protocolVersion;
     }
 
+    /// Each run continues with the same helper, whose folders hold whatever a run plans.
+    void limitTo(const WriteGrant& grant) override {
+        const auto& paths = grant.destinations();
+        const PlanTexts plan{PlanTexts::Kind::destinations, {paths.begin(), paths.end()}};
+        isLost_ = !stream_.send(encodedPlan(plan));
+    }
+
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         const auto request = encodedRequest({tool, arguments});
         if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>(true)};
-        if (!request || !stream_.send(*request)) return {authorization_status::denied, nullptr};
+        if (isLost_ || !request || !stream_.send(*request))
+            return {authorization_status::denied, nullptr};
         while (const auto message = stream_.receive()) {
             if (const auto status = exitStatus(*message)) {
                 return {0, std::make_unique<DoneTool>(*status == 0)};
@@ -39,6 +48,7 @@ class ForkedHelper::Forked : public Authorization {
 
   private:
     MessageStream stream_;
+    bool isLost_ = false;
 };
 
 ForkedHelper::ForkedHelper(uid_t user, const ProtectedFolders& folders) {
@@ -47,7 +57,10 @@ ForkedHelper::ForkedHelper(uid_t user, const ProtectedFolders& folders) {
     process_ = ::fork();
     if (process_ == 0) {
         ::close(ends[0]);
-        ::_exit(HelperSession(ends[1], ends[1], InvokingUser(user), folders).run());
+        WriteGrant grant;
+        grant.addFolder("/");
+        AdministratorTools tools(InvokingUser(user), folders, grant);
+        ::_exit(HelperSession(ends[1], ends[1], std::move(tools)).run());
     }
     ::close(ends[1]);
     connection_ = ends[0];

@@ -1,41 +1,43 @@
 #include "tests/faults/disk/InProcessAuthorizations.h"
 
 #include <cstdlib>
+#include <optional>
+#include <utility>
 
 #include <unistd.h>
 
-#include "privileged/helper/Actions.h"
+#include "privileged/helper/AdministratorTools.h"
 #include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/Policy.h"
 #include "tests/faults/disk/DoneTool.h"
 
 namespace installer::test {
 
 class InProcessAuthorizations::InProcess : public Authorization {
   public:
-    InProcess(uid_t user, ProtectedFolders folders)
-        : number_(user), user_(user), folders_(std::move(folders)) {}
+    InProcess(uid_t user, ProtectedFolders folders) : number_(user), folders_(std::move(folders)) {}
 
     bool obtain(std::uint32_t /*flags*/) override { return true; }
 
+    void limitTo(const WriteGrant& grant) override {
+        tools_.emplace(InvokingUser(number_), folders_, grant);
+    }
+
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
-        const std::optional<Command> command = allowedCommand({tool, arguments}, user_, folders_);
-        bool succeeded = command.has_value();
-        if (command && !isOfTheSystem(tool)) {
-            actAs(0);
-            succeeded = !perform(*command, user_, {});
-            actAs(number_);
-        }
-        return {0, std::make_unique<DoneTool>(succeeded)};
+        if (!tools_) return {0, std::make_unique<DoneTool>(false)};
+        if (isOfTheSystem(tool)) return {0, std::make_unique<DoneTool>(true)};
+        actAs(0);
+        const auto status = tools_->run({tool, arguments}, {});
+        actAs(number_);
+        return {0, std::make_unique<DoneTool>(status == AdministratorTools::ExitStatus::succeeded)};
     }
 
     void setProgressSink(ProgressSink* /*progress*/) override {}
 
   private:
     uid_t number_;
-    InvokingUser user_;
     ProtectedFolders folders_;
+    std::optional<AdministratorTools> tools_;
 };
 
 std::unique_ptr<Authorization> InProcessAuthorizations::create() {

@@ -28,6 +28,7 @@ class StreamingAuthorization : public Authorization {
     int reads = 0;
 
     bool obtain(std::uint32_t /*flags*/) override { return true; }
+    void limitTo(const WriteGrant& /*grant*/) override {}
     void setProgressSink(ProgressSink* /*progress*/) override {}
     PrivilegedLaunch execute(const std::string& path,
                              const std::vector<std::string>& list) override {

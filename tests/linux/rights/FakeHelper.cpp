@@ -1,10 +1,12 @@
 // A helper that does nothing, for tests of its peer: what it is called and asked decides what it
-// says. Called "...old", it says hello in another version; "...mute", it ends without a hello;
+// says. Asked for "/plan", it prints what it was told of the plan. Called "...old", it says hello
+// in another version; "...mute", it ends without a hello;
 // "...babbling", it says what is no message.
 
 #include <fstream>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <unistd.h>
 
@@ -21,11 +23,18 @@ int main(int /*count*/, char** arguments) {
     if (name.ends_with("babbling")) hello = "password: \n----------------";
     if (name.ends_with("old")) hello[message_limits::headSize] = 99;
     static_cast<void>(!stream.send(hello));
+    std::vector<std::string> planned;
     while (const std::optional<Message> message = stream.receive()) {
+        if (const auto plan = planTexts(*message)) {
+            planned.insert(planned.end(), plan->texts.begin(), plan->texts.end());
+            continue;
+        }
         const ToolRequest request = toolRequest(*message).value();
         std::string answer;
         if (request.tool == "/print") {
             for (const std::string& text : request.arguments) answer += encodedOutput(text);
+        } else if (request.tool == "/plan") {
+            for (const std::string& text : planned) answer += encodedOutput(text + "\n");
         } else if (request.tool == "/progress") {
             for (const std::string& text : request.arguments) {
                 answer += encodedProgress(std::stoull(text));

@@ -78,13 +78,6 @@ TEST(HelperCommandAdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
     EXPECT_FALSE(mayAsk(AdministratorWay::none));
 }
 
-TEST(HelperCommand, ForRootIsTheHelperWithAnEmptyEnvironment) {
-    const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, at("/a b/helper"), "why");
-    EXPECT_EQ(command.path, "/a b/helper");
-    EXPECT_THAT(command.arguments, testing::IsEmpty());
-    EXPECT_EQ(command.environment, Environment::empty);
-}
-
 TEST(HelperCommand, ForPolkitNeverAsksByItself) {
     AdministratorMeans means = desktop();
     for (const bool hasTerminal : {false, true}) {
@@ -145,11 +138,29 @@ TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
 
 TEST(HelperCommand, TellsTheHelperTheTargetVolumeAndTheHomeFolder) {
     const HelperPlace helper = {.path = "/helper", .volume = "/vol", .home = "/home/me"};
-    EXPECT_EQ(helperCommand(AdministratorWay::alreadyRoot, {}, helper, "why").arguments,
-              (std::vector<std::string>{"--volume", "/vol", "--home", "/home/me"}));
     EXPECT_EQ(helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), helper, "").arguments,
               (std::vector<std::string>{"-n", "--", "/helper", "--started-by", "sudo", "--volume",
                                         "/vol", "--home", "/home/me"}));
+}
+
+TEST(HelperCommand, TellsTheHelperTheFoldersThatItMayChange) {
+    HelperPlace helper = at("/helper");
+    helper.folders = {"/Library/Acme", "/My Plug-Ins"};
+    const std::vector<std::string> words = {"--into", "/Library/Acme", "--into", "/My Plug-Ins"};
+    for (const auto way :
+         {AdministratorWay::polkit, AdministratorWay::sudoOnTerminal,
+          AdministratorWay::sudoWithAskpass, AdministratorWay::sudoWithoutAsking}) {
+        const auto arguments = helperCommand(way, desktop(), helper, "why").arguments;
+        ASSERT_GT(arguments.size(), words.size());
+        EXPECT_EQ(std::vector<std::string>(arguments.end() - 4, arguments.end()), words);
+    }
+}
+
+TEST(HelperCommand, ForSudoShowsInItsPromptWhatMayChange) {
+    const auto command = helperCommand(AdministratorWay::sudoOnTerminal, desktop(), at("/helper"),
+                                       "why", {"Only below:", "  /100%/\x1b[2J\n\xC2\x9B"});
+    EXPECT_EQ(command.arguments.at(2),
+              "why\nOnly below:\n  /100%%/\\x1b[2J\\n\\xc2\\x9b\n[sudo] password for %p: ");
 }
 
 TEST(HelperCommand, ForSudoHasNoCharacterInItsPromptThatATerminalObeys) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <filesystem>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -26,7 +27,25 @@ void endIfItHangs(pid_t process) {
 
 }  // namespace
 
-HelperProcess::HelperProcess(const Start& start) {
+WriteGrant everyFolder() {
+    WriteGrant grant;
+    grant.addFolder("/");
+    for (const auto& entry : std::filesystem::directory_iterator("/")) {
+        grant.addDestination(entry.path().string());
+    }
+    return grant;
+}
+
+std::string encodedGrant(const WriteGrant& grant) {
+    const auto encoded = [](PlanTexts::Kind kind, const auto& texts) {
+        return encodedPlan({kind, {texts.begin(), texts.end()}});
+    };
+    return encoded(PlanTexts::Kind::destinations, grant.destinations()) +
+           encoded(PlanTexts::Kind::removableNames, grant.removableNames());
+}
+
+HelperProcess::HelperProcess(const Start& start)
+    : grant_(start.grant ? *start.grant : everyFolder()) {
     std::array<int, 2> ends{};
     std::array<int, 2> errorPipe{};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) std::abort();
@@ -38,9 +57,14 @@ HelperProcess::HelperProcess(const Start& start) {
     }
     environment.push_back(nullptr);
     std::string name = "privileged-helper";
+    std::string into = "--into";
     std::vector<char*> words = {name.data()};
     for (const std::string& argument : start.arguments) {
         words.push_back(const_cast<char*>(argument.c_str()));
+    }
+    for (const std::string& folder : grant_.folders()) {
+        words.push_back(into.data());
+        words.push_back(const_cast<char*>(folder.c_str()));
     }
     words.push_back(nullptr);
     process_ = ::fork();
@@ -72,7 +96,10 @@ HelperProcess::~HelperProcess() {
 
 bool HelperProcess::saysHello() {
     const std::optional<Message> message = stream_->receive();
-    return message && helloVersion(*message) == protocolVersion;
+    if (!message || helloVersion(*message) != protocolVersion) return false;
+    // A helper that has ended already is noticed by the next request.
+    static_cast<void>(stream_->send(encodedGrant(grant_)));
+    return true;
 }
 
 std::optional<std::uint32_t> HelperProcess::run(const std::string& tool,

@@ -8,11 +8,18 @@
 
 #include <sys/types.h>
 
+#include "foundation/values/WriteGrant.h"
 #include "privileged/protocol/Message.h"
 #include "privileged/protocol/MessageStream.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer::test {
+
+/// Allows to change whatever lies in one of the root's folders.
+[[nodiscard]] WriteGrant everyFolder();
+
+/// What the peer sends of it.
+[[nodiscard]] std::string encodedGrant(const WriteGrant& grant);
 
 /// The real helper program, started as its peer starts it, with a hostile touch where a test wants
 /// one.
@@ -23,6 +30,8 @@ class HelperProcess {
         std::vector<std::string> arguments;
         /// Done in the new process, just before it becomes the helper.
         std::function<void()> before;
+        /// What the run may change; without it, whatever lies in one of the root's folders.
+        std::optional<WriteGrant> grant = std::nullopt;
     };
 
     HelperProcess() : HelperProcess(Start()) {}
@@ -31,7 +40,7 @@ class HelperProcess {
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;
 
-    /// Waits for the helper's hello.
+    /// Waits for the helper's hello, and sends what the run has planned.
     [[nodiscard]] bool saysHello();
 
     /// The exit status of a tool, or none when the helper ended instead.
@@ -51,6 +60,7 @@ class HelperProcess {
     [[nodiscard]] std::string standardError();
 
   private:
+    WriteGrant grant_;
     pid_t process_ = -1;
     FileDescriptor connection_;
     FileDescriptor standardError_;

@@ -34,10 +34,14 @@ constexpr const char* lsregister =
     "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
     "LaunchServices.framework/Versions/A/Support/lsregister";
 
-std::set<std::string> descriptorsOf(const HelperProcess& helper) {
+/// The descriptors that the helper was given: it has a pipe of its own to a process of its own.
+std::set<std::string> inheritedDescriptorsOf(const HelperProcess& helper) {
     std::set<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(procFile(helper, "fd"))) {
-        names.insert(entry.path().filename());
+        const std::string name = entry.path().filename();
+        const std::string target = std::filesystem::read_symlink(entry.path());
+        if (name.size() == 1 && name > "2" && target.starts_with("pipe:")) continue;
+        names.insert(name);
     }
     return names;
 }
@@ -111,7 +115,7 @@ TEST_F(HelperProcessTest, KeepsNoDescriptorBeyondTheStandardThree) {
         ::dup2(opened, 900);
     }));
     ASSERT_TRUE(helper.saysHello());
-    EXPECT_EQ(descriptorsOf(helper), (std::set<std::string>{"0", "1", "2"}));
+    EXPECT_EQ(inheritedDescriptorsOf(helper), (std::set<std::string>{"0", "1", "2"}));
 }
 
 TEST_F(HelperProcessTest, OpensAMissingStandardErrorOnNothing) {
@@ -383,9 +387,15 @@ TEST_F(HelperProcessTest, DoesNotListenWithoutTheVariableOfTheProgramThatStarted
 }
 
 TEST_F(HelperProcessTest, DoesNotListenWithACommandLineThatItDoesNotKnow) {
-    const std::vector<std::vector<std::string>> commandLines = {
-        {""},       {"--started-by"},       {"--started-by", ""}, {"--started-by", "root"},
-        {"--help"}, {"--into", "/Library"}, {"--volume"},         {"--started-by", "sudo", "more"}};
+    const std::vector<std::vector<std::string>> commandLines = {{""},
+                                                                {"--started-by"},
+                                                                {"--started-by", ""},
+                                                                {"--started-by", "root"},
+                                                                {"--help"},
+                                                                {"--onto", "/Library"},
+                                                                {"--volume"},
+                                                                {"--into"},
+                                                                {"--started-by", "sudo", "more"}};
     for (const auto& arguments : commandLines) {
         HelperProcess helper({.environment = {"SUDO_UID=65534", "PKEXEC_UID=65534"},
                               .arguments = arguments,

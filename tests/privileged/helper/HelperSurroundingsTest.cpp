@@ -247,7 +247,7 @@ TEST_F(HelperSurroundings, AHugeEnvironmentLeavesNothing) {
 TEST_F(HelperSurroundings, WithoutStandardOutputItsAnswersGoNowhere) {
     HelperProcess helper(afterDoing([] { ::close(STDOUT_FILENO); }));
     const ToolRequest request{"/usr/bin/touch", {folder / "made"}};
-    ASSERT_TRUE(helper.sendBytes(encodedRequest(request).value()));
+    ASSERT_TRUE(helper.sendBytes(encodedGrant(everyFolder()) + encodedRequest(request).value()));
     helper.closeConnection();
     EXPECT_EQ(helper.exitStatus(), 0);
     EXPECT_TRUE(folder.holds("made"));

@@ -268,7 +268,9 @@ std::string giveToSession(const std::string& stream) {
     const FileDescriptor output(::memfd_create("output", MFD_CLOEXEC));
     if (::pwrite(input.get(), stream.data(), stream.size(), 0) < 0) return "no input";
     const int status =
-        HelperSession(input.get(), output.get(), InvokingUser(0), ProtectedFolders()).run();
+        HelperSession(input.get(), output.get(),
+                      AdministratorTools(InvokingUser(0), ProtectedFolders(), everyFolder()))
+            .run();
     return fault(stream, answersIn(contentsOfMemory(output.get())), status);
 }
 

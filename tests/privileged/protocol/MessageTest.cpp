@@ -59,7 +59,7 @@ TEST(Message, IsReadWhenItComesByteForByte) {
 }
 
 TEST(Message, IsMalformedBeforeItsLengthIsThereWhenItsTypeIsUnknown) {
-    for (const std::uint32_t type : {0U, 6U, 0xffffffffU}) {
+    for (const std::uint32_t type : {0U, 7U, 0xffffffffU}) {
         MessageDecoder decoder;
         decoder.append(number(type));
         Message message;
@@ -117,6 +117,44 @@ TEST(MessageToolRequest, IsNotEncodedWhenItFitsInNoMessage) {
     EXPECT_FALSE(encodedRequest({"t", {std::string(message_limits::bodySize, 'a')}}));
     EXPECT_FALSE(encodedRequest({std::string(message_limits::bodySize, 'a'), {}}));
     EXPECT_TRUE(encodedRequest({"", {std::string(message_limits::bodySize - 12, 'a')}}));
+}
+
+TEST(MessagePlanTexts, ComeBackInAsManyMessagesAsTheyNeed) {
+    PlanTexts plan{PlanTexts::Kind::removableNames, {}};
+    for (int index = 0; index < 3000; ++index) {
+        plan.texts.push_back(std::string(100, 'x') + std::to_string(index));
+    }
+    MessageDecoder decoder;
+    decoder.append(encodedPlan(plan));
+    PlanTexts together{plan.kind, {}};
+    Message message;
+    int messages = 0;
+    while (decoder.next(message) == State::message) {
+        const auto part = planTexts(message);
+        ASSERT_TRUE(part);
+        EXPECT_EQ(part->kind, plan.kind);
+        together.texts.insert(together.texts.end(), part->texts.begin(), part->texts.end());
+        ++messages;
+    }
+    EXPECT_EQ(together, plan);
+    EXPECT_EQ(messages, 5);
+    EXPECT_TRUE(decoder.atBoundary());
+}
+
+TEST(MessagePlanTexts, WithoutTextsAreNoMessage) {
+    EXPECT_EQ(encodedPlan({PlanTexts::Kind::destinations, {}}), "");
+    const std::string tooLong(message_limits::bodySize, 'x');
+    EXPECT_EQ(encodedPlan({PlanTexts::Kind::destinations, {tooLong}}), "");
+}
+
+TEST(MessagePlanTexts, AreNoneWhenTheirBodyIsNotAsDescribed) {
+    for (const std::string& body :
+         {std::string(), number(0) + number(0), number(3) + number(0),
+          number(1) + number(5) + "abc", number(1) + "ab", number(1) + number(1)}) {
+        EXPECT_FALSE(planTexts({MessageType::plan, body})) << body.size();
+    }
+    EXPECT_FALSE(planTexts({MessageType::request, number(1) + number(1) + "x"}));
+    EXPECT_TRUE(planTexts({MessageType::plan, number(1) + number(1) + "x"}));
 }
 
 }  // namespace

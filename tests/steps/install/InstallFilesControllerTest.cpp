@@ -169,6 +169,27 @@ TEST_F(InstallFilesControllerTest, ARunDoesEverythingInAFixedOrder) {
     EXPECT_FALSE(controller.authDenied());
 }
 
+TEST_F(InstallFilesControllerTest, ARunDoesNothingThatItsPlanDoesNotHold) {
+    // The administrator has to do everything, also over what is there already.
+    fake.files.setFault([](const RecordingFileManager::Operation& operation) {
+        const bool changes = operation.front() == "copy" || operation.front() == "remove" ||
+                             operation.front() == "createFolders";
+        return changes ? std::make_error_code(std::errc::permission_denied) : std::error_code();
+    });
+    for (int run = 0; run < 2; ++run) {
+        controller.install({photoshopHost(), customHost()}, true);
+        EXPECT_FALSE(controller.fileOpErrorOccurred());
+        EXPECT_THAT(fake.authorizations.unplanned, IsEmpty());
+        for (const std::string& path :
+             {tool, product + "/guide.txt", editors, photoshop + "/Presets/run.jsx",
+              plugIns + "/F.plugin", std::string("/My Plug-Ins/F.plugin"), logFile}) {
+            EXPECT_TRUE(memory.exists(path)) << path;
+        }
+    }
+    controller.installAnalytics();
+    EXPECT_THAT(fake.authorizations.unplanned, IsEmpty());
+}
+
 TEST_F(InstallFilesControllerTest, OneAuthorizationToExtendRightsServesTheWholeRun) {
     controller.install({photoshopHost()}, true);
     EXPECT_EQ(fake.authorizations.created, 1);

@@ -12,6 +12,9 @@
 #include <unistd.h>
 
 #include "hosts/HostModel.h"
+#include "install/after/EarlierCopies.h"
+#include "install/plan/InstallPlan.h"
+#include "install/plan/PlannedWrites.h"
 #include "linux/files/LinuxFileManager.h"
 #include "linux/files/LinuxFileQuery.h"
 #include "linux/process/PollEventLoop.h"
@@ -67,6 +70,8 @@ class NoRefresh : public Authorization {
   public:
     explicit NoRefresh(Authorization& real) : real_(real) {}
     bool obtain(std::uint32_t flags) override { return real_.obtain(flags); }
+    /// The helper that is running has been told.
+    void limitTo(const WriteGrant& /*grant*/) override {}
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
         if (tool.ends_with("lsregister")) return {0, std::make_unique<EndedTool>()};
@@ -81,11 +86,11 @@ class NoRefresh : public Authorization {
 /// Gives out an authorization whose helper is running already.
 class StartedAuthorizations : public Authorizations {
   public:
-    explicit StartedAuthorizations(Authorization& real) : real_(real) {}
-    std::unique_ptr<Authorization> create() override { return std::make_unique<NoRefresh>(real_); }
+    explicit StartedAuthorizations(const std::unique_ptr<Authorization>& real) : real_(real) {}
+    std::unique_ptr<Authorization> create() override { return std::make_unique<NoRefresh>(*real_); }
 
   private:
-    Authorization& real_;
+    const std::unique_ptr<Authorization>& real_;
 };
 
 /// A target volume that belongs to root, and a bundle that carries F.plugin and Layers.jsx.
@@ -101,11 +106,10 @@ class OperationsThroughTheHelper : public testing::Test {
         volume.add("Plug-Ins/neighbour", "kept");
         fake.searchPaths.volume = volume.path();
         fake.searchPaths.login = "nobody";
-        startHelper();
     }
 
     /// As pkexec does it: as root, with the number of the user who asked.
-    void startHelper() {
+    void startHelper(const WriteGrant& grant) {
         volume.add("pkexec",
                    "#!/bin/sh\nshift\nPKEXEC_UID=" + std::to_string(nobody) + " exec \"$@\"\n");
         ASSERT_EQ(::chmod((volume / "pkexec").c_str(), 0755), 0);
@@ -120,19 +124,20 @@ class OperationsThroughTheHelper : public testing::Test {
         };
         authorization = LinuxAuthorizations(access).create();
         ASSERT_TRUE(authorization->obtain(Authorization::extendRights));
-        const auto launch = authorization->execute("/usr/bin/touch", {volume / "started"});
+        authorization->limitTo(grant);
+        const auto launch = authorization->execute("/usr/bin/touch", {volume / "not planned"});
         ASSERT_EQ(launch.status, 0);
         launch.tool->waitUntilEnded();
-        ASSERT_TRUE(volume.holds("started"));
+        ASSERT_FALSE(volume.holds("not planned"));
     }
 
     /// Calls what a maker's run would call, as an ordinary user and with the run's authorization.
-    template <class Call>
-    void inARun(Call call) {
-        const OrdinaryUser user;
+    /// `plan` adds to what the run may change.
+    template <class Plan, class Call>
+    void inARun(Plan plan, Call call) {
         LinuxFileManager files(fake.log);
-        StartedAuthorizations authorizations(*authorization);
         LinuxFileQueries queries(loop);
+        StartedAuthorizations authorizations(authorization);
         Platform platform{files,
                           queries,
                           authorizations,
@@ -147,6 +152,10 @@ class OperationsThroughTheHelper : public testing::Test {
                           fake.log,
                           fake.clock,
                           fake.notifications};
+        WriteGrant grant = plannedWrites(platform, makeInstallPlan(platform, {}));
+        plan(grant, platform);
+        startHelper(grant);
+        const OrdinaryUser user;
         InstallFilesController controller(platform);
         controller.install({}, false);
         fake.log.lines.clear();
@@ -155,13 +164,17 @@ class OperationsThroughTheHelper : public testing::Test {
         EXPECT_FALSE(controller.fileOpErrorOccurred());
     }
     void unInstall(const std::string& plugInPath) {
-        inARun([&](InstallFilesController& controller, Platform& platform) {
-            controller.unInstallForHost(UnknownHostModel(platform, plugInPath));
-        });
+        inARun(
+            [&](WriteGrant& grant, Platform& platform) {
+                addEarlierCopies(platform, UnknownHostModel(platform, plugInPath), grant);
+            },
+            [&](InstallFilesController& controller, Platform& platform) {
+                controller.unInstallForHost(UnknownHostModel(platform, plugInPath));
+            });
     }
     void writeIdentifier() {
-        inARun(
-            [](InstallFilesController& controller, Platform&) { controller.installAnalytics(); });
+        inARun([](WriteGrant&, Platform&) {}, [](InstallFilesController& controller,
+                                                 Platform&) { controller.installAnalytics(); });
     }
 
     [[nodiscard]] std::string contents(const std::string& name) const {
