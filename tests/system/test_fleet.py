@@ -187,6 +187,11 @@ class Fleet(SystemTest):
 
         self.assertAll(self.play("2.0", machines=self.good, state="absent"), self.good, changed=True)
         after = self.everything(self.good)
+        # The one folder that was there before and was replaced; what the user had in it is there.
+        replaced = "/Library/Application Support/Acme/Filters 2/Presets"
+        self.assertIn(f"{replaced}/mine.preset", after["m7"])
+        for machines in (before, after):
+            del machines["m7"][replaced]
         self.assertEqual(after, {machine.name: before[machine.name] for machine in self.good})
         self.assertAll(self.play("2.0", machines=self.good, state="absent"), self.good, changed=False)
 

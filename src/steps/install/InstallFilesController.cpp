@@ -95,6 +95,7 @@ void InstallFilesController::installForFurtherUser(const std::vector<HostModel>&
     if (!beginRun()) return;
     run_.installedPaths = std::move(installedBefore);
     const InstallPlan plan = makePlan(hosts);
+    run_.limitTo(plannedWrites(platform_, plan));
     DiskMirror(platform_, commands_, installer_).registerApplications(plan.mirrorItems());
     cleanManifests();
     installHosts(plan);

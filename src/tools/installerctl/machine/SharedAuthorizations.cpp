@@ -15,6 +15,8 @@ class Share final : public Authorization {
     [[nodiscard]] bool obtain(std::uint32_t /*flags*/) override {
         return owner_.right() != nullptr;
     }
+    /// The right is limited for all that share it; another grant would ask the user again.
+    void limitTo(const WriteGrant& /*grant*/) override {}
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) override {
         Authorization* right = owner_.right();
@@ -33,6 +35,10 @@ class Share final : public Authorization {
 
 std::unique_ptr<Authorization> SharedAuthorizations::create() {
     return std::make_unique<Share>(*this);
+}
+
+void SharedAuthorizations::limitTo(const WriteGrant& grant) {
+    if (Authorization* shared = right()) shared->limitTo(grant);
 }
 
 Authorization* SharedAuthorizations::right() {

@@ -15,6 +15,9 @@ class SharedAuthorizations final : public Authorizations {
 
     [[nodiscard]] std::unique_ptr<Authorization> create() override;
 
+    /// Says what all that share the right may change. What each of them says later is a part of it.
+    void limitTo(const WriteGrant& grant);
+
     /// The right itself, made and obtained when it is first needed; null if this machine has no way
     /// to become the administrator.
     [[nodiscard]] Authorization* right();

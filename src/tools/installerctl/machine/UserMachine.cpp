@@ -21,6 +21,8 @@ std::unique_ptr<Authorizations> administratorRights(const std::string& bundleFol
                    .volume = searchPaths.targetVolume(),
                    .home = searchPaths.homeOnRunningSystem()},
         .reason = authorizationReason(bundle),
+        .folderWords = {.heading = authorizationFolders(bundle),
+                        .more = authorizationMoreFolders(bundle)},
         .announce = tellPeople});
 }
 

@@ -9,6 +9,7 @@
 
 #include "foundation/observers/NotificationCenter.h"
 #include "foundation/values/Paths.h"
+#include "install/plan/PlannedWrites.h"
 #include "steps/install/InstallFilesController.h"
 #include "tools/installerctl/machine/Notes.h"
 #include "tools/installerctl/machine/RunLock.h"
@@ -85,6 +86,7 @@ class InstallationRun {
     /// Everything is there, but not recorded so.
     ExitStatus onlyRecord(const RunPlan& plan) {
         const Receipt before = receiptBefore(session_, plan, last_, missingFolders(session_, plan));
+        allow(plan);
         const auto rights = session_.machine().authorizations().create();
         const std::string problem = session_.receipts().write(receiptAfter(plan, before), *rights);
         if (!problem.empty()) return receiptFailed(problem);
@@ -120,6 +122,7 @@ class InstallationRun {
 
     ExitStatus change(RunPlan& plan) {
         UserMachine& machine = session_.machine();
+        allow(plan);
         const auto rights = machine.authorizations().create();
         if (!rights->obtain(Authorization::extendRights)) {
             return refused(ExitStatus::rightsRefused,
@@ -141,6 +144,20 @@ class InstallationRun {
             if (!problem.empty()) return receiptFailed(problem);
         }
         return concluded();
+    }
+
+    /// What each user's run may change as root: the plan's own, and for the first one what this
+    /// program does besides.
+    void allow(const RunPlan& plan) {
+        for (const UserPlan& user : plan.users) {
+            Platform platform = user.machine->platform();
+            WriteGrant grant = plannedWrites(platform, user.plan);
+            if (&user == &plan.users.front()) {
+                addPlace(session_.receipts().fileOf(session_.product().identifier), grant);
+                for (const EntryRecord& entry : plan.obsolete) addPlace(entry.path, grant);
+            }
+            user.machine->authorizations().limitTo(grant);
+        }
     }
 
     void runEngine(const RunPlan& plan) {

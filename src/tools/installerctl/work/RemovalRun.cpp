@@ -18,6 +18,20 @@ bool isInOrAt(const std::string& path, const std::string& place) {
     return path == place || path.starts_with(place + "/");
 }
 
+/// What the administrator may remove: what the receipt records, and the receipt.
+WriteGrant grantOf(const Session& session, const Receipt& receipt) {
+    WriteGrant grant;
+    for (const auto& item : receipt.items) addPlace(item.destination, grant);
+    for (const EntryRecord& file : receipt.files) {
+        if (!grant.holds(file.path)) addPlace(file.path, grant);
+    }
+    for (const std::string& folder : receipt.folders) addPlace(folder, grant);
+    for (const std::string& entry : receipt.menuEntries) addPlace(entry, grant);
+    if (!receipt.log.empty()) addPlace(receipt.log, grant);
+    addPlace(session.receipts().path(), grant);
+    return grant;
+}
+
 class RemovalRun {
   public:
     RemovalRun(const Session& session, const Receipt& receipt, RemovalDepth depth, Report& report)
@@ -28,6 +42,7 @@ class RemovalRun {
           rights_(session.machine().authorizations().create()),
           remover_(session.links(),
                    rights_->obtain(Authorization::extendRights) ? rights_.get() : nullptr) {
+        session.machine().authorizations().limitTo(grantOf(session, receipt));
         for (const EntryRecord& file : receipt.files) recorded_.add(file);
         for (const Receipt& other : session.receipts().others(receipt.identifier)) {
             for (const EntryRecord& file : other.files) shared_.insert(file.path);

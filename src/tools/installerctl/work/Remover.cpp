@@ -4,6 +4,7 @@
 
 #include <fcntl.h>
 
+#include "foundation/values/Paths.h"
 #include "linux/desktop/DesktopEntry.h"
 #include "privileged/files/RegularFile.h"
 #include "tools/installerctl/records/TreeRecords.h"
@@ -19,6 +20,11 @@ bool isForbidden(const RemovalOutcome& outcome) {
 }
 
 }  // namespace
+
+void addPlace(const std::string& path, WriteGrant& grant) {
+    grant.addFolder(parentPath(path));
+    grant.addDestination(path);
+}
 
 RemovalOutcome Remover::remove(const std::string& path, const EntryMap::Alternatives& records) {
     return byAdministrator(path, removeRecorded(path, records, links_));

@@ -8,6 +8,9 @@
 
 namespace installer {
 
+/// Lets the administrator change the entry at the path.
+void addPlace(const std::string& path, WriteGrant& grant);
+
 /// Removes recorded entries, as this process may, else through the administrator.
 class Remover {
   public:
