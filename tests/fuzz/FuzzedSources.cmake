@@ -40,6 +40,7 @@ add_library(installer_fuzzed STATIC
     ${source}/product/PlugInFilesModel.cpp
     ${source}/privileged/system/Accounts.cpp
     ${source}/privileged/system/AdminGroup.cpp
+    ${source}/privileged/system/FileSystemUser.cpp
     ${source}/linux/desktop/ApplicationName.cpp
     ${source}/linux/desktop/DesktopEntry.cpp
     ${source}/linux/process/Environment.cpp

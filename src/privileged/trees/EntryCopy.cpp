@@ -34,7 +34,7 @@ bool give(int destination, CopyTask& task) {
 /// Attributes come first: those that hold an access list change the mode.
 std::error_code copyProperties(int source, const struct stat& status, int destination, mode_t mode,
                                CopyTask& task) {
-    const auto attributeCount = copyExtendedAttributes(source, destination, task.privileges);
+    const auto attributeCount = copyExtendedAttributes(source, destination, task);
     if (!attributeCount) return attributeCount.error();
     if (attributeCount.value() > 0) task.hasAttributes = true;
     if (!give(destination, task)) {

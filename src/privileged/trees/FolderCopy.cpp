@@ -16,6 +16,7 @@
 
 #include "privileged/files/FolderChain.h"
 #include "privileged/files/RegularFile.h"
+#include "privileged/system/FileSystemUser.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
 #include "privileged/trees/PieceGroup.h"
@@ -36,6 +37,12 @@ class FolderCopier : public TreeVisitor {
         return {};
     }
 
+    /// The walk reads; the visits read and write.
+    std::error_code walk(int sourceParent, const std::string& name) {
+        const ActingAs reader(task_.reader);
+        return walkTree(sourceParent, name, *this, OnFailure::stop);
+    }
+
     /// Waits for what others fill, and gives the first failure of all.
     std::error_code finish(std::error_code error) {
         if (!group_) return error;
@@ -49,6 +56,7 @@ class FolderCopier : public TreeVisitor {
         if (!source) return source;
         struct stat status = {};
         if (fstat(source.value().get(), &status) != 0) return systemError();
+        const ActingAs writer(FileSystemUser::rootWhile(task_.reader));
         // The copy meets itself: its destination lies in its source.
         if (status.st_dev == topStatus_.st_dev && status.st_ino == topStatus_.st_ino) {
             return systemError(EINVAL);
@@ -66,6 +74,7 @@ class FolderCopier : public TreeVisitor {
     }
 
     std::error_code leaveFolder(int, const std::string&, int source) override {
+        const ActingAs writer(FileSystemUser::rootWhile(task_.reader));
         // Before the mode is set: the way up leads through the folder.
         if (chain_.depth() > 1) {
             if (const auto error = chain_.openParent()) return error;
@@ -101,6 +110,7 @@ class FolderCopier : public TreeVisitor {
     std::error_code copyLink(int parent, const std::string& name) {
         struct stat status = {};
         if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return systemError();
+        const ActingAs writer(FileSystemUser::rootWhile(task_.reader));
         if (const auto* first = firstCopy(status)) return linkTo(*first, name);
         const auto error = makeLinkLike(parent, name, status, chain_.current(), name, task_);
         if (!error) remember(status, name);
@@ -110,6 +120,7 @@ class FolderCopier : public TreeVisitor {
     std::error_code copyFile(int parent, const std::string& name) {
         auto source = openRegularFile(parent, name, O_RDONLY | O_NOFOLLOW);
         if (!source) return source.error();
+        const ActingAs writer(FileSystemUser::rootWhile(task_.reader));
         const struct stat& status = source.value().status;
         if (const auto* first = firstCopy(status)) return linkTo(*first, name);
         FileDescriptor file(openat(chain_.current(), name.c_str(),
@@ -178,7 +189,7 @@ std::error_code copyFolderInto(int sourceParent, const std::string& name, int de
                                CopyTask& task) {
     FolderCopier copier(destination, task);
     if (const auto error = copier.start()) return error;
-    return copier.finish(walkTree(sourceParent, name, copier, OnFailure::stop));
+    return copier.finish(copier.walk(sourceParent, name));
 }
 
 }  // namespace installer

@@ -7,6 +7,7 @@
 #include "privileged/files/ExclusiveRename.h"
 #include "privileged/files/FolderListing.h"
 #include "privileged/files/RegularFile.h"
+#include "privileged/system/FileSystemUser.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
 #include "privileged/trees/FolderCopy.h"
@@ -24,6 +25,30 @@ mode_t modeWhileFilled(mode_t mode) {
     return (mode & ownerAccess) == ownerAccess ? mode & 0777 : ownerAccess;
 }
 
+// All of them by the rights of the reader.
+
+Result<Location> locateSource(const std::string& source, LinkPolicy policy, const CopyTask& task) {
+    const ActingAs reader(task.reader);
+    return locate(source, policy);
+}
+
+Result<unsigned char> typeOfSource(const Location& from, const CopyTask& task) {
+    const ActingAs reader(task.reader);
+    return entryType(from.parent.get(), from.name);
+}
+
+Result<RegularFile> openSource(const Location& from, const CopyTask& task) {
+    const ActingAs reader(task.reader);
+    return openFoundRegularFile(from.parent.get(), from.name, O_RDONLY | O_NOFOLLOW);
+}
+
+std::error_code lookAtSource(const Location& from, struct stat& status, const CopyTask& task) {
+    const ActingAs reader(task.reader);
+    const bool isSeen =
+        fstatat(from.parent.get(), from.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+    return isSeen ? std::error_code() : systemError();
+}
+
 std::error_code copyToTemporary(const RegularFile& source, const Location& to, CopyTask& task,
                                 const CopyProgress& progress) {
     auto file = Temporary::makeFile(to.parent.get(), modeWhileFilled(source.status.st_mode));
@@ -34,7 +59,7 @@ std::error_code copyToTemporary(const RegularFile& source, const Location& to, C
 }
 
 std::error_code copyFile(const Location& from, const Location& to, CopyTask& task) {
-    const auto found = openFoundRegularFile(from.parent.get(), from.name, O_RDONLY | O_NOFOLLOW);
+    const auto found = openSource(from, task);
     if (!found) return found.error();
     const RegularFile& source = found.value();
     const auto file = NamelessFile::make(to.parent.get());
@@ -54,9 +79,7 @@ std::error_code copyFile(const Location& from, const Location& to, CopyTask& tas
 std::error_code copyLink(const Location& from, const Location& to, CopyTask& task) {
     constexpr const char* name = "link";
     struct stat status = {};
-    if (fstatat(from.parent.get(), from.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        return systemError();
-    }
+    if (const auto error = lookAtSource(from, status, task)) return error;
     const auto folder = Temporary::makeFolder(to.parent.get());
     if (!folder) return folder.error();
     const int inFolder = folder.value().descriptor();
@@ -81,7 +104,7 @@ std::error_code copyFolder(const Location& from, const Location& to, CopyTask& t
 
 std::error_code copyTree(const std::string& source, const std::string& destination,
                          LinkPolicy policy, CopyTask& task) {
-    const auto from = locate(source, policy);
+    const auto from = locateSource(source, policy, task);
     if (!from) return from.error();
     const auto to = locate(destination, policy);
     if (!to) return to.error();
@@ -95,7 +118,7 @@ std::error_code copyTree(const std::string& source, const std::string& destinati
 }
 
 std::error_code copyEntry(const Location& from, const Location& to, CopyTask& task) {
-    const auto type = entryType(from.parent.get(), from.name);
+    const auto type = typeOfSource(from, task);
     if (!type) return type.error();
     clearDeadTemporaries(to.parent.get());
     switch (type.value()) {

@@ -13,6 +13,7 @@
 
 namespace installer {
 
+class FileSystemUser;
 class Workers;
 
 /// Called with the number of bytes copied since the last call: at least once for each MiB, and with
@@ -39,6 +40,8 @@ struct CopyTask {
     /// Given to each entry before it can be seen at its place, instead of the source's mode, where
     /// this process may.
     std::optional<GivenAttributes> given = std::nullopt;
+    /// By whose rights the source is opened; null for this process's own.
+    const FileSystemUser* reader = nullptr;
     Workers* workers = nullptr;  ///< who helps to fill the files of a folder; null for nobody
 
     // Found out, from several threads.
