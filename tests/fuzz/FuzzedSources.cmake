@@ -40,11 +40,14 @@ add_library(installer_fuzzed STATIC
     ${source}/product/PlugInFilesModel.cpp
     ${source}/privileged/system/Accounts.cpp
     ${source}/privileged/system/AdminGroup.cpp
+    ${source}/privileged/system/FileSystemUser.cpp
     ${source}/linux/desktop/ApplicationName.cpp
     ${source}/linux/desktop/DesktopEntry.cpp
     ${source}/linux/process/Environment.cpp
     ${source}/linux/bundle/LinuxBundle.cpp
     ${source}/linux/bundle/PackageLayout.cpp
+    ${source}/linux/files/CopyStager.cpp
+    ${source}/linux/files/CopyThreads.cpp
     ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp
@@ -61,7 +64,10 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/trees/ExtendedAttributes.cpp
     ${source}/privileged/trees/FileContents.cpp
     ${source}/privileged/files/FolderChain.cpp
+    ${source}/privileged/trees/FinishedTree.cpp
     ${source}/privileged/trees/FolderCopy.cpp
+    ${source}/privileged/trees/NamelessFile.cpp
+    ${source}/privileged/trees/PieceGroup.cpp
     ${source}/privileged/files/FolderCreation.cpp
     ${source}/privileged/files/FolderListing.cpp
     ${source}/privileged/files/Location.cpp

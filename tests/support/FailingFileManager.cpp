@@ -79,6 +79,10 @@ std::error_code FailingFileManager::copy(const std::string& source, const std::s
     return files_.copy(source, destination, progress);
 }
 
+void FailingFileManager::expectCopies(CopySchedule schedule) {
+    if (faults_.next({"expectCopies"}) == nullptr) files_.expectCopies(std::move(schedule));
+}
+
 std::uint64_t FailingFileManager::bytesToCopy(const std::string& path) {
     return faults_.next({"bytesToCopy", path}) == nullptr ? files_.bytesToCopy(path) : 0;
 }

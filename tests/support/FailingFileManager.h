@@ -14,6 +14,7 @@ namespace installer::test {
 ///
 ///   exists, isPackage           false
 ///   bytesToCopy                 0
+///   expectCopies                nothing is expected
 ///   list, attributes, read      nothing but the error
 ///   walk                        nothing is visited; part: what is in sub-folders is passed over
 ///   readTree                    nothing but the error; part: sub-folders cannot be read
@@ -38,6 +39,7 @@ class FailingFileManager : public ForwardingFileManager {
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
+    void expectCopies(CopySchedule schedule) override;
     std::uint64_t bytesToCopy(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;

@@ -28,6 +28,7 @@ const std::map<std::string, FileOperation> fileOperations = {
     {"exists", {.givesAnError = false}},
     {"isPackage", {.givesAnError = false}},
     {"bytesToCopy", {.givesAnError = false}},
+    {"expectCopies", {.givesAnError = false}},
     {"walk", {.givesAnError = false, .effects = partToo}},
     {"list", {}},
     {"readTree", {.effects = partToo}},

@@ -236,3 +236,35 @@ class Terminal:
         if self.agent:
             self.agent.kill()
             self.agent.process.communicate()
+
+
+# Looks for descriptors, memory and files of another process, as a program of the same user would.
+ROBBER = """
+import ctypes, os, sys
+victim, library, taken = int(sys.argv[1]), ctypes.CDLL(None, use_errno=True), []
+PIDFD_OPEN, PIDFD_GETFD, PTRACE_SEIZE, PTRACE_DETACH = 434, 438, 0x4206, 17
+process = library.syscall(PIDFD_OPEN, victim, 0)
+for number in range(64):
+    if library.syscall(PIDFD_GETFD, process, number, 0) >= 0:
+        taken.append(f"descriptor {number}")
+if library.ptrace(PTRACE_SEIZE, victim, None, None) == 0:
+    taken.append("ptrace")
+for name in ("mem", "environ"):
+    try:
+        open(f"/proc/{victim}/{name}", "rb").close()
+        taken.append(name)
+    except OSError:
+        pass
+try:
+    taken.extend(f"link of {number}" for number in os.listdir(f"/proc/{victim}/fd"))
+except OSError:
+    pass
+print(*taken, sep=", ", end="")
+"""
+
+
+def taken_from(process, account):
+    """What another process of the account can take out of that process; empty if nothing."""
+    return subprocess.run([PYTHON, "-B", "-c", ROBBER, str(process)], env={}, check=True,
+                          capture_output=True, timeout=TIME_LIMIT, encoding="utf-8",
+                          **account.options).stdout

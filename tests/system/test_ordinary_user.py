@@ -1,10 +1,13 @@
 """An ordinary user's quiet installation, with administrator rights that sudo grants or refuses."""
 
 import os
+import pathlib
+import signal
+import subprocess
 import unittest
 
-from harness import ON_PRIVATE_MACHINE, Product, SystemTest, entry, run, write
-from rights import Account, Terminal, processes, wait_until
+from harness import ON_PRIVATE_MACHINE, Product, SystemTest, entry, run, tree, write
+from rights import PYTHON, Account, Installation, Terminal, processes, taken_from, wait_until
 
 LOGIN = "installing-user"
 REASON = "Filters 2 by Acme needs administrator rights"
@@ -119,6 +122,78 @@ class OrdinaryUserWithAWindowThatAsks(OrdinaryUser):
         self.assertIn(REFUSED, outcome.messages)
         self.assertEqual(len(prompts), 1)
         self.assertNothingInstalled()
+
+
+class OrdinaryUserUnderAttack(OrdinaryUser):
+    """Whoever wants to become root through a run that somebody else has agreed to."""
+
+    PLACES = ("/etc/systemd/system.control", "/etc/cron.d/x", "/usr/bin/x", "/var/spool/x")
+
+    def setUp(self):
+        super().setUp()
+        self.allow_without_a_question()
+
+    def test_a_planted_paths_file_leads_root_into_no_folder_of_the_system(self):
+        self.product.add("PHOTOSHOP_PLUGINS/evil.service", "[Service]\nExecStart=/bin/sh\n")
+        name = "Adobe Photoshop CC 2015"
+        self.disk.add_photoshop(name)
+        before = tree("/etc/systemd", "/etc/cron.d", "/var/spool")
+        for place in self.PLACES:
+            with self.subTest(place):
+                write(self.disk.home / f"Library/Preferences/{name} Paths",
+                      f"/Applications/{name}\0{place}\0")
+                self.account.own(self.disk.home)
+                outcome = self.install()
+                self.assertFalse(os.path.lexists(place))
+                self.assertIn(f"its destination is a folder of the system: {place}/evil.service",
+                              outcome.messages)
+                self.assertInstalled("/Applications/Tool.app", owner=self.user)
+        self.assertEqual(tree("/etc/systemd", "/etc/cron.d", "/var/spool"), before)
+
+    def test_nothing_can_be_taken_out_of_the_installer_while_its_helper_lives(self):
+        self.product.add_package("HD/Applications/Big.app",
+                                 {f"Contents/{number}": "x" for number in range(3000)})
+        installation = Installation(self, self.product, self.account, self.environment).go_on()
+        installation.wait_for_helper()
+        os.kill(installation.process.pid, signal.SIGSTOP)
+        self.assertTrue(processes(installation.helper), "the helper has ended too early")
+        self.assertEqual(taken_from(installation.process.pid, self.account), "")
+        # The same robber robs any other program of the user.
+        victim = subprocess.Popen([PYTHON, "-c", "import sys; sys.stdin.read()"], stdin=subprocess.PIPE,
+                                  **self.account.options)
+        self.addCleanup(victim.communicate)
+        wait_until(lambda: "descriptor 0" in taken_from(victim.pid, self.account), "the robber")
+        installation.go_on().wait()
+        self.assertIn("The installation is complete", installation.messages)
+
+    def test_nobody_is_asked_for_a_bundle_that_others_can_change(self):
+        helper = self.product.contents / "MacOS/privileged-helper"
+        ways = [("a folder of it", helper.parent, lambda: os.chmod(helper.parent, 0o777)),
+                ("the helper", helper, lambda: os.chmod(helper, 0o757)),
+                ("a neighbour's", helper, lambda: os.chown(helper, 65534, 65534))]
+        for name, entry_, change in ways:
+            status = entry_.stat()
+            change()
+            with self.subTest(name):
+                outcome = self.install()
+                self.assertEqual(outcome.status, 0)
+                self.assertIn("No administrator rights are asked for, because other users can "
+                              f"change {entry_}", outcome.messages)
+                self.assertIn(REFUSED, outcome.messages)
+                self.assertNothingInstalled()
+            os.chown(entry_, status.st_uid, status.st_gid)
+            os.chmod(entry_, status.st_mode)
+        self.assertIn(COMPLETE, self.install().messages)
+
+    def test_a_secret_in_place_of_a_payloads_file_is_not_copied(self):
+        readme = (self.product.contents
+                  / "Resources/files/HD/Library/Application Support/Acme/Filters 2/readme.txt")
+        write(readme, "root's", 0o600)
+        outcome = self.install()
+        installed = pathlib.Path("/Library/Application Support/Acme/Filters 2/readme.txt")
+        self.assertFalse(os.path.lexists(installed))
+        self.assertIn("readme.txt: Permission denied", outcome.messages)
+        self.assertIn("The installation is not complete", outcome.messages)
 
 
 class OrdinaryUserOnATerminal(OrdinaryUser):

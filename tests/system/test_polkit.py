@@ -9,7 +9,8 @@ import socket
 import unittest
 
 from harness import ON_PRIVATE_MACHINE, Product, SystemTest, no_leftovers, tree, write
-from rights import BUS, Account, Installation, Terminal, processes, start_polkit, wait_until
+from rights import (BUS, Account, Installation, Terminal, processes, start_polkit, taken_from,
+                    wait_until)
 
 RULES = """polkit.addRule(function(action, subject) {
     if (subject.user == "refused") return polkit.Result.NO;
@@ -119,6 +120,16 @@ class PolkitQuestion(User):
         self.assertComplete(installation, items=303)
         self.assertEqual(len(installation.questions), 1)
 
+    def test_nothing_can_be_taken_out_of_the_installer_while_its_helper_lives(self):
+        self.product.add_package("HD/Applications/Big.app",
+                                 {f"Contents/{number}": "x" for number in range(3000)})
+        installation = self.start(self.granted).go_on()
+        installation.wait_for_helper()
+        os.kill(installation.process.pid, signal.SIGSTOP)
+        self.assertTrue(processes(installation.helper), "the helper has ended too early")
+        self.assertEqual(taken_from(installation.process.pid, self.account), "")
+        self.assertComplete(installation.go_on().wait(), items=4)
+
     def test_every_run_asks_once(self):
         for _ in range(2):
             installation = self.install(*self.granted)
@@ -168,6 +179,13 @@ class PolkitRefusal(User):
 
     def test_an_agent_that_dies_with_the_question_open_installs_nothing(self):
         self.assertNothingInstalled(self.install("die"), questions=1)
+
+    def test_nothing_can_be_taken_out_of_the_installer_while_the_question_is_open(self):
+        installation = self.start(("never",)).go_on()
+        installation.agent.wait_for_question()
+        self.assertEqual(taken_from(installation.process.pid, self.account), "")
+        installation.agent.kill()
+        self.assertNothingInstalled(installation.wait(), questions=1)
 
     def test_an_agent_that_never_answers_and_is_killed_installs_nothing(self):
         installation = self.start(("never",)).go_on()

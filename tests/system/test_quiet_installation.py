@@ -20,7 +20,7 @@ class QuietInstallation(SystemTest):
         support = f"HD/Library/Application Support/{company}"
         product.add_package("HD/Applications/Tool.app", {"Contents/Resources/tool.txt": "tool"},
                             executable="Tool")
-        product.add(f"{support}/{name}/readme.txt", "read me", 0o640)
+        product.add(f"{support}/{name}/readme.txt", "read me", 0o604)
         product.add(f"{support}/{name}/Presets/Warm.xml", "<warm/>")
         product.add(f"{support}/{name}/Presets/Portrait/Soft.xml", "<soft/>")
         product.add_package(f"{support}/{name}/Helper.app", {"Contents/helper.txt": "helper"})

@@ -66,7 +66,7 @@ def make_version(folder, version, large, small):
     os.link(tool / "Contents/Resources/en/0.txt", tool / "Contents/twin.txt")
     line = text("large.bin").encode()
     product.add(SOURCES[f"{SUPPORT}/large.bin"], line * (large // len(line) + version))
-    product.add(SOURCES[f"{SUPPORT}/readme.txt"], text("readme"), 0o640)
+    product.add(SOURCES[f"{SUPPORT}/readme.txt"], text("readme"), 0o604)
     for number in range(small):
         product.add(f"{SOURCES[f'{SUPPORT}/Presets']}/{number}/preset.xml", text(f"preset {number}"))
     product.add(f"{SOURCES[f'{SUPPORT}/Presets']}/only in {version}/preset.xml", text("preset"))

@@ -9,12 +9,15 @@
 
 namespace installer {
 
+class FinishedTree;
+
 /// The tools of an installation that root has started: they run in this process, by the same rules
 /// and the same actions as in the privileged helper.
 class RootTools {
   public:
-    /// `grant` is what the run has planned.
-    RootTools(const HelperPlace& place, const WriteGrant& grant);
+    /// `grant` is what the run has planned. `finished`, when it is given, tells which work was done
+    /// already while an item was copied.
+    RootTools(const HelperPlace& place, const WriteGrant& grant, const FinishedTree* finished);
 
     /// Runs the tool to its end. A signal that arrives meanwhile takes effect afterwards.
     /// `progress` is null or notified of the bytes that a copy moves.

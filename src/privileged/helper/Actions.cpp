@@ -37,6 +37,14 @@ std::error_code removeIfThere(const Command& command) {
     return nothingThere ? std::error_code() : error;
 }
 
+/// No secret that the user may not read is copied out. The copy belongs to root until later
+/// commands set its owner and mode.
+std::error_code copyAsTheUserReads(const Command& command, const InvokingUser& user,
+                                   const CopyProgress& progress) {
+    CopyTask task{.progress = progress, .privileges = Privileges::drop, .reader = user.reader()};
+    return copyTree(command.source, command.path, links, task);
+}
+
 }  // namespace
 
 std::error_code perform(const Command& command, const InvokingUser& user,
@@ -49,8 +57,7 @@ std::error_code perform(const Command& command, const InvokingUser& user,
         case Action::remove:
             return removeIfThere(command);
         case Action::copy:
-            // The copy belongs to root until later commands set its owner and mode.
-            return copyTree(command.source, command.path, links, progress, Privileges::drop);
+            return copyAsTheUserReads(command, user, progress);
         case Action::setMode:
             return setModeOfTree(command.path, command.mode, links);
         case Action::touch:

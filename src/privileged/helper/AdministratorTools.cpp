@@ -4,6 +4,7 @@
 
 #include "privileged/files/Location.h"
 #include "privileged/helper/Actions.h"
+#include "privileged/helper/HeldSignals.h"
 #include "privileged/helper/Report.h"
 
 namespace installer {
@@ -34,6 +35,8 @@ AdministratorTools::ExitStatus AdministratorTools::run(const ToolRequest& reques
                summary(request));
         return ExitStatus::refused;
     }
+    if (isDone_ && isDone_(*command)) return ExitStatus::succeeded;
+    const HeldSignals held;
     const std::error_code error = performNow(*command, progress);
     if (!error) return ExitStatus::succeeded;
     report(request.tool + ": " + command->path + ": " + error.message());

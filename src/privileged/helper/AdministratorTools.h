@@ -23,13 +23,19 @@ class AdministratorTools {
     /// The exit statuses of the tools.
     enum class ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
 
+    /// Whether nothing is left to do of a command that is allowed.
+    using IsDone = std::function<bool(const Command&)>;
+
     AdministratorTools(InvokingUser user, ProtectedFolders folders, WriteGrant grant)
         : user_(std::move(user)), folders_(std::move(folders)), grant_(std::move(grant)) {}
 
     /// Does what the tool would do, if the policy's table, the folders of the system and the run's
-    /// plan allow it. Refusals and failures are reported. The caller holds signals if an action
-    /// must not end in its middle.
+    /// plan allow it. Refusals and failures are reported. A signal that arrives during an action
+    /// takes effect after it.
     [[nodiscard]] ExitStatus run(const ToolRequest& request, const CopyProgress& progress);
+
+    /// Asked before a command is done.
+    void setIsDone(IsDone isDone) { isDone_ = std::move(isDone); }
 
     /// What renews the data base of desktop entries, instead of this process itself.
     void setRefresh(std::function<std::error_code()> refresh) { refresh_ = std::move(refresh); }
@@ -44,6 +50,7 @@ class AdministratorTools {
     InvokingUser user_;
     ProtectedFolders folders_;
     WriteGrant grant_;
+    IsDone isDone_;
     std::function<std::error_code()> refresh_;
     /// The folders that were missing before: the run gives them to the user, as it does with its
     /// items.

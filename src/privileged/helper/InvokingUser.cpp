@@ -37,6 +37,12 @@ std::optional<InvokingUser> InvokingUser::whoStartedBy(StartedBy program) {
     return InvokingUser(number);
 }
 
+const FileSystemUser* InvokingUser::reader() const {
+    if (number_ == 0) return nullptr;
+    if (!reader_) reader_.emplace(number_);
+    return &*reader_;
+}
+
 bool InvokingUser::isNamed(std::string_view name) {
     // One run names the same user for every file, and a look-up takes longer than the action.
     if (!knownName_.empty() && name == knownName_) return true;

@@ -7,6 +7,7 @@
 #include <sys/types.h>
 
 #include "privileged/helper/HelperArguments.h"
+#include "privileged/system/FileSystemUser.h"
 
 namespace installer {
 
@@ -22,12 +23,16 @@ class InvokingUser {
 
     [[nodiscard]] uid_t number() const { return number_; }
 
+    /// By whose rights the sources of copies are opened; null for root.
+    [[nodiscard]] const FileSystemUser* reader() const;
+
     /// Whether this is a login name of that user.
     [[nodiscard]] bool isNamed(std::string_view name);
 
   private:
     uid_t number_;
     std::string knownName_;
+    mutable std::optional<FileSystemUser> reader_;  ///< looked up when it is first asked for
 };
 
 }  // namespace installer

@@ -36,6 +36,11 @@ int serve(const HelperArguments& arguments, const InvokingUser& user) {
     if (const auto reason = raiseKernelWall(grant.folders(), Devices::closed)) {
         note("the kernel keeps this process from no other folder: " + *reason);
     }
+    if (const auto error =
+            user.reader() == nullptr ? std::error_code() : user.reader()->takeGroups()) {
+        report("the user's groups cannot be taken: " + error.message());
+        return 1;
+    }
     giveUpOtherRights();
     AdministratorTools tools(user, std::move(folders), std::move(grant));
     tools.setRefresh([&database] { return database.refresh(); });

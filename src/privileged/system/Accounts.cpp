@@ -40,7 +40,7 @@ std::string textOrEmpty(const char* text) {
 }
 
 UserAccount accountOf(const passwd& entry) {
-    return {entry.pw_uid, textOrEmpty(entry.pw_name), textOrEmpty(entry.pw_dir)};
+    return {entry.pw_uid, textOrEmpty(entry.pw_name), textOrEmpty(entry.pw_dir), entry.pw_gid};
 }
 
 }  // namespace

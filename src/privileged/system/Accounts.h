@@ -14,6 +14,7 @@ struct UserAccount {
     uid_t number = 0;
     std::string name;
     std::string home;  ///< as it stands there; may be empty
+    gid_t group = 0;   ///< the user's own one
 };
 
 // The only look-ups of accounts. Errors: EINVAL if the system has no such entry, and for a name

@@ -7,6 +7,7 @@
 
 #include <sys/xattr.h>
 
+#include "privileged/system/FileSystemUser.h"
 #include "privileged/system/SystemError.h"
 
 namespace installer {
@@ -39,8 +40,9 @@ bool mayBeMissing(std::string_view name, std::error_code error) {
     return number == EOPNOTSUPP || number == EPERM || number == EACCES || number == EINVAL;
 }
 
-std::error_code copyAttribute(int source, int destination, const char* name) {
-    const auto value = readFitting([source, name](char* buffer, std::size_t size) {
+std::error_code copyAttribute(int source, int destination, const char* name, const CopyTask& task) {
+    const auto value = readFitting([source, name, &task](char* buffer, std::size_t size) {
+        const ActingAs reader(task.reader);
         return fgetxattr(source, name, buffer, size);
     });
     // Taken away since the names were listed.
@@ -60,6 +62,11 @@ Result<std::string> attributeNames(int descriptor) {
     if (length > 0) return std::string(buffer.data(), static_cast<std::size_t>(length));
     return readFitting(
         [descriptor](char* text, std::size_t size) { return flistxattr(descriptor, text, size); });
+}
+
+Result<std::string> attributeNamesOfSource(int source, const CopyTask& task) {
+    const ActingAs reader(task.reader);
+    return attributeNames(source);
 }
 
 bool holdsName(const std::string& names, std::string_view name) {
@@ -85,8 +92,8 @@ Result<std::size_t> removeInheritedAccessLists(const std::string& sourceNames, i
 
 }  // namespace
 
-Result<std::size_t> copyExtendedAttributes(int source, int destination, Privileges privileges) {
-    const auto names = attributeNames(source);
+Result<std::size_t> copyExtendedAttributes(int source, int destination, const CopyTask& task) {
+    const auto names = attributeNamesOfSource(source, task);
     if (!names) return names.error();
     const auto removed = removeInheritedAccessLists(names.value(), destination);
     if (!removed) return removed.error();
@@ -94,8 +101,9 @@ Result<std::size_t> copyExtendedAttributes(int source, int destination, Privileg
     const char* end = names.value().data() + names.value().size();
     for (const char* name = names.value().data(); name < end;) {
         const std::string_view text(name);
-        const bool isWanted = privileges == Privileges::keep || text != capabilities;
-        const auto error = isWanted ? copyAttribute(source, destination, name) : std::error_code();
+        const bool isWanted = task.privileges == Privileges::keep || text != capabilities;
+        const auto error =
+            isWanted ? copyAttribute(source, destination, name, task) : std::error_code();
         if (error && !mayBeMissing(text, error)) return error;
         if (isWanted && !error) ++count;
         name += text.size() + 1;

@@ -13,6 +13,6 @@ namespace installer {
 /// that this process may set on that file system, and a file's capabilities only where privileges
 /// are kept.
 [[nodiscard]] Result<std::size_t> copyExtendedAttributes(int source, int destination,
-                                                         Privileges privileges);
+                                                         const CopyTask& task);
 
 }  // namespace installer

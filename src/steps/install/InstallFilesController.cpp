@@ -12,10 +12,12 @@
 #include "install/after/ManifestCleaner.h"
 #include "install/engine/DiskMirror.h"
 #include "install/engine/HostPayload.h"
+#include "install/engine/PlannedCopies.h"
 #include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
 #include "install/plan/PlannedWrites.h"
 #include "ports/EventLoop.h"
+#include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "ports/window/View.h"
@@ -83,6 +85,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     const InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
+    platform_.files.expectCopies(plannedCopies(plan, run_));
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();
@@ -115,6 +118,7 @@ void InstallFilesController::installHosts(const InstallPlan& plan) {
         if (run_.fileOpErrorOccurred || run_.authDenied) break;
         HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
     }
+    platform_.files.expectCopies({});
     // Last, since an item that was not installed keeps the later hosts from being installed into.
     for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
     logInstalledPaths();

@@ -19,6 +19,7 @@ class AdministratorToolsTest : public PrivilegedHelperProgram {
     void SetUp() override {
         PrivilegedHelperProgram::SetUp();
         if (IsSkipped()) return;
+        ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
         folder.add("source", "new");
         folder.add("into/neighbour", "kept");
         folder.add("outside", "kept");

@@ -108,6 +108,8 @@ class HelperAgainstTools : public testing::Test {
   protected:
     void SetUp() override {
         if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: the helper's tests must run as root";
+        // The helper reads as the ordinary user whom it acts for.
+        ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
         // Beside the trees, so that links may lead out of them.
         folder.add("outside/canary", "alive");
         for (const char* side : {"tool", "helper"}) {
@@ -132,9 +134,9 @@ class HelperAgainstTools : public testing::Test {
         fs::create_symlink("file", folder / (tree + "/link in"));
         fs::create_symlink("/nowhere", folder / (tree + "/dangling"));
         fs::create_hard_link(folder / (tree + "/file"), folder / (tree + "/empty/same"));
-        ::chmod((folder / (tree + "/file")).c_str(), 0600);
+        ::chmod((folder / (tree + "/file")).c_str(), 0604);
         ::chmod((folder / (tree + "/big")).c_str(), 0555);
-        ::chmod((folder / (tree + "/.hidden")).c_str(), 0711);
+        ::chmod((folder / (tree + "/.hidden")).c_str(), 0715);
         ::setxattr((folder / (tree + "/big")).c_str(), "user.installer.test", "kept", 4, 0);
     }
 
