@@ -15,11 +15,12 @@ def entry(name, output, ending="Test Passed."):
             f"Test time =   0.01 sec\n----------\n{ending}\n\"{name}\" end time: now\n\n")
 
 
-def counted(*entries):
-    with tempfile.NamedTemporaryFile("w", encoding="utf-8") as log:
-        log.write("Start testing: now\n" + "".join(entries) + "End testing: now\n")
-        log.flush()
-        result = subprocess.run([sys.executable, "-B", SCRIPT, log.name],
+def counted(*entries, output=""):
+    with tempfile.TemporaryDirectory() as folder:
+        files = [pathlib.Path(folder, "log"), pathlib.Path(folder, "output")]
+        files[0].write_text("Start testing: now\n" + "".join(entries) + "End testing: now\n")
+        files[1].write_text(output)
+        result = subprocess.run([sys.executable, "-B", SCRIPT, *files],
                                 capture_output=True, text=True, check=True)
         lines = result.stdout.splitlines()
         return (*map(int, lines[:2]), lines[2:])
@@ -70,6 +71,13 @@ class CountTests(unittest.TestCase):
         self.assertEqual(sorted(names), ["System.door: test_locks (__main__.Door.test_locks)",
                                          "System.door: test_opens (__main__.Door.test_opens)",
                                          "System.door: test_shuts (__main__.Door.test_shuts)"])
+
+    def test_programs_that_did_not_run_have_failed_though_the_log_has_them_as_passed(self):
+        entries = [entry(name, "") for name in ("System.door", "System.key", "System.hinge")]
+        output = ("1/3 Test #1: System.door ....***Skipped   0.01 sec\n"
+                  "The following tests did not run:\n\t  1 - System.door (Skipped)\n"
+                  "The following tests FAILED:\n\t  2 - System.key (Not Run)\n")
+        self.assertEqual(counted(*entries, output=output), (1, 2, ["System.door", "System.key"]))
 
     def test_a_program_that_did_not_end_in_time_is_named(self):
         self.assertEqual(counted(entry("System.door", "test_opens ...", "Test Timeout.")),
