@@ -32,7 +32,8 @@ namespace {
 class HelperOfThisMachine : public AuthorizationScene {
   public:
     HelperOfThisMachine() {
-        means_.isRoot = true;
+        means_.sudo = folder_.add("sudo", "#!/bin/sh\nshift 2\nexec \"$@\"\n");
+        EXPECT_EQ(::chmod(means_.sudo.c_str(), 0755), 0);
         AdministratorAccess access;
         access.helper.path = FAKE_HELPER;
         access.reason = "A test needs the administrator's rights.";

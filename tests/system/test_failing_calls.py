@@ -73,9 +73,10 @@ class FailingCalls(SystemTest):
         self.fail_calls(self.user)
 
     def test_interrupted_calls_are_repeated(self):
-        self.account = ROOT
+        os.chown(self.disk.home, self.user.number, self.user.number)
+        self.account = self.user
         self.install_undisturbed(0)
-        points = [(who, call, number, "EINTR") for who in ("installer", "helper")
+        points = [(who, call, number, "EINTR") for who in self.user.programs
                   for call, number in self.points(who, INTERRUPTED)]
         for version, point in enumerate(self.chosen(points, SAMPLE // 2), 1):
             with self.subTest(point=point):
@@ -86,7 +87,7 @@ class FailingCalls(SystemTest):
         self.account = account
         self.install_undisturbed(0)
         points = [(who, call, number, self.chance.choice(ERRORS[call]))
-                  for who in ("installer", "helper") for call, number in self.points(who, ERRORS)]
+                  for who in account.programs for call, number in self.points(who, ERRORS)]
         version = 0
         for point in self.chosen(points, SAMPLE):
             version = 1 - version

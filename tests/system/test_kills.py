@@ -47,15 +47,16 @@ class Kills(SystemTest):
         self.kill_runs(self.user, KILLS // 2, random.Random(SEED + 1))
 
     def test_a_helper_lost_among_the_items_leaves_the_list_of_those_before_and_of_no_other(self):
-        self.account = ROOT
+        os.chown(self.disk.home, self.user.number, self.user.number)
+        self.account = self.user
         self.install_undisturbed(0)
         product = self.versions.products[1]
-        calls = calls_of(product, ROOT, self.environment, "helper", ["fchownat"],
+        calls = calls_of(product, self.user, self.environment, "helper", ["fchownat"],
                          self.scratch / "trace")
         self.install_undisturbed(0)
         with traced(product, "helper",
                     ["-e", f"inject=fchownat:signal=KILL:when={len(calls) * 3 // 4}"]) as command:
-            ended = Installation(product, ROOT, self.environment, command).finish()
+            ended = Installation(product, self.user, self.environment, command).finish()
         listed = self.disk.logged_paths(product)
         self.assertIn(f"installation is not complete ({len(listed)} items", ended.last_line)
         self.assertTrue(0 < len(listed) < len(self.versions.items), listed)
@@ -68,7 +69,7 @@ class Kills(SystemTest):
         # Measured on runs that replace, as nearly all of the runs do.
         self.calls = {who: [name for name, _ in calls_of(
             self.versions.products[1], account, self.environment, who, CHANGING_CALLS,
-            self.scratch / "trace")] for who in ("installer", "helper")}
+            self.scratch / "trace")] for who in account.programs}
         self.lasting = dict(zip(("both", "helper"), measured(self.versions.products[2], account,
                                                               self.environment)))
         self.lasting["installer"] = self.lasting["both"]
@@ -86,8 +87,10 @@ class Kills(SystemTest):
 
     def kill_one(self, version, chance):
         before, log = self.before, self.log()
-        way, target = chance.choice((("delay", "installer"), ("delay", "helper"), ("delay", "both"),
-                                     ("call", "installer"), ("call", "helper")))
+        ways = [(way, program) for program in self.account.programs for way in ("delay", "call")]
+        if "helper" in self.account.programs:
+            ways.append(("delay", "both"))
+        way, target = chance.choice(ways)
         moment = chance.random()
         with self.subTest(account=self.account.name, version=version, way=way, target=target,
                           moment=moment):

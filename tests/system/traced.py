@@ -21,11 +21,15 @@ LOGIN = "installing-user"
 
 @dataclasses.dataclass
 class Account:
-    """Who installs: root, whose helper is started directly, or a user, whose rights sudo grants."""
+    """Who installs: root, who needs no helper, or a user, whose helper is started by sudo."""
 
     name: str
     number: int
     options: dict
+
+    @property
+    def programs(self):
+        return ("installer",) if self.number == 0 else ("installer", "helper")
 
 
 ROOT = Account("root", 0, {})
@@ -120,7 +124,7 @@ def traced(product, who, options, output="/dev/null"):
     real = helper.with_name("real-helper")
     helper.rename(real)
     quoted = " ".join(f"'{word}'" for word in [*tracer(options, output), str(real)])
-    write(helper, f"#!/bin/sh\nexec {quoted}\n", 0o755)
+    write(helper, f"#!/bin/sh\nexec {quoted} \"$@\"\n", 0o755)
     try:
         yield []
     finally:

@@ -101,11 +101,7 @@ SpawnRequest helperCommand(AdministratorWay way, const AdministratorMeans& means
     request.standardError = SpawnRequest::own;
     switch (way) {
         case AdministratorWay::none:
-            break;
         case AdministratorWay::alreadyRoot:
-            // A SUDO_UID left by an earlier sudo would name another user.
-            request.environment = SpawnRequest::Environment::empty;
-            request.path = helper.path;
             break;
         case AdministratorWay::polkit:
             // pkexec refuses to run if some variables have unexpected values, and makes the

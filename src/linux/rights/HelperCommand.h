@@ -24,7 +24,7 @@ struct AdministratorMeans {
 
 enum class AdministratorWay {
     none,
-    alreadyRoot,
+    alreadyRoot,  ///< no helper is started
     polkit,
     sudoOnTerminal,
     sudoWithAskpass,

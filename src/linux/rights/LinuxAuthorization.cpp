@@ -10,6 +10,7 @@
 
 #include "linux/rights/HelperTrust.h"
 #include "linux/rights/PrivilegedHelper.h"
+#include "linux/rights/RootTools.h"
 #include "linux/rights/TerminalAgent.h"
 #include "linux/rights/TerminalQuestion.h"
 
@@ -46,13 +47,9 @@ class LinuxAuthorization : public Authorization {
     void setProgressSink(ProgressSink* progress) override;
 
   private:
+    [[nodiscard]] PrivilegedLaunch executeInThisProcess(const std::string& tool,
+                                                        const std::vector<std::string>& arguments);
     void startHelper();
-    /// Nobody is asked to let root run a program that somebody else could have put there. An
-    /// installer that runs as root is such a program itself.
-    [[nodiscard]] std::optional<std::string> whatOthersCanChange() const {
-        if (way_ == AdministratorWay::alreadyRoot) return std::nullopt;
-        return installer::whatOthersCanChange(access_.helper.path, ::geteuid());
-    }
     void announce(std::string_view line) const {
         if (access_.announce) access_.announce(line);
     }
@@ -62,6 +59,7 @@ class LinuxAuthorization : public Authorization {
     AdministratorWay way_ = AdministratorWay::none;
     std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
+    std::optional<RootTools> rootTools_;
     std::int32_t refusal_ = 0;
     ProgressSink* progress_ = nullptr;
 };
@@ -69,11 +67,13 @@ class LinuxAuthorization : public Authorization {
 bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all rights or none*/) {
     means_ = access_.means();
     way_ = administratorWay(means_);
+    if (way_ == AdministratorWay::alreadyRoot) return true;
     return way_ != AdministratorWay::none && ::access(access_.helper.path.c_str(), X_OK) == 0;
 }
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
                                              const std::vector<std::string>& arguments) {
+    if (way_ == AdministratorWay::alreadyRoot) return executeInThisProcess(tool, arguments);
     if (refusal_ == 0 && !helper_) startHelper();
     if (refusal_ != 0) return {refusal_, nullptr};
     PrivilegedLaunch launch = helper_->execute(tool, arguments);
@@ -86,12 +86,21 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
     return launch;
 }
 
+PrivilegedLaunch LinuxAuthorization::executeInThisProcess(
+    const std::string& tool, const std::vector<std::string>& arguments) {
+    // A program that is root only for a while acts for a user who is not.
+    if (::getuid() != 0 || ::geteuid() != 0) return {authorization_status::denied, nullptr};
+    if (!rootTools_) rootTools_.emplace(access_.helper);
+    return rootTools_->execute(tool, arguments, progress_);
+}
+
 void LinuxAuthorization::startHelper() {
     if (way_ == AdministratorWay::none) {
         refusal_ = authorization_status::denied;
         return;
     }
-    if (const auto entry = whatOthersCanChange()) {
+    // Nobody is asked to let root run a program that somebody else could have put there.
+    if (const auto entry = whatOthersCanChange(access_.helper.path, ::geteuid())) {
         refusal_ = authorization_status::denied;
         announce("No administrator rights are asked for, because other users can change " + *entry);
         return;

@@ -22,9 +22,9 @@ struct AdministratorAccess {
     std::function<AdministratorMeans()> means = AdministratorMeans::current;
 };
 
-/// Authorizations that run their tools in the privileged helper: started directly when this
-/// process is root, through polkit where there is one, else through sudo. Each has a helper of
-/// its own, from its first command until it is destroyed.
+/// Authorizations that run their tools in the privileged helper: started through polkit where there
+/// is one, else through sudo. Each has a helper of its own, from its first command until it is
+/// destroyed. When this process is root, the same tools run in it, and no helper is started.
 class LinuxAuthorizations : public Authorizations {
   public:
     explicit LinuxAuthorizations(AdministratorAccess access) : access_(std::move(access)) {}

@@ -4,25 +4,13 @@
 #include <string>
 #include <utility>
 
-#include "privileged/helper/Actions.h"
 #include "privileged/helper/HeldSignals.h"
-#include "privileged/helper/Policy.h"
 #include "privileged/helper/Report.h"
 
 namespace installer {
 namespace {
 
 constexpr std::chrono::milliseconds progressInterval(50);
-
-/// Enough of a request to recognise it, however long it is.
-std::string summary(const ToolRequest& request) {
-    constexpr std::size_t longest = 200;
-    std::string text = request.tool.substr(0, longest);
-    for (const std::string& argument : request.arguments) {
-        text += " '" + argument.substr(0, longest) + "'";
-    }
-    return text;
-}
 
 }  // namespace
 
@@ -43,23 +31,10 @@ int HelperSession::run() {
 
 bool HelperSession::serve(const ToolRequest& request) {
     std::optional<HeldSignals> held(std::in_place);
-    const ExitStatus status = answer(request);
+    const ExitStatus status = tools_.run(request, [this](std::uint64_t bytes) { copied(bytes); });
     // The action is done; a signal may interrupt the wait for a peer that does not read.
     if (!stream_.canSend()) held.reset();
     return sendEnded(status);
-}
-
-HelperSession::ExitStatus HelperSession::answer(const ToolRequest& request) {
-    const std::optional<Command> command = allowedCommand(request, user_, folders_);
-    if (!command) {
-        report("refused: " + summary(request));
-        return refused;
-    }
-    const std::error_code error =
-        perform(*command, user_, [this](std::uint64_t bytes) { copied(bytes); });
-    if (!error) return succeeded;
-    report(request.tool + ": " + command->path + ": " + error.message());
-    return failed;
 }
 
 void HelperSession::copied(std::uint64_t bytes) {
@@ -77,7 +52,7 @@ bool HelperSession::sendEnded(ExitStatus status) {
     if (const std::uint64_t rest = std::exchange(unreported_, 0); rest > 0) {
         messages = encodedProgress(rest);
     }
-    messages += encodedEnded(status);
+    messages += encodedEnded(static_cast<std::uint32_t>(status));
     return stream_.send(messages);
 }
 

@@ -3,8 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/ProtectedFolders.h"
+#include "privileged/helper/AdministratorTools.h"
 #include "privileged/protocol/MessageStream.h"
 
 namespace installer {
@@ -13,25 +12,22 @@ namespace installer {
 class HelperSession {
   public:
     HelperSession(int input, int output, InvokingUser user, ProtectedFolders folders)
-        : stream_(input, output), user_(std::move(user)), folders_(std::move(folders)) {}
+        : stream_(input, output), tools_(std::move(user), std::move(folders)) {}
 
     /// Gives the exit status of the process: 0 when the peer closed its end between two messages.
     /// A signal that ends the process does so between two requests, never within one.
     [[nodiscard]] int run();
 
   private:
-    /// The exit statuses of the tools.
-    enum ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
+    using ExitStatus = AdministratorTools::ExitStatus;
 
     /// False when the peer is gone.
     [[nodiscard]] bool serve(const ToolRequest& request);
-    [[nodiscard]] ExitStatus answer(const ToolRequest& request);
     void copied(std::uint64_t bytes);
     [[nodiscard]] bool sendEnded(ExitStatus status);
 
     MessageStream stream_;
-    InvokingUser user_;
-    ProtectedFolders folders_;
+    AdministratorTools tools_;
     std::uint64_t unreported_ = 0;
     std::chrono::steady_clock::time_point lastProgress_;
 };

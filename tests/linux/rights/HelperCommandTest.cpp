@@ -78,13 +78,6 @@ TEST(HelperCommandAdministratorWay, AnnouncesOnlyWhereSomebodyMayBeAsked) {
     EXPECT_FALSE(mayAsk(AdministratorWay::none));
 }
 
-TEST(HelperCommand, ForRootIsTheHelperWithAnEmptyEnvironment) {
-    const auto command = helperCommand(AdministratorWay::alreadyRoot, {}, at("/a b/helper"), "why");
-    EXPECT_EQ(command.path, "/a b/helper");
-    EXPECT_THAT(command.arguments, testing::IsEmpty());
-    EXPECT_EQ(command.environment, Environment::empty);
-}
-
 TEST(HelperCommand, ForPolkitNeverAsksByItself) {
     AdministratorMeans means = desktop();
     for (const bool hasTerminal : {false, true}) {
@@ -145,8 +138,6 @@ TEST(HelperCommand, ForSudoSaysInItsPromptWhoAsks) {
 
 TEST(HelperCommand, TellsTheHelperTheTargetVolumeAndTheHomeFolder) {
     const HelperPlace helper = {.path = "/helper", .volume = "/vol", .home = "/home/me"};
-    EXPECT_EQ(helperCommand(AdministratorWay::alreadyRoot, {}, helper, "why").arguments,
-              (std::vector<std::string>{"--volume", "/vol", "--home", "/home/me"}));
     EXPECT_EQ(helperCommand(AdministratorWay::sudoWithoutAsking, desktop(), helper, "").arguments,
               (std::vector<std::string>{"-n", "--", "/helper", "--started-by", "sudo", "--volume",
                                         "/vol", "--home", "/home/me"}));

@@ -1,6 +1,5 @@
-// The policy as a table of its own: what a user of the helper may ask for, written down here once
-// more. Each row is allowed; each way to get a row slightly wrong is refused, unless that is what
-// another row says.
+// Each row of the table is allowed; each way to get a row slightly wrong is refused, unless that is
+// what another row says.
 
 #include <algorithm>
 #include <set>
@@ -10,67 +9,25 @@
 #include <gtest/gtest.h>
 
 #include "privileged/helper/Policy.h"
+#include "tests/privileged/helper/PolicyRows.h"
 
 namespace installer::test {
 namespace {
 
-using Arguments = std::vector<std::string>;
-
-const std::string somePath = "/some/where";
-const std::string otherPath = "/other";
-
-struct Row {
-    const char* name;
-    std::string tool;
-    Arguments arguments;
-    Action action;
-    mode_t mode;
-};
-void PrintTo(const Row& row, std::ostream* out) {
-    *out << row.name;
-}
-
-const std::vector<Row>& table() {
-    static const std::string registration =
-        "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
-        "LaunchServices.framework/Versions/A/Support/lsregister";
-    static const std::vector<Row> rows = {
-        {"mkdir", "/bin/mkdir", {"-m775", "-p", somePath}, Action::makeFolders, 0775},
-        {"chown", "/usr/sbin/chown", {"-R", "nobody:admin", somePath}, Action::setOwner, 0},
-        {"rm", "/bin/rm", {"-fR", somePath}, Action::remove, 0},
-        {"cp", "/bin/cp", {"-R", otherPath, somePath}, Action::copy, 0},
-        {"chmodOfItems", "/bin/chmod", {"-R", "0775", somePath}, Action::setMode, 0775},
-        {"chmodOfTheIdentifier", "/bin/chmod", {"-R", "0664", somePath}, Action::setMode, 0664},
-        {"chmodOfTheLog", "/usr/sbin/chmod", {"-R", "0644", somePath}, Action::setMode, 0644},
-        {"touch", "/usr/bin/touch", {somePath}, Action::touch, 0},
-        {"xattr",
-         "/usr/bin/xattr",
-         {"-dr", "com.apple.quarantine", somePath},
-         Action::removeQuarantine,
-         0},
-        {"lsregister", registration, {"-apps"}, Action::refreshDesktopDatabase, 0},
-    };
-    return rows;
-}
-
-bool isPath(const std::string& argument) {
-    return argument == somePath || argument == otherPath;
-}
-
 /// The same but for which paths they are.
-bool isSame(const Arguments& one, const Arguments& other) {
+bool isSame(const ToolArguments& one, const ToolArguments& other) {
     return std::ranges::equal(one, other, [](const std::string& a, const std::string& b) {
         return isPath(a) ? isPath(b) : a == b;
     });
 }
 
-bool isRow(const std::string& tool, const Arguments& arguments) {
-    return std::ranges::any_of(table(), [&](const Row& row) {
+bool isRow(const std::string& tool, const ToolArguments& arguments) {
+    return std::ranges::any_of(policyRows(), [&](const PolicyRow& row) {
         return row.tool == tool && isSame(row.arguments, arguments);
     });
 }
 
-std::optional<Command> allowedRow(const std::string& tool, const Arguments& arguments) {
+std::optional<Command> allowedRow(const std::string& tool, const ToolArguments& arguments) {
     InvokingUser user(65534);
     return allowedCommand({tool, arguments}, user, ProtectedFolders());
 }
@@ -131,18 +88,20 @@ std::vector<std::string> brokenPaths() {
             "/" + std::string(60'000, 'a')};
 }
 
-class PolicyTable : public testing::TestWithParam<Row> {
+class PolicyTable : public testing::TestWithParam<PolicyRow> {
   protected:
     /// Refused, unless it is what the table says.
-    static void expectRefused(const std::string& tool, const Arguments& arguments) {
+    static void expectRefused(const std::string& tool, const ToolArguments& arguments) {
         EXPECT_EQ(allowedRow(tool, arguments).has_value(), isRow(tool, arguments))
             << tool << " " << testing::PrintToString(arguments);
     }
-    void expectRefused(const Arguments& arguments) { expectRefused(GetParam().tool, arguments); }
+    void expectRefused(const ToolArguments& arguments) {
+        expectRefused(GetParam().tool, arguments);
+    }
 };
 
 TEST_P(PolicyTable, AllowsTheRow) {
-    const Row& row = GetParam();
+    const PolicyRow& row = GetParam();
     const auto command = allowedRow(row.tool, row.arguments);
     ASSERT_TRUE(command);
     EXPECT_EQ(command->action, row.action);
@@ -156,12 +115,12 @@ TEST_P(PolicyTable, RefusesAnotherTool) {
     for (const std::string& tool : variations(GetParam().tool)) {
         expectRefused(tool, GetParam().arguments);
     }
-    for (const Row& other : table()) expectRefused(other.tool, GetParam().arguments);
+    for (const PolicyRow& other : policyRows()) expectRefused(other.tool, GetParam().arguments);
 }
 
 TEST_P(PolicyTable, RefusesARemovedArgument) {
     for (std::size_t index = 0; index < GetParam().arguments.size(); ++index) {
-        Arguments arguments = GetParam().arguments;
+        ToolArguments arguments = GetParam().arguments;
         arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(index));
         expectRefused(arguments);
     }
@@ -170,7 +129,7 @@ TEST_P(PolicyTable, RefusesARemovedArgument) {
 
 TEST_P(PolicyTable, RefusesADoubledArgument) {
     for (std::size_t index = 0; index < GetParam().arguments.size(); ++index) {
-        Arguments arguments = GetParam().arguments;
+        ToolArguments arguments = GetParam().arguments;
         const std::string doubled = arguments[index];
         arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(index), doubled);
         expectRefused(arguments);
@@ -180,18 +139,18 @@ TEST_P(PolicyTable, RefusesADoubledArgument) {
 TEST_P(PolicyTable, RefusesOneMoreArgumentAnywhere) {
     for (const std::string more : {"/third", "-v", "--", "", "0775", "-R", "nobody:admin"}) {
         for (std::size_t index = 0; index <= GetParam().arguments.size(); ++index) {
-            Arguments arguments = GetParam().arguments;
+            ToolArguments arguments = GetParam().arguments;
             arguments.insert(arguments.begin() + static_cast<std::ptrdiff_t>(index), more);
             expectRefused(arguments);
         }
     }
-    Arguments many = GetParam().arguments;
+    ToolArguments many = GetParam().arguments;
     many.resize(100'000, somePath);
     expectRefused(many);
 }
 
 TEST_P(PolicyTable, RefusesAnotherOrder) {
-    Arguments arguments = GetParam().arguments;
+    ToolArguments arguments = GetParam().arguments;
     std::ranges::sort(arguments);
     do {
         expectRefused(arguments);
@@ -202,7 +161,7 @@ TEST_P(PolicyTable, RefusesAVariationOfAFixedArgument) {
     for (std::size_t index = 0; index < GetParam().arguments.size(); ++index) {
         if (isPath(GetParam().arguments[index])) continue;
         for (const std::string& text : variations(GetParam().arguments[index])) {
-            Arguments arguments = GetParam().arguments;
+            ToolArguments arguments = GetParam().arguments;
             arguments[index] = text;
             expectRefused(arguments);
         }
@@ -210,10 +169,10 @@ TEST_P(PolicyTable, RefusesAVariationOfAFixedArgument) {
 }
 
 TEST_P(PolicyTable, RefusesTheArgumentOfAnotherRow) {
-    for (const Row& other : table()) {
+    for (const PolicyRow& other : policyRows()) {
         for (const std::string& text : other.arguments) {
             for (std::size_t index = 0; index < GetParam().arguments.size(); ++index) {
-                Arguments arguments = GetParam().arguments;
+                ToolArguments arguments = GetParam().arguments;
                 // Any text may stand where a path does, when it is one.
                 if (isPath(arguments[index]) && text.starts_with("/")) continue;
                 arguments[index] = text;
@@ -227,14 +186,14 @@ TEST_P(PolicyTable, RefusesABrokenPath) {
     for (std::size_t index = 0; index < GetParam().arguments.size(); ++index) {
         if (!isPath(GetParam().arguments[index])) continue;
         for (const std::string& path : brokenPaths()) {
-            Arguments arguments = GetParam().arguments;
+            ToolArguments arguments = GetParam().arguments;
             arguments[index] = path;
             expectRefused(arguments);
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, PolicyTable, testing::ValuesIn(table()),
+INSTANTIATE_TEST_SUITE_P(Rows, PolicyTable, testing::ValuesIn(policyRows()),
                          [](const auto& row) { return std::string(row.param.name); });
 
 /// Every mode that can be written, through each tool that takes one.

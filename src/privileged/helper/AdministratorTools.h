@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/ProtectedFolders.h"
+#include "privileged/protocol/Message.h"
+#include "privileged/trees/TreeCopy.h"
+
+namespace installer {
+
+/// Runs the tools of an installation in this process, which is root's: the helper's, or that of an
+/// installer that root has started. Nothing is done as root but through `run`.
+class AdministratorTools {
+  public:
+    /// The exit statuses of the tools.
+    enum class ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
+
+    AdministratorTools(InvokingUser user, ProtectedFolders folders)
+        : user_(std::move(user)), folders_(std::move(folders)) {}
+
+    /// Does what the tool would do, if the policy allows it. Refusals and failures are reported.
+    /// The caller holds signals if an action must not end in its middle.
+    [[nodiscard]] ExitStatus run(const ToolRequest& request, const CopyProgress& progress);
+
+  private:
+    InvokingUser user_;
+    ProtectedFolders folders_;
+};
+
+}  // namespace installer
