@@ -36,6 +36,12 @@ class CountTests(unittest.TestCase):
         self.assertEqual(counted(entry("lint.Rules", "A fault.", "Test Failed.")),
                          (0, 1, ["lint.Rules"]))
 
+    def test_a_test_that_is_judged_by_what_it_prints_counts(self):
+        self.assertEqual(counted(entry("Module.Shows", "one", "Test Pass Reason:\nFound")),
+                         (1, 0, []))
+        self.assertEqual(counted(entry("Module.Shows", "two", "Test Fail Reason:\nNot found")),
+                         (0, 1, ["Module.Shows"]))
+
     def test_failed_and_skipped_tests_are_named_with_their_program(self):
         output = ("[ RUN      ] Door.Opens\n[  FAILED  ] Door.Opens (1 ms)\n"
                   "[ RUN      ] Door.Shuts\n[  SKIPPED ] Door.Shuts (0 ms)\n"
