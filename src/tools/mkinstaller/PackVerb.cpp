@@ -24,6 +24,7 @@ struct PackOptions {
     std::string product;
     std::vector<std::string> formats = {"run"};
     std::string output = ".";
+    std::string maintainer;
 };
 
 /// What lint finds goes to standard error: standard output has the names of the files alone.
@@ -41,6 +42,8 @@ bool isFitToBePacked(const Product& product, const Kit& kit, SystemLog& log) {
 Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
               const std::string& folder) {
     if (format == "run") return packRunFile(source, kit, folder);
+    if (format == "deb") return packDebPackage(source, folder);
+    if (format == "rpm") return packRpmPackage(source, folder);
     return packTarFile(source, folder);
 }
 
@@ -71,12 +74,13 @@ ExitStatus pack(const PackOptions& options, const Kit& kit) {
         std::cerr << "mkinstaller: nothing was packed; repair the errors first\n";
         return ExitStatus::errorsFound;
     }
-    const auto source = PackSource::make(*product, kit, log);
+    auto source = PackSource::make(*product, kit, log);
     if (!source) {
         std::cerr << "mkinstaller: the bundle could not be put together: "
                   << source.error().message() << '\n';
         return ExitStatus::errorsFound;
     }
+    if (!options.maintainer.empty()) source.value().maintainer = options.maintainer;
     return packAll(options, source.value(), kit);
 }
 
@@ -87,14 +91,18 @@ void addPackVerb(const CommandLine& line) {
     const auto options = std::make_shared<PackOptions>();
     verb->add_option("PRODUCT", options->product, "The folder that \"new\" made, or a bundle")
         ->required();
-    verb->add_option("--format", options->formats, "Which files: run, tar")
+    verb->add_option("--format", options->formats, "Which files: run, tar, deb, rpm")
         ->type_name("FORMAT,...")
         ->delimiter(',')
-        ->check(CLI::IsMember({"run", "tar"}))
+        ->check(CLI::IsMember({"run", "tar", "deb", "rpm"}))
         ->default_str("run");
     verb->add_option("--output", options->output, "Where to put the files")
         ->type_name("DIR")
         ->capture_default_str();
+    verb->add_option("--maintainer", options->maintainer,
+                     "Who answers for a package: NAME <ADDRESS>; by default the company, at the "
+                     "identifier's domain")
+        ->type_name("WHO");
     verb->callback([options, &chosen = line.chosen] {
         chosen = [options](const Kit& kit) { return pack(*options, kit); };
     });

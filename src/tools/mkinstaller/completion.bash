@@ -6,17 +6,17 @@ _mkinstaller() {
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
         words="new lint build pack help --help --version"
-    elif [ "$previous" = --output ]; then
+    elif [ "$previous" = --output ] || [ "$previous" = --maintainer ]; then
         words=
     elif [ "$previous" = --format ]; then
-        mapfile -t COMPREPLY < <(compgen -W "run tar" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "run tar deb rpm" -- "$word")
         return
     else
         case $verb in
             new) words="--company --product --id --website --languages --help" ;;
             lint) words="--json --strict --help" ;;
             build) words="--output --help" ;;
-            pack) words="--format --output --help" ;;
+            pack) words="--format --output --maintainer --help" ;;
             help) words="new lint build pack help" ;;
         esac
     fi

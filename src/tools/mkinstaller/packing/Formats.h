@@ -22,5 +22,8 @@ struct Packed {
                                  const std::string& folder);
 /// The bundle, compressed, with modes.
 [[nodiscard]] Packed packTarFile(const PackSource& source, const std::string& folder);
+/// Packages of distributions, which put the bundle below /usr/lib and install nothing into hosts.
+[[nodiscard]] Packed packDebPackage(const PackSource& source, const std::string& folder);
+[[nodiscard]] Packed packRpmPackage(const PackSource& source, const std::string& folder);
 
 }  // namespace installer

@@ -14,6 +14,7 @@
 #include "foundation/text/Text.h"
 #include "tools/mkinstaller/lint/basis/PropertyListFile.h"
 #include "tools/mkinstaller/making/BundleAssembly.h"
+#include "tools/mkinstaller/sources/Identifiers.h"
 #include "tools/mkinstaller/sources/NameRules.h"
 
 namespace installer {
@@ -79,6 +80,7 @@ Result<PackSource> PackSource::make(const Product& product, const Kit& kit, Syst
     source.product = product.name("product_name");
     source.identifier = information.text("CFBundleIdentifier").value_or("");
     source.version = information.text("CFBundleShortVersionString").value_or("");
+    source.maintainer = source.company + " <packages@" + domainOf(source.identifier) + ">";
     source.time = timeOfEnvironment().value_or(youngestFile(bundle.value()));
     return source;
 }
@@ -93,6 +95,7 @@ PackSource::PackSource(PackSource&& other) noexcept
       product(std::move(other.product)),
       identifier(std::move(other.identifier)),
       version(std::move(other.version)),
+      maintainer(std::move(other.maintainer)),
       time(other.time),
       folder_(std::exchange(other.folder_, {})) {}
 
@@ -110,10 +113,18 @@ std::string PackSource::fileTitle() const {
     return replacingAll(title(), " ", "-");
 }
 
-std::string PackSource::packageName() const {
-    const std::string name = slugOf(title());
-    const bool isName = name.size() > 1 && name.find_first_not_of("0123456789-") != name.npos;
-    return isName ? name : slugOf(identifier);
+std::string PackSource::companySlug() const {
+    const std::string slug = slugOf(company);
+    return slug.empty() ? slugOf(domainOf(identifier)) : slug;
+}
+
+std::string PackSource::productSlug() const {
+    const std::string slug = slugOf(product);
+    return slug.empty() ? slugOf(identifier.substr(identifier.rfind('.') + 1)) : slug;
+}
+
+std::string PackSource::homepage() const {
+    return "https://" + domainOf(identifier) + "/";
 }
 
 }  // namespace installer

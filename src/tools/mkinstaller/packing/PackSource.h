@@ -30,6 +30,8 @@ class PackSource {
     std::string product;
     std::string identifier;
     std::string version;
+    /// Who answers for a distribution's package, as "NAME <ADDRESS>".
+    std::string maintainer;
     /// The time of everything in the file that is younger: SOURCE_DATE_EPOCH, else that of the
     /// product's youngest file. In seconds since 1970.
     std::int64_t time = 0;
@@ -44,9 +46,13 @@ class PackSource {
     [[nodiscard]] std::string title() const { return company + " " + product; }
     /// The title as part of a file's name: no blanks.
     [[nodiscard]] std::string fileTitle() const;
-    /// The name of a package in a distribution: small letters, digits and hyphens. Made from the
-    /// identifier when the title has none of them.
-    [[nodiscard]] std::string packageName() const;
+    // Names for distributions: small letters, digits and hyphens. Made from the identifier when the
+    // product's own names have none of them.
+    [[nodiscard]] std::string companySlug() const;
+    [[nodiscard]] std::string productSlug() const;
+    [[nodiscard]] std::string packageName() const { return companySlug() + "-" + productSlug(); }
+    /// The address of the identifier's domain.
+    [[nodiscard]] std::string homepage() const;
 
   private:
     PackSource() = default;

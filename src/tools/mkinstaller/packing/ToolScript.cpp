@@ -8,6 +8,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "privileged/system/Spawn.h"
+#include "tools/mkinstaller/sources/Folders.h"
 
 namespace installer {
 
@@ -17,6 +18,10 @@ bool hasProgram(const std::string& name) {
         if (!folder.empty() && ::access(joinPath(folder, name).c_str(), X_OK) == 0) return true;
     }
     return false;
+}
+
+std::string firstLineOf(const std::string& path) {
+    return split(contentsOf(path).value_or(""), '\n').front();
 }
 
 std::optional<std::string> runScript(const ToolScript& script) {

@@ -19,6 +19,9 @@ struct ToolScript {
 /// maker: which program is missing, or that the script failed.
 [[nodiscard]] std::optional<std::string> runScript(const ToolScript& script);
 
+/// What a script left in a file for its caller; empty if there is nothing.
+[[nodiscard]] std::string firstLineOf(const std::string& path);
+
 /// Whether a program of that name is in PATH.
 [[nodiscard]] bool hasProgram(const std::string& name);
 
