@@ -55,6 +55,7 @@ class FakeAuthorizations::Fake : public Authorization {
         owner_.obtainedFlags.push_back(flags);
         return owner_.obtainable;
     }
+    AuthorizationTrouble trouble() const override { return owner_.trouble; }
 
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
