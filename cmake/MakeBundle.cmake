@@ -1,9 +1,9 @@
-# cmake -DBUNDLE=... -DRESOURCES=... -DPAYLOAD=... -DINSTALLER=... -DHELPER=... -DWINDOW_MODULE=...
+# cmake -DBUNDLE=... -DRESOURCES=... -DPAYLOAD=... -DINSTALLER=... -DHELPER=... -DINSTALLERCTL=... -DWINDOW_MODULE=...
 #     -P MakeBundle.cmake
 #
 # Fills a folder beside the bundle and swaps it in when it is complete, so a failed copy leaves the
 # bundle of the last build. Modes and times are kept, and symbolic links stay links.
-foreach(argument IN ITEMS BUNDLE RESOURCES PAYLOAD INSTALLER HELPER WINDOW_MODULE)
+foreach(argument IN ITEMS BUNDLE RESOURCES PAYLOAD INSTALLER HELPER INSTALLERCTL WINDOW_MODULE)
     if(NOT DEFINED ${argument})
         message(FATAL_ERROR "MakeBundle.cmake needs -D${argument}=...")
     endif()
@@ -26,7 +26,7 @@ if(EXISTS "${PAYLOAD}/SharedSupport")
 endif()
 
 set(executable OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-file(COPY "${INSTALLER}" "${HELPER}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
+file(COPY "${INSTALLER}" "${HELPER}" "${INSTALLERCTL}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
 file(COPY "${WINDOW_MODULE}" DESTINATION "${contents}/Frameworks" FILE_PERMISSIONS ${executable})
 include("${CMAKE_CURRENT_LIST_DIR}/CarriedLibraries.cmake")
 carry_libraries("${contents}" "${INSTALLER}")

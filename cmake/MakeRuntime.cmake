@@ -1,9 +1,9 @@
-# cmake -DRUNTIME=... -DRESOURCES=... -DEXPLANATIONS=... -DRUN_HEAD=...
-#     -DINSTALLER=... -DHELPER=... -DWINDOW_MODULE=... -P MakeRuntime.cmake
+# cmake -DRUNTIME=... -DRESOURCES=... -DEXPLANATIONS=... -DRUN_HEAD=... -DINSTALLER=...
+#     -DHELPER=... -DINSTALLERCTL=... -DWINDOW_MODULE=... -P MakeRuntime.cmake
 #
 # Gathers what mkinstaller puts into every bundle, and the texts that a new product begins with.
 # Fills a folder beside the old one and swaps it in, as the bundle is made.
-foreach(argument IN ITEMS RUNTIME RESOURCES EXPLANATIONS RUN_HEAD INSTALLER HELPER WINDOW_MODULE)
+foreach(argument IN ITEMS RUNTIME RESOURCES EXPLANATIONS RUN_HEAD INSTALLER HELPER INSTALLERCTL WINDOW_MODULE)
     if(NOT DEFINED ${argument})
         message(FATAL_ERROR "MakeRuntime.cmake needs -D${argument}=...")
     endif()
@@ -14,7 +14,7 @@ set(contents "${fresh}/Contents")
 file(REMOVE_RECURSE "${fresh}")
 
 set(executable OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-file(COPY "${INSTALLER}" "${HELPER}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
+file(COPY "${INSTALLER}" "${HELPER}" "${INSTALLERCTL}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
 file(COPY "${WINDOW_MODULE}" DESTINATION "${contents}/Frameworks" FILE_PERMISSIONS ${executable})
 include("${CMAKE_CURRENT_LIST_DIR}/CarriedLibraries.cmake")
 carry_libraries("${contents}" "${INSTALLER}")

@@ -48,6 +48,7 @@ HostDiscovery::HostDiscovery(Platform& platform) : platform_(platform) {
 
 std::vector<HostModel> HostDiscovery::discoverHosts() {
     hosts_.clear();
+    unlisted_.clear();
     const std::string preferences = NSUserPreferencesDirectory(platform_).value_or("");
     const std::optional<std::string> support = ApplicationSupportDirectory(platform_);
     const std::string adobeFolder = support ? joinPath(*support, "Adobe") : "";
@@ -69,7 +70,14 @@ void HostDiscovery::addHostOfPathsFile(const std::string& path) {
     platform_.log.log(formatted("Found path file %@", {path}));
     PhotoshopHostModel host = PhotoshopHostModel::initWithPathsFilePath(platform_, path);
     // No Elements release is listed, old or new; an uninstalled host is, and is not offered.
-    if (host.isElements() || !host.hostIsAtLeastVersionCS(firstListedVersion)) return;
+    if (host.isElements()) {
+        unlisted_.push_back({host.hostName(), UnlistedHost::Reason::elements});
+        return;
+    }
+    if (!host.hostIsAtLeastVersionCS(firstListedVersion)) {
+        unlisted_.push_back({host.hostName(), UnlistedHost::Reason::unknownRelease});
+        return;
+    }
     hosts_.emplace_back(std::move(host));
 }
 

@@ -9,6 +9,16 @@ namespace installer {
 
 struct Platform;
 
+/// Something of a Photoshop that the search has found and does not list.
+struct UnlistedHost {
+    enum class Reason {
+        elements,        ///< no release of Elements is listed
+        unknownRelease,  ///< its name says neither CS6 nor CC
+    };
+    std::string name;
+    Reason reason = Reason::unknownRelease;
+};
+
 /// The search of a machine for hosts. Only Photoshop releases are found, Elements excepted; the
 /// other kinds are never made here. The platform outlives this object.
 class HostDiscovery {
@@ -23,12 +33,17 @@ class HostDiscovery {
     /// Blocks for up to one and a half seconds for each paths file that cannot be opened.
     [[nodiscard]] std::vector<HostModel> discoverHosts();
 
+    /// What the last search has found and not listed, by its paths file. A settings file of an
+    /// older release says nothing and is passed over.
+    [[nodiscard]] const std::vector<UnlistedHost>& unlistedHosts() const { return unlisted_; }
+
   private:
     void addHostOfPathsFile(const std::string& path);
     void addHostOfSettingsFile(const std::string& name);
 
     Platform& platform_;
     std::vector<HostModel> hosts_;
+    std::vector<UnlistedHost> unlisted_;
 };
 
 }  // namespace installer

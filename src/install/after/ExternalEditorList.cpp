@@ -39,7 +39,29 @@ const PhotoshopHostModel* newestPhotoshop(const std::vector<HostModel>& hosts) {
     return newest;
 }
 
+std::string photoshopRow(const Platform& platform, const std::vector<HostModel>& hosts) {
+    const PhotoshopHostModel* host = newestPhotoshop(hosts);
+    if (host == nullptr) return "";
+    const std::string application =
+        joinPath(host->appPath(), lastPathComponent(host->appPath()) + ".app");
+    return row(platform.searchPaths.asSeenOnTargetVolume(application), host->hostName(),
+               photoshopKind);
+}
+
+std::string siblingRow(const Platform& platform, const std::string& path, const std::string& name) {
+    if (!platform.files.exists(platform.searchPaths.onTargetVolume(path))) return "";
+    return row(path, name, siblingKind);
+}
+
 }  // namespace
+
+std::string externalEditorRows(Platform& platform, const std::vector<HostModel>& foundHosts) {
+    std::string rows = photoshopRow(platform, foundHosts);
+    for (const auto& [name, application] : siblingProducts) {
+        rows += siblingRow(platform, application, name);
+    }
+    return rows;
+}
 
 void ExternalEditorList::configurePrismorExternalEditors(const std::vector<HostModel>& foundHosts) {
     FileManager& files = platform_.files;
@@ -51,25 +73,10 @@ void ExternalEditorList::configurePrismorExternalEditors(const std::vector<HostM
     folders_.ensureDirExists(folder);
     if (run_.authDenied) return;
 
-    std::string rows = photoshopRow(foundHosts);
-    for (const auto& [name, application] : siblingProducts) rows += siblingRow(application, name);
+    const std::string rows = externalEditorRows(platform_, foundHosts);
     if (rows.empty()) return;
     static_cast<void>(files.createFile(file, rows));
     run_.installedPaths.push_back(file);
-}
-
-std::string ExternalEditorList::photoshopRow(const std::vector<HostModel>& hosts) const {
-    const PhotoshopHostModel* host = newestPhotoshop(hosts);
-    if (host == nullptr) return "";
-    const std::string application =
-        joinPath(host->appPath(), lastPathComponent(host->appPath()) + ".app");
-    return row(platform_.searchPaths.asSeenOnTargetVolume(application), host->hostName(),
-               photoshopKind);
-}
-
-std::string ExternalEditorList::siblingRow(const std::string& path, const std::string& name) const {
-    if (!platform_.files.exists(platform_.searchPaths.onTargetVolume(path))) return "";
-    return row(path, name, siblingKind);
 }
 
 }  // namespace installer

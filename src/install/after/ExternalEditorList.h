@@ -10,6 +10,10 @@ class HostModel;
 struct InstallRun;
 struct Platform;
 
+/// The rows of the list for these hosts, on this disk; empty if there is nothing to list.
+[[nodiscard]] std::string externalEditorRows(Platform& platform,
+                                             const std::vector<HostModel>& foundHosts);
+
 /// The list of external editors of the maker's photo editor Prismor X. It has one row for the
 /// newest Photoshop of the given hosts, and one for each of two sibling products if it is
 /// installed. A quiet run gives no hosts; a window gives the found ones, but nothing enables its
@@ -24,9 +28,6 @@ class ExternalEditorList {
     void configurePrismorExternalEditors(const std::vector<HostModel>& foundHosts);
 
   private:
-    [[nodiscard]] std::string photoshopRow(const std::vector<HostModel>& hosts) const;
-    [[nodiscard]] std::string siblingRow(const std::string& path, const std::string& name) const;
-
     Platform& platform_;
     InstallRun& run_;
     DestinationFolders& folders_;

@@ -49,11 +49,21 @@ void DiskMirror::installFiles(std::span<const PlannedItem> items) {
 void DiskMirror::installPackage(const PlannedItem& package) {
     const std::string& destination = package.destination;
     installer_.install({&package, 1});
-    if (const auto status = platform_.applications.registerApplication(destination)) {
-        platform_.log.log(
-            formatted("LSRegisterURL returned %@ for %@", {std::to_string(status), destination}));
-    }
+    registerApplication(destination);
     commands_.removeQuarantine(destination);
+}
+
+void DiskMirror::registerApplications(std::span<const PlannedItem> items) {
+    for (const PlannedItem& item : items) {
+        if (item.rule == InstallRule::mirrorPackage) registerApplication(item.destination);
+    }
+}
+
+void DiskMirror::registerApplication(const std::string& path) {
+    if (const auto status = platform_.applications.registerApplication(path)) {
+        platform_.log.log(
+            formatted("LSRegisterURL returned %@ for %@", {std::to_string(status), path}));
+    }
 }
 
 }  // namespace installer

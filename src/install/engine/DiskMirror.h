@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 namespace installer {
 
@@ -19,11 +20,15 @@ class DiskMirror {
     /// a refusal: the application database and the quarantine are then seen to all the same.
     void installFiles(std::span<const PlannedItem> items);
 
-    /// The same on its own: reads the mirror first.
+    /// Puts the applications among the mirror items, which are installed, into the user's menus.
+    void registerApplications(std::span<const PlannedItem> items);
+
+    /// Installs all that the mirror has: reads it first.
     void installFiles();
 
   private:
     void installPackage(const PlannedItem& package);
+    void registerApplication(const std::string& path);
 
     Platform& platform_;
     PrivilegedCommands& commands_;

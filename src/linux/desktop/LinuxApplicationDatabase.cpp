@@ -105,28 +105,39 @@ LinuxApplicationDatabase::LinuxApplicationDatabase(const LinuxSearchPaths& searc
       log_(log) {}
 
 std::int32_t LinuxApplicationDatabase::registerApplication(const std::string& path) {
-    if (!folder_) return 0;
-    const auto bundle = bundles_.open(path);
-    if (!bundle || !callsItselfApplication(*bundle, path)) return 0;
-    const auto executable = executableOf(*bundle, path);
-    if (!executable) return 0;
-
-    const auto error = write(nameOf(*bundle, path), *executable, *bundle);
+    const auto registration = registrationOf(path);
+    if (!registration) return 0;
+    const auto error = write(*registration);
     if (error) log_.log("Could not register the application " + path + ": " + error.message());
     return error.value();
 }
 
-std::error_code LinuxApplicationDatabase::write(const std::string& name,
-                                                const std::string& executable,
-                                                const Bundle& bundle) const {
-    const auto text = desktopEntryText({name, executable, iconOf(bundle)});
-    if (!text) return {EINVAL, std::system_category()};
-    const auto identifier = bundle.informationValue("CFBundleIdentifier");
+std::optional<std::string> LinuxApplicationDatabase::entryOf(const std::string& path) const {
+    auto registration = registrationOf(path);
+    if (!registration || !registration->text) return std::nullopt;
+    return std::move(registration->path);
+}
+
+std::optional<LinuxApplicationDatabase::Registration> LinuxApplicationDatabase::registrationOf(
+    const std::string& path) const {
+    if (!folder_) return std::nullopt;
+    const auto bundle = bundles_.open(path);
+    if (!bundle || !callsItselfApplication(*bundle, path)) return std::nullopt;
+    const auto executable = executableOf(*bundle, path);
+    if (!executable) return std::nullopt;
+    const std::string name = nameOf(*bundle, path);
+    const auto identifier = bundle->informationValue("CFBundleIdentifier");
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
-    const std::string path = joinPath(folder_.value_or(""), file);
-    if (!mayReplace(path)) return {EEXIST, std::system_category()};
-    return files_.replace(path, *text, UserFiles::Durability::whenConvenient);
+    return Registration{joinPath(*folder_, file),
+                        desktopEntryText({name, *executable, iconOf(*bundle)})};
+}
+
+std::error_code LinuxApplicationDatabase::write(const Registration& registration) const {
+    if (!registration.text) return {EINVAL, std::system_category()};
+    if (!mayReplace(registration.path)) return {EEXIST, std::system_category()};
+    return files_.replace(registration.path, *registration.text,
+                          UserFiles::Durability::whenConvenient);
 }
 
 }  // namespace installer

@@ -28,9 +28,17 @@ class LinuxApplicationDatabase final : public ApplicationDatabase {
     /// be written into one.
     [[nodiscard]] std::int32_t registerApplication(const std::string& path) override;
 
+    /// The path of the entry that registering the application makes; nullopt if it makes none.
+    [[nodiscard]] std::optional<std::string> entryOf(const std::string& path) const;
+
   private:
-    [[nodiscard]] std::error_code write(const std::string& name, const std::string& executable,
-                                        const Bundle& bundle) const;
+    /// What registering an application comes to.
+    struct Registration {
+        std::string path;                 ///< of the entry
+        std::optional<std::string> text;  ///< nullopt if it cannot be written
+    };
+    [[nodiscard]] std::optional<Registration> registrationOf(const std::string& path) const;
+    [[nodiscard]] std::error_code write(const Registration& registration) const;
 
     std::optional<std::string> folder_;
     UserFiles files_;

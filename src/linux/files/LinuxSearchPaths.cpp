@@ -79,6 +79,20 @@ Result<LinuxSearchPaths> LinuxSearchPaths::fromEnvironment(const Environment& en
     return LinuxSearchPaths(std::move(values));
 }
 
+Result<LinuxSearchPaths> LinuxSearchPaths::forHomeOf(const UserAccount& user,
+                                                     const Environment& environment) {
+    const auto withThatHome = [&](const std::string& name) -> std::optional<std::string> {
+        if (name == "XDG_DATA_HOME") return std::nullopt;
+        return name == "HOME" ? user.home : environment(name);
+    };
+    auto paths = fromEnvironment(withThatHome);
+    if (!paths) return paths.error();
+    Values values = paths.value().values_;
+    values.home = absolutePath(user.home);
+    values.homeName = user.name;
+    return LinuxSearchPaths(std::move(values));
+}
+
 std::string LinuxSearchPaths::localApplicationSupportFolder() const {
     return onTargetVolume("/Library/Application Support");
 }
@@ -119,12 +133,12 @@ std::string LinuxSearchPaths::asSeenOnTargetVolume(const std::string& path) cons
 bool LinuxSearchPaths::isProtected(const std::string& path) const {
     // Those on the running system too: a folder that the user picks may lie there.
     std::vector<std::string> homes = values_.ownHomes;
-    if (values_.targetVolume) homes.push_back(joinPath("/Users", values_.loginName));
+    if (values_.targetVolume) homes.push_back(joinPath("/Users", homeName()));
     return isInSystemFolder(asSeenOnTargetVolume(path), homes);
 }
 
 std::optional<std::string> LinuxSearchPaths::homeFolder() const {
-    if (values_.targetVolume) return onTargetVolume(joinPath("/Users", values_.loginName));
+    if (values_.targetVolume) return onTargetVolume(joinPath("/Users", homeName()));
     return values_.home;
 }
 

@@ -10,6 +10,8 @@
 
 namespace installer {
 
+struct UserAccount;
+
 /// Names the folder where the target volume is mounted.
 inline constexpr const char* targetVolumeVariable = "INSTALLER_TARGET_VOLUME";
 
@@ -22,6 +24,7 @@ class LinuxSearchPaths final : public SearchPaths {
         std::vector<std::string> ownHomes;    ///< what lies below them is never protected
         std::optional<std::string> dataHome;  ///< absolute; where it is not `~/.local/share`
         std::string loginName;
+        std::string homeName;  ///< whose home it is, where that is not `loginName`
         std::optional<std::string> targetVolume;  ///< absolute
         std::vector<std::string> languages;
     };
@@ -34,6 +37,11 @@ class LinuxSearchPaths final : public SearchPaths {
     /// system knows. A relative target volume is one below the working directory of now, an empty
     /// one counts as none. An error when the volume is missing or no folder.
     [[nodiscard]] static Result<LinuxSearchPaths> fromEnvironment(const Environment& environment);
+
+    /// The same for an effective user who acts for the owner of another home: the folders are that
+    /// user's, the login name is not.
+    [[nodiscard]] static Result<LinuxSearchPaths> forHomeOf(const UserAccount& user,
+                                                            const Environment& environment);
 
     [[nodiscard]] std::string localApplicationSupportFolder() const override;
     [[nodiscard]] std::string localApplicationsFolder() const override;
@@ -56,6 +64,9 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::optional<std::string> userApplicationsFolder() const;
 
   private:
+    [[nodiscard]] const std::string& homeName() const {
+        return values_.homeName.empty() ? values_.loginName : values_.homeName;
+    }
     [[nodiscard]] std::optional<std::string> belowHome(const std::string& path) const;
 
     Values values_;

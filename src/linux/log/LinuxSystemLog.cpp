@@ -72,15 +72,15 @@ void writeToStandardError(std::string_view line) {
 
 }  // namespace
 
-LinuxSystemLog::LinuxSystemLog(std::string programName, std::string daemonSocket)
-    : programName_(std::move(programName)), daemonSocket_(std::move(daemonSocket)) {
+LinuxSystemLog::LinuxSystemLog(std::string programName, std::string daemonSocket, Echo echo)
+    : programName_(std::move(programName)), daemonSocket_(std::move(daemonSocket)), echo_(echo) {
     connectToDaemon();
 }
 
 void LinuxSystemLog::log(std::string_view line) {
     if (line.ends_with('\n')) line.remove_suffix(1);
     const std::string text = visibleText(line);
-    writeToStandardError(text + "\n");
+    if (echo_ == Echo::onStandardError) writeToStandardError(text + "\n");
     sendToDaemon(text);
 }
 

@@ -15,7 +15,11 @@ namespace installer {
 /// skipped: the whole program ignores SIGPIPE (see `prepareProcess`).
 class LinuxSystemLog final : public SystemLog {
   public:
-    explicit LinuxSystemLog(std::string programName, std::string daemonSocket = "/dev/log");
+    /// Whether each line also goes to standard error.
+    enum class Echo { onStandardError, none };
+
+    explicit LinuxSystemLog(std::string programName, std::string daemonSocket = "/dev/log",
+                            Echo echo = Echo::onStandardError);
 
     void log(std::string_view line) override;
 
@@ -25,6 +29,7 @@ class LinuxSystemLog final : public SystemLog {
 
     std::string programName_;
     std::string daemonSocket_;
+    Echo echo_;
     FileDescriptor daemon_;
 };
 

@@ -78,11 +78,7 @@ void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) 
 
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
-    setInstallComplete(false);
-    setInProgress(true);
-    beginRun(hosts);
-    if (!obtainAuthorization()) return;
-
+    if (!beginRun(hosts)) return;
     const InstallPlan plan = makePlan(hosts);
     logPayloadWarnings(plan, platform_.log);
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
@@ -90,19 +86,31 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     cleanManifests();
     runLsregister();
     installHosts(plan);
-    reportRefusedItems(plan);
-    logInstalledPaths();
-    const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
-    if (progress_ && isComplete) progress_->complete();
+    endRun(plan);
 }
 
-void InstallFilesController::beginRun(const std::vector<HostModel>& hosts) {
+void InstallFilesController::installForFurtherUser(const std::vector<HostModel>& hosts,
+                                                   std::vector<std::string> installedBefore) {
+    if (!beginRun(hosts)) return;
+    run_.installedPaths = std::move(installedBefore);
+    const InstallPlan plan = makePlan(hosts);
+    DiskMirror(platform_, commands_, installer_).registerApplications(plan.mirrorItems());
+    cleanManifests();
+    installHosts(plan);
+    endRun(plan);
+}
+
+/// Whether the run can go on.
+bool InstallFilesController::beginRun(const std::vector<HostModel>& hosts) {
+    setInstallComplete(false);
+    setInProgress(true);
     run_.begin();
     logIsWritten_ = false;
     authorizationFailed_ = false;
     trouble_ = AuthorizationTrouble::none;
     suppliedHosts_.clear();
     leftOutHosts_ = hosts;
+    return obtainAuthorization();
 }
 
 void InstallFilesController::installHosts(const InstallPlan& plan) {
@@ -113,6 +121,13 @@ void InstallFilesController::installHosts(const InstallPlan& plan) {
         HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
         if (run_.installedPaths.size() > before) suppliedHosts_.push_back(plan.hosts[host]);
     }
+}
+
+void InstallFilesController::endRun(const InstallPlan& plan) {
+    reportRefusedItems(plan);
+    logInstalledPaths();
+    const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
+    if (progress_ && isComplete) progress_->complete();
 }
 
 /// Last, since an item that was not installed keeps the later hosts from being installed into.

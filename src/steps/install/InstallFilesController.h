@@ -85,6 +85,12 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     /// `copyInProgress` true and the authorization in place: the step ends both.
     void install(const std::vector<HostModel>& hosts, bool shouldConfigurePrismorExternalEditors);
 
+    /// The part of such a run that is another user's own, after a run for a first user has
+    /// installed the items of the machine: those applications in this user's menus, this user's
+    /// manifests and hosts. The installer log then lists `installedBefore`, too.
+    void installForFurtherUser(const std::vector<HostModel>& hosts,
+                               std::vector<std::string> installedBefore);
+
     /// Announces the change, and turns the event loop once so that the buttons show it.
     void setInProgress(bool inProgress);
     void setInstallComplete(bool complete) { installComplete_ = complete; }
@@ -121,8 +127,9 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
 
   private:
     [[nodiscard]] bool obtainAuthorization();
-    void beginRun(const std::vector<HostModel>& hosts);
+    [[nodiscard]] bool beginRun(const std::vector<HostModel>& hosts);
     void installHosts(const InstallPlan& plan);
+    void endRun(const InstallPlan& plan);
     void reportRefusedItems(const InstallPlan& plan);
     [[nodiscard]] InstallPlan makePlan(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);

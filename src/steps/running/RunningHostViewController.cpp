@@ -25,14 +25,14 @@ namespace {
 
 constexpr const char* photoshop = "Photoshop";
 
+}  // namespace
+
 bool isApplicationOfHost(const std::string& application, const std::string& word) {
     if (!contains(application, word)) return false;
     // Deliberate: an application named "Adobe Photoshop CC 2018" does not count.
     if (word == photoshop) return application.starts_with(photoshop);
     return !contains(application, "Installer");
 }
-
-}  // namespace
 
 RunningHostViewController::RunningHostViewController(WindowPlatform& platform)
     : platform_(platform) {}

@@ -13,6 +13,11 @@ class HostModel;
 class RunningHostViewModel;
 struct WindowPlatform;
 
+/// Whether the application of that name is meant by the word; case-sensitive. The word "Photoshop"
+/// must begin the name. For any other word, a name that contains "Installer" does not count.
+/// Nothing is meant by the empty word.
+[[nodiscard]] bool isApplicationOfHost(const std::string& application, const std::string& word);
+
 /// The step before the installation: waits while a selected host, or an application of the payload,
 /// is running. Goes to the next step by itself if none is. Main thread only.
 class RunningHostViewController : public StepController {
@@ -35,9 +40,7 @@ class RunningHostViewController : public StepController {
 
     /// The word that the name of the host's running application contains.
     [[nodiscard]] static std::string hostAppSearchString(const HostModel& host);
-    /// Whether an application runs whose name contains the word; case-sensitive. The word
-    /// "Photoshop" must begin the name. For any other word, a name that contains "Installer" does
-    /// not count. False for the empty word.
+    /// Whether an application runs that the word means (`isApplicationOfHost`).
     [[nodiscard]] bool isHostRunning(const std::string& word) const;
     /// Whether a selected host is running, or an application that the payload has for
     /// /Applications. The model's texts then name the first such application.

@@ -1,10 +1,8 @@
 #include "tools/mkinstaller/FindingOutput.h"
 
-#include <cstdlib>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "foundation/values/VisibleText.h"
 
@@ -27,14 +25,6 @@ std::string colored(std::string_view text, std::string_view color, Colors colors
 }
 
 }  // namespace
-
-Colors colorsOfStandardOutput() {
-    const char* noColor = std::getenv("NO_COLOR");
-    const char* terminal = std::getenv("TERM");
-    const bool isWanted = noColor == nullptr || *noColor == '\0';
-    const bool isAble = terminal != nullptr && std::string_view(terminal) != "dumb";
-    return isWanted && isAble && ::isatty(STDOUT_FILENO) == 1 ? Colors::terminal : Colors::none;
-}
 
 std::string lineOf(const Finding& finding, Strictness strictness, Colors colors) {
     const Severity severity = severityOf(finding, strictness);

@@ -4,13 +4,9 @@
 #include <vector>
 
 #include "tools/mkinstaller/lint/basis/Findings.h"
+#include "tools/terminal/Colors.h"
 
 namespace installer {
-
-enum class Colors { none, terminal };
-
-/// Colours are for a terminal that shows them, and for people who have not set NO_COLOR.
-[[nodiscard]] Colors colorsOfStandardOutput();
 
 /// `FILE:LINE: error M014: what is wrong; how to repair it`, without a line end. Control characters
 /// in names of files are made visible.

@@ -244,5 +244,25 @@ TEST(LinuxSearchPathsFromEnvironment, ATargetVolumeThatIsNoFolderIsAnError) {
     EXPECT_EQ(errorFor(disk.at("file/below")), std::errc::not_a_directory);
 }
 
+TEST(LinuxSearchPathsForHomeOf, TheFoldersAreThatUsersAndTheLoginNameIsNot) {
+    const auto paths = LinuxSearchPaths::forHomeOf(
+        {4711, "ann", "/home/ann"},
+        environmentOf({{"HOME", "/root"}, {"XDG_DATA_HOME", "/root/data"}}));
+    ASSERT_TRUE(paths);
+    EXPECT_EQ(paths.value().homeFolder(), "/home/ann");
+    EXPECT_EQ(paths.value().userApplicationsFolder(), "/home/ann/.local/share/applications");
+    EXPECT_EQ(paths.value().loginName(), systemsLoginName());
+}
+
+TEST(LinuxSearchPathsForHomeOf, OnATargetVolumeTheHomeIsThatUsersFolder) {
+    const ScratchFolder volume;
+    const auto paths = LinuxSearchPaths::forHomeOf(
+        {4711, "ann", ""}, environmentOf({{targetVolumeVariable, volume.path()}}));
+    ASSERT_TRUE(paths);
+    EXPECT_EQ(paths.value().homeFolder(), volume.path() + "/Users/ann");
+    EXPECT_FALSE(paths.value().isProtected(volume.path() + "/Users/ann/x"));
+    EXPECT_TRUE(paths.value().isProtected(volume.path() + "/Users/bob/x"));
+}
+
 }  // namespace
 }  // namespace installer::test
