@@ -49,12 +49,14 @@ std::string program(const std::string& bundleFolder, const std::string& name) {
 
 /// Tells the user, before a password is asked for, which product asks and what for.
 AdministratorAccess administratorAccess(const std::string& bundleFolder, const Bundle& bundle,
-                                        const LinuxSearchPaths& searchPaths, SystemLog& log) {
+                                        const LinuxSearchPaths& searchPaths,
+                                        const LinuxFileManager& files, SystemLog& log) {
     return {.helper = {.path = program(bundleFolder, "privileged-helper"),
                        .volume = searchPaths.targetVolume(),
                        .home = searchPaths.homeOnRunningSystem()},
             .reason = authorizationReason(bundle),
-            .announce = [&log](std::string_view line) { log.log(line); }};
+            .announce = [&log](std::string_view line) { log.log(line); },
+            .finishedTree = &files.finishedTree()};
 }
 
 /// The adapters that are the same with and without a window.
@@ -66,7 +68,7 @@ struct Machine {
           bundle(bundleFolder, searchPaths.preferredLanguages(), log),
           bundles(searchPaths.preferredLanguages(), log),
           files(log),
-          authorizations(administratorAccess(bundleFolder, bundle, searchPaths, log)),
+          authorizations(administratorAccess(bundleFolder, bundle, searchPaths, files, log)),
           preferences(searchPaths, log),
           applications(searchPaths, bundles, log) {}
 

@@ -57,6 +57,21 @@ struct TreeEntry {
     std::vector<TreeEntry> entries;  ///< of a folder, in the file system's own order
 };
 
+/// One copy that a caller is going to ask for.
+struct ExpectedCopy {
+    std::string source;
+    std::string destination;
+    std::uint64_t bytes = 0;  ///< that it moves
+};
+
+/// The copies that a caller is going to ask for, in their order.
+struct CopySchedule {
+    /// Gives the next one, nullopt after the last. Empty for no schedule.
+    std::function<std::optional<ExpectedCopy>()> next = {};
+    /// What the caller is going to give to each copy and everything in it.
+    FileAttributeChanges attributes = {};
+};
+
 /// A file that was opened for writing. Destroying it closes the file.
 class WritableFile {
   public:
@@ -121,6 +136,13 @@ class FileManager {
     [[nodiscard]] virtual std::error_code copy(const std::string& source,
                                                const std::string& destination,
                                                ProgressSink* progress) = 0;
+
+    /// Says which copies come next, so that they can be prepared out of sight; asks the schedule for
+    /// them bit by bit, until the next call of this operation. Nothing is seen of it but that the
+    /// copies are faster, and that a copy may have its final owner, group and permissions from the
+    /// moment on at which it appears. A copy that is left out, or that was not expected, is as good
+    /// as any other. An empty schedule ends it.
+    virtual void expectCopies(CopySchedule schedule) = 0;
 
     /// The bytes that a copy of the entry will tell its sink of, all in all: the sizes of the
     /// regular files in it, hidden ones and those in packages included, and a file with several

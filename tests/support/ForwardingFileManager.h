@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ports/FileManager.h"
@@ -35,6 +36,7 @@ class ForwardingFileManager : public FileManager {
                          ProgressSink* progress) override {
         return files_.copy(source, destination, progress);
     }
+    void expectCopies(CopySchedule schedule) override { files_.expectCopies(std::move(schedule)); }
     std::uint64_t bytesToCopy(const std::string& path) override { return files_.bytesToCopy(path); }
     std::error_code remove(const std::string& path) override { return files_.remove(path); }
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override {

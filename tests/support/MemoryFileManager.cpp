@@ -260,6 +260,13 @@ std::error_code MemoryFileManager::copy(const std::string& source, const std::st
     return {};
 }
 
+void MemoryFileManager::expectCopies(CopySchedule schedule) {
+    if (!schedule.next) return;
+    expectedCopies.clear();
+    while (auto copy = schedule.next()) expectedCopies.push_back(std::move(*copy));
+    expectedAttributes = std::move(schedule.attributes);
+}
+
 std::uint64_t MemoryFileManager::bytesToCopy(const std::string& path) {
     const auto place = existing(path, LinkAtEnd::keep);
     if (!place) return 0;

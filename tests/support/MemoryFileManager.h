@@ -66,6 +66,10 @@ class MemoryFileManager : public FileManager {
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
+    /// Only remembers them, until the next schedule: nothing here takes long.
+    void expectCopies(CopySchedule schedule) override;
+    std::vector<ExpectedCopy> expectedCopies;
+    FileAttributeChanges expectedAttributes;
     std::uint64_t bytesToCopy(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;

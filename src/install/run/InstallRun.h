@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -16,6 +17,8 @@ class SearchPaths;
 struct InstallRun {
     /// The group that owns what is installed; the platform knows what it is called there.
     static constexpr const char* group = "admin";
+    /// The permissions of everything in an installed item.
+    static constexpr std::uint32_t itemPermissions = 0775;
 
     explicit InstallRun(const SearchPaths& searchPaths);
 

@@ -122,10 +122,55 @@ std::error_code LinuxFileManager::copy(const std::string& source, const std::str
     CopyProgress tell;
     if (progress != nullptr)
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
-    // The copy belongs to root until its owner is set.
-    const auto privileges =
-        policy_ == LinkPolicy::trustedOnly ? Privileges::drop : Privileges::keep;
-    return copyTree(source, destination, policy_, tell, privileges);
+    finished_.forget();
+    const auto expected = stager_.take(source, destination);
+    if (expected) {
+        if (const auto published = stager_.publish(*expected, tell, finished_)) return *published;
+    }
+    const auto given = expected ? stager_.given() : std::nullopt;
+    return withRoom([&] { return copyNow(source, destination, tell, given); });
+}
+
+std::error_code LinuxFileManager::copyNow(const std::string& source, const std::string& destination,
+                                          const CopyProgress& progress,
+                                          const std::optional<GivenAttributes>& given) {
+    CopyTask task{.progress = progress,
+                  .privileges = privilegesOfCopies(),
+                  .given = given,
+                  .workers = threads_.count() > 0 ? &threads_ : nullptr};
+    if (const auto error = copyTree(source, destination, policy_, task)) return error;
+    struct stat status = {};
+    if (given && lstat(destination.c_str(), &status) == 0) finished_.remember(status, task);
+    return {};
+}
+
+void LinuxFileManager::expectCopies(CopySchedule schedule) {
+    if (!schedule.next) return stager_.end();
+    stager_.begin(std::move(schedule.next), givable(schedule.attributes), privilegesOfCopies());
+}
+
+std::optional<GivenAttributes> LinuxFileManager::givable(const FileAttributeChanges& attributes) {
+    if (::geteuid() != 0 || policy_ != LinkPolicy::trustedOnly) return std::nullopt;
+    if (!attributes.owner || !attributes.group || !attributes.permissions) return std::nullopt;
+    const auto owner = userNumber(*attributes.owner);
+    const auto group = groupNumber(*attributes.group);
+    if (!owner || !group) return std::nullopt;
+    return GivenAttributes{owner.value(), group.value(), *attributes.permissions & modeBits};
+}
+
+/// A copy that root makes belongs to root until its owner is set.
+Privileges LinuxFileManager::privilegesOfCopies() const {
+    return policy_ == LinkPolicy::trustedOnly ? Privileges::drop : Privileges::keep;
+}
+
+/// What is prepared for later copies is no reason for an operation to fail now.
+template <class Operation>
+std::error_code LinuxFileManager::withRoom(Operation operation) {
+    const std::error_code error = operation();
+    const int number = error.value();
+    const bool isShort = number == ENOSPC || number == EDQUOT || number == EMFILE ||
+                         number == ENFILE || number == ENOMEM;
+    return isShort && stager_.giveUpPrepared() ? operation() : error;
 }
 
 std::uint64_t LinuxFileManager::bytesToCopy(const std::string& path) {
@@ -133,12 +178,13 @@ std::uint64_t LinuxFileManager::bytesToCopy(const std::string& path) {
 }
 
 std::error_code LinuxFileManager::remove(const std::string& path) {
+    stager_.forgetFolder(path);
     return removeTree(path, policy_);
 }
 
 std::error_code LinuxFileManager::createFolders(const std::string& folder,
                                                 std::uint32_t permissions) {
-    return makeFolders(folder, permissions & modeBits, policy_);
+    return withRoom([&] { return makeFolders(folder, permissions & modeBits, policy_); });
 }
 
 Result<FileAttributes> LinuxFileManager::attributes(const std::string& path) {
@@ -177,6 +223,11 @@ Result<std::string> LinuxFileManager::read(const std::string& path, std::size_t 
 }
 
 std::error_code LinuxFileManager::createFile(const std::string& path, std::string_view contents) {
+    return withRoom([&] { return createFileNow(path, contents); });
+}
+
+std::error_code LinuxFileManager::createFileNow(const std::string& path,
+                                                std::string_view contents) const {
     constexpr mode_t defaultMode = 0666;  // less the process's mask
     const auto location = locate(path, policy_);
     if (!location) return location.error();

@@ -7,8 +7,11 @@
 
 #include <sys/types.h>
 
+#include "linux/files/CopyStager.h"
+#include "linux/files/CopyThreads.h"
 #include "ports/FileManager.h"
 #include "privileged/files/Location.h"
+#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 
@@ -24,9 +27,14 @@ class LinuxFileManager : public FileManager {
     /// have made links, else any.
     [[nodiscard]] static LinkPolicy linkPolicyOfThisProcess();
 
-    /// `exists` logs entries that it cannot look at. The log outlives this object.
-    explicit LinuxFileManager(SystemLog& log, LinkPolicy policy = linkPolicyOfThisProcess())
-        : log_(log), policy_(policy) {}
+    /// `exists` logs entries that it cannot look at. The log outlives this object. That many
+    /// threads help with copies.
+    explicit LinuxFileManager(SystemLog& log, LinkPolicy policy = linkPolicyOfThisProcess(),
+                              unsigned threads = CopyThreads::usualCount())
+        : log_(log), policy_(policy), threads_(threads), stager_(policy, threads_) {}
+
+    /// What is known of the last copy.
+    [[nodiscard]] const FinishedTree& finishedTree() const { return finished_; }
 
     bool exists(const std::string& path) override;
     Result<std::vector<std::string>> list(const std::string& folder) override;
@@ -37,6 +45,7 @@ class LinuxFileManager : public FileManager {
     bool isPackage(const std::string& path) override;
     std::error_code copy(const std::string& source, const std::string& destination,
                          ProgressSink* progress) override;
+    void expectCopies(CopySchedule schedule) override;
     std::uint64_t bytesToCopy(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
@@ -48,6 +57,16 @@ class LinuxFileManager : public FileManager {
     Result<std::unique_ptr<WritableFile>> openForWriting(const std::string& path) override;
 
   private:
+    [[nodiscard]] std::error_code copyNow(const std::string& source, const std::string& destination,
+                                          const CopyProgress& progress,
+                                          const std::optional<GivenAttributes>& given);
+    [[nodiscard]] std::error_code createFileNow(const std::string& path,
+                                                std::string_view contents) const;
+    /// What this process can give to copies itself.
+    [[nodiscard]] std::optional<GivenAttributes> givable(const FileAttributeChanges& attributes);
+    [[nodiscard]] Privileges privilegesOfCopies() const;
+    template <class Operation>
+    [[nodiscard]] std::error_code withRoom(Operation operation);
     Result<uid_t> userNumber(const std::string& name);
     Result<gid_t> groupNumber(const std::string& name);
 
@@ -57,6 +76,9 @@ class LinuxFileManager : public FileManager {
     // An installation asks for the same two names thousands of times.
     std::map<std::string, uid_t> users_;
     std::map<std::string, gid_t> groups_;
+    FinishedTree finished_;
+    CopyThreads threads_;
+    CopyStager stager_;  ///< after the threads that it uses
 };
 
 }  // namespace installer

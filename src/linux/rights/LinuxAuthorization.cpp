@@ -99,9 +99,11 @@ PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
 
 PrivilegedLaunch LinuxAuthorization::executeInThisProcess(
     const std::string& tool, const std::vector<std::string>& arguments) {
-    // A program that is root only for a while acts for a user who is not.
-    if (::getuid() != 0 || ::geteuid() != 0) return {authorization_status::denied, nullptr};
-    if (!rootTools_) rootTools_.emplace(access_.helper);
+    if (!rootTools_) {
+        // A program that is root only for a while acts for a user who is not.
+        if (::getuid() != 0 || ::geteuid() != 0) return {authorization_status::denied, nullptr};
+        rootTools_.emplace(access_.helper, access_.finishedTree);
+    }
     return rootTools_->execute(tool, arguments, progress_);
 }
 

@@ -10,6 +10,8 @@
 
 namespace installer {
 
+class FinishedTree;
+
 /// How authorizations reach the administrator.
 struct AdministratorAccess {
     HelperPlace helper;  ///< the privileged helper, and what it is told
@@ -18,6 +20,8 @@ struct AdministratorAccess {
     /// Shows a line to the user and in the log: that one before the user is asked, and another one
     /// if the helper is lost.
     std::function<void(std::string_view line)> announce;
+    /// What is known of the last copy that this process made as root. Null for nothing.
+    const FinishedTree* finishedTree = nullptr;
     /// What the machine offers; looked at when an authorization is obtained.
     std::function<AdministratorMeans()> means = AdministratorMeans::current;
 };

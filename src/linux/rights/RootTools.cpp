@@ -5,7 +5,8 @@
 
 #include <unistd.h>
 
-#include "privileged/helper/HeldSignals.h"
+#include "privileged/system/AdminGroup.h"
+#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 namespace {
@@ -25,10 +26,29 @@ class EndedTool : public PrivilegedTool {
     ExitStatus status_;
 };
 
+bool isDone(const Command& command, const FinishedTree& finished) {
+    constexpr uid_t root = 0;
+    static const gid_t group = administratorsGroup();
+    switch (command.action) {
+        case Action::setOwner:
+            return finished.hasOwner(command.path, root, group);
+        case Action::setMode:
+            return finished.hasMode(command.path, command.mode);
+        case Action::removeQuarantine:
+            return finished.hasNoAttributes(command.path);
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
-RootTools::RootTools(const HelperPlace& place)
-    : tools_(InvokingUser(::getuid()), ProtectedFolders(place.volume, place.home, ::getuid())) {}
+RootTools::RootTools(const HelperPlace& place, const FinishedTree* finished)
+    : tools_(
+          InvokingUser(::getuid()), ProtectedFolders(place.volume, place.home, ::getuid()),
+          finished == nullptr ? AdministratorTools::IsDone() : [finished](const Command& command) {
+              return isDone(command, *finished);
+          }) {}
 
 PrivilegedLaunch RootTools::execute(const std::string& tool,
                                     const std::vector<std::string>& arguments,
@@ -37,7 +57,6 @@ PrivilegedLaunch RootTools::execute(const std::string& tool,
     if (progress != nullptr) {
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
     }
-    const HeldSignals held;
     return {0, std::make_unique<EndedTool>(tools_.run({tool, arguments}, tell))};
 }
 

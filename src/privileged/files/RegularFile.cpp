@@ -71,6 +71,11 @@ Result<RegularFile> openRegularFile(int parent, const std::string& name, int fla
     if (fstatat(parent, name.c_str(), &status, linkFlag) != 0) return systemError();
     if (S_ISLNK(status.st_mode)) return systemError(ELOOP);
     if (const auto error = unlessRegular(status)) return error;
+    return openFoundRegularFile(parent, name, flags);
+}
+
+Result<RegularFile> openFoundRegularFile(int parent, const std::string& name, int flags) {
+    struct stat status = {};
     FileDescriptor file(openat(parent, name.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     // Another entry may have taken its place meanwhile.
     if (!file || fstat(file.get(), &status) != 0) return systemError();

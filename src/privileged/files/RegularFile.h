@@ -23,6 +23,10 @@ struct RegularFile {
 /// is ELOOP then. `parent` may be AT_FDCWD.
 [[nodiscard]] Result<RegularFile> openRegularFile(int parent, const std::string& name, int flags);
 
+/// The same without the look before it, for a caller who has just seen that it is a regular file.
+[[nodiscard]] Result<RegularFile> openFoundRegularFile(int parent, const std::string& name,
+                                                       int flags);
+
 /// At most the first `limit` bytes of the file. Follows links. Errors: ENOENT for a path that is
 /// empty or holds a NUL, ENOMEM if the contents do not fit in memory, else the system's own.
 [[nodiscard]] Result<std::string> readBeginning(const std::string& path, std::size_t limit);

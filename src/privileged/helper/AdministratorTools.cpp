@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "privileged/helper/Actions.h"
-#include "privileged/helper/Policy.h"
+#include "privileged/helper/HeldSignals.h"
 #include "privileged/helper/Report.h"
 
 namespace installer {
@@ -30,6 +30,8 @@ AdministratorTools::ExitStatus AdministratorTools::run(const ToolRequest& reques
         report("refused: " + summary(request));
         return ExitStatus::refused;
     }
+    if (isDone_ && isDone_(*command)) return ExitStatus::succeeded;
+    const HeldSignals held;
     const std::error_code error = perform(*command, user_, progress);
     if (!error) return ExitStatus::succeeded;
     report(request.tool + ": " + command->path + ": " + error.message());

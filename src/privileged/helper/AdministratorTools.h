@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 #include "privileged/helper/InvokingUser.h"
+#include "privileged/helper/Policy.h"
 #include "privileged/helper/ProtectedFolders.h"
 #include "privileged/protocol/Message.h"
 #include "privileged/trees/TreeCopy.h"
@@ -16,16 +19,20 @@ class AdministratorTools {
     /// The exit statuses of the tools.
     enum class ExitStatus : std::uint32_t { succeeded = 0, failed = 1, refused = 126 };
 
-    AdministratorTools(InvokingUser user, ProtectedFolders folders)
-        : user_(std::move(user)), folders_(std::move(folders)) {}
+    /// Whether nothing is left to do of a command that the policy has allowed.
+    using IsDone = std::function<bool(const Command&)>;
 
-    /// Does what the tool would do, if the policy allows it. Refusals and failures are reported.
-    /// The caller holds signals if an action must not end in its middle.
+    AdministratorTools(InvokingUser user, ProtectedFolders folders, IsDone isDone = {})
+        : user_(std::move(user)), folders_(std::move(folders)), isDone_(std::move(isDone)) {}
+
+    /// Does what the tool would do, if the policy allows it. Refusals and failures are reported. A
+    /// signal that arrives during an action takes effect after it.
     [[nodiscard]] ExitStatus run(const ToolRequest& request, const CopyProgress& progress);
 
   private:
     InvokingUser user_;
     ProtectedFolders folders_;
+    IsDone isDone_;
 };
 
 }  // namespace installer

@@ -21,15 +21,29 @@ std::array<timespec, 2> timesOf(const struct stat& status) {
     return {status.st_atim, status.st_mtim};
 }
 
+/// Whether the entry now has what the task has to give: the owner first, whose change clears bits
+/// of the mode.
+bool give(int destination, CopyTask& task) {
+    if (!task.given) return false;
+    const bool isGiven = fchown(destination, task.given->owner, task.given->group) == 0 &&
+                         fchmod(destination, task.given->mode) == 0;
+    if (!isGiven) task.allGiven = false;
+    return isGiven;
+}
+
 /// Attributes come first: those that hold an access list change the mode.
 std::error_code copyProperties(int source, const struct stat& status, int destination, mode_t mode,
-                               Privileges privileges) {
-    const auto attributeCount = copyExtendedAttributes(source, destination, privileges);
+                               CopyTask& task) {
+    const auto attributeCount = copyExtendedAttributes(source, destination, task.privileges);
     if (!attributeCount) return attributeCount.error();
-    const mode_t kept = privileges == Privileges::keep ? modeBits : modeBits & ~privilegeBits;
-    const mode_t wanted = status.st_mode & kept;
-    const bool modeIsRight = mode == wanted && attributeCount.value() == 0;
-    if (!modeIsRight && fchmod(destination, wanted) != 0) return systemError();
+    if (attributeCount.value() > 0) task.hasAttributes = true;
+    if (!give(destination, task)) {
+        const mode_t kept =
+            task.privileges == Privileges::keep ? modeBits : modeBits & ~privilegeBits;
+        const mode_t wanted = status.st_mode & kept;
+        const bool modeIsRight = mode == wanted && attributeCount.value() == 0 && !task.given;
+        if (!modeIsRight && fchmod(destination, wanted) != 0) return systemError();
+    }
     if (futimens(destination, timesOf(status).data()) != 0) return systemError();
     return {};
 }
@@ -37,21 +51,21 @@ std::error_code copyProperties(int source, const struct stat& status, int destin
 }  // namespace
 
 std::error_code fillFile(int source, const struct stat& status, int destination, mode_t mode,
-                         Privileges privileges, const CopyProgress& progress) {
+                         CopyTask& task, const CopyProgress& progress) {
     if (const auto error =
             copyContents(source, status.st_size, status.st_blocks, destination, progress)) {
         return error;
     }
-    return copyProperties(source, status, destination, mode, privileges);
+    return copyProperties(source, status, destination, mode, task);
 }
 
 std::error_code finishFolder(int source, const struct stat& status, int destination,
-                             Privileges privileges) {
-    return copyProperties(source, status, destination, unknownMode, privileges);
+                             CopyTask& task) {
+    return copyProperties(source, status, destination, unknownMode, task);
 }
 
 std::error_code makeLinkLike(int parent, const std::string& name, const struct stat& status,
-                             int toParent, const std::string& toName) {
+                             int toParent, const std::string& toName, CopyTask& task) {
     std::array<char, PATH_MAX> target;
     const auto length = readlinkat(parent, name.c_str(), target.data(), target.size() - 1);
     if (length < 0) return systemError();
@@ -59,6 +73,10 @@ std::error_code makeLinkLike(int parent, const std::string& name, const struct s
     if (symlinkat(target.data(), toParent, toName.c_str()) != 0 ||
         utimensat(toParent, toName.c_str(), timesOf(status).data(), AT_SYMLINK_NOFOLLOW) != 0) {
         return systemError();
+    }
+    if (task.given && fchownat(toParent, toName.c_str(), task.given->owner, task.given->group,
+                               AT_SYMLINK_NOFOLLOW) != 0) {
+        task.allGiven = false;
     }
     return {};
 }

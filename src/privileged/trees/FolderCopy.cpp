@@ -1,6 +1,11 @@
 #include "privileged/trees/FolderCopy.h"
 
+#include <atomic>
+#include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,6 +18,7 @@
 #include "privileged/files/RegularFile.h"
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
+#include "privileged/trees/PieceGroup.h"
 #include "privileged/trees/TreeWalk.h"
 
 namespace installer {
@@ -21,12 +27,21 @@ namespace {
 
 class FolderCopier : public TreeVisitor {
   public:
-    FolderCopier(int destination, Privileges privileges, const CopyProgress& progress)
-        : top_(destination), privileges_(privileges), progress_(progress) {}
+    FolderCopier(int destination, CopyTask& task) : top_(destination), task_(task) {
+        if (task.workers != nullptr) group_.emplace(*task.workers);
+    }
 
     std::error_code start() {
         if (fstat(top_, &topStatus_) != 0) return systemError();
         return {};
+    }
+
+    /// Waits for what others fill, and gives the first failure of all.
+    std::error_code finish(std::error_code error) {
+        if (!group_) return error;
+        const std::error_code failure = group_->finish(whileWaiting_);
+        tellOfFilled();
+        return failure ? failure : error;
     }
 
     Result<FileDescriptor> enterFolder(int parent, const std::string& name) override {
@@ -44,7 +59,8 @@ class FolderCopier : public TreeVisitor {
     }
 
     std::error_code visitEntry(int parent, const std::string& name, unsigned char type) override {
-        if (progress_) progress_(0);
+        tellOfFilled();
+        if (group_ && group_->hasFailed()) return systemError(ECANCELED);
         if (type == DT_LNK) return copyLink(parent, name);
         return type == DT_REG ? copyFile(parent, name) : systemError(EINVAL);
     }
@@ -54,8 +70,7 @@ class FolderCopier : public TreeVisitor {
         if (chain_.depth() > 1) {
             if (const auto error = chain_.openParent()) return error;
         }
-        const auto error =
-            finishFolder(source, folders_.back().status, chain_.current(), privileges_);
+        const auto error = finishFolder(source, folders_.back().status, chain_.current(), task_);
         folders_.pop_back();
         chain_.pop();
         return error;
@@ -87,24 +102,41 @@ class FolderCopier : public TreeVisitor {
         struct stat status = {};
         if (fstatat(parent, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return systemError();
         if (const auto* first = firstCopy(status)) return linkTo(*first, name);
-        const auto error = makeLinkLike(parent, name, status, chain_.current(), name);
+        const auto error = makeLinkLike(parent, name, status, chain_.current(), name, task_);
         if (!error) remember(status, name);
         return error;
     }
 
     std::error_code copyFile(int parent, const std::string& name) {
-        const auto source = openRegularFile(parent, name, O_RDONLY | O_NOFOLLOW);
+        auto source = openRegularFile(parent, name, O_RDONLY | O_NOFOLLOW);
         if (!source) return source.error();
         const struct stat& status = source.value().status;
         if (const auto* first = firstCopy(status)) return linkTo(*first, name);
-        const FileDescriptor file(openat(chain_.current(), name.c_str(),
-                                         O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                                         S_IRUSR | S_IWUSR));
+        FileDescriptor file(openat(chain_.current(), name.c_str(),
+                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                                   S_IRUSR | S_IWUSR));
         if (!file) return systemError();
-        const auto error = fillFile(source.value().descriptor.get(), status, file.get(),
-                                    unknownMode, privileges_, progress_);
-        if (!error) remember(status, name);
-        return error;
+        remember(status, name);
+        if (!group_) {
+            return fillFile(source.value().descriptor.get(), status, file.get(), unknownMode, task_,
+                            task_.progress);
+        }
+        // Not by value: a piece of work must be one that can be copied.
+        const auto pair = std::make_shared<std::pair<RegularFile, FileDescriptor>>(
+            std::move(source).value(), std::move(file));
+        group_->add(
+            [this, pair] {
+                return fillFile(pair->first.descriptor.get(), pair->first.status,
+                                pair->second.get(), unknownMode, task_,
+                                [this](std::uint64_t bytes) { filled_ += bytes; });
+            },
+            whileWaiting_);
+        return {};
+    }
+
+    /// Progress is told by this thread alone.
+    void tellOfFilled() {
+        if (task_.progress) task_.progress(filled_.exchange(0));
     }
 
     const std::string* firstCopy(const struct stat& status) const {
@@ -131,20 +163,22 @@ class FolderCopier : public TreeVisitor {
 
     int top_;
     struct stat topStatus_ = {};
-    Privileges privileges_;
-    const CopyProgress& progress_;
+    CopyTask& task_;
+    std::atomic<std::uint64_t> filled_ = 0;  ///< by others, and not yet told of
+    std::function<void()> whileWaiting_ = [this] { tellOfFilled(); };
     FolderChain chain_;            ///< the destination's folders
     std::vector<Folder> folders_;  ///< the source's folders, as they were before they were read
     std::map<FileIdentity, std::string> copies_;  ///< of entries with several names, from the top
+    std::optional<PieceGroup> group_;             ///< the last member: its pieces use the others
 };
 
 }  // namespace
 
 std::error_code copyFolderInto(int sourceParent, const std::string& name, int destination,
-                               Privileges privileges, const CopyProgress& progress) {
-    FolderCopier copier(destination, privileges, progress);
+                               CopyTask& task) {
+    FolderCopier copier(destination, task);
     if (const auto error = copier.start()) return error;
-    return walkTree(sourceParent, name, copier, OnFailure::stop);
+    return copier.finish(walkTree(sourceParent, name, copier, OnFailure::stop));
 }
 
 }  // namespace installer

@@ -10,6 +10,7 @@
 #include "privileged/system/SystemError.h"
 #include "privileged/trees/EntryCopy.h"
 #include "privileged/trees/FolderCopy.h"
+#include "privileged/trees/NamelessFile.h"
 #include "privileged/trees/Temporary.h"
 
 namespace installer {
@@ -23,20 +24,34 @@ mode_t modeWhileFilled(mode_t mode) {
     return (mode & ownerAccess) == ownerAccess ? mode & 0777 : ownerAccess;
 }
 
-std::error_code copyFile(const Location& from, const Location& to, const CopyProgress& progress,
-                         Privileges privileges) {
-    const auto source = openRegularFile(from.parent.get(), from.name, O_RDONLY | O_NOFOLLOW);
-    if (!source) return source.error();
-    const struct stat& status = source.value().status;
-    auto file = Temporary::makeFile(to.parent.get(), modeWhileFilled(status.st_mode));
+std::error_code copyToTemporary(const RegularFile& source, const Location& to, CopyTask& task,
+                                const CopyProgress& progress) {
+    auto file = Temporary::makeFile(to.parent.get(), modeWhileFilled(source.status.st_mode));
     if (!file) return file.error();
-    const auto error = fillFile(source.value().descriptor.get(), status, file.value().descriptor(),
-                                file.value().mode(), privileges, progress);
+    const auto error = fillFile(source.descriptor.get(), source.status, file.value().descriptor(),
+                                file.value().mode(), task, progress);
     return error ? error : file.value().publish(to.name);
 }
 
+std::error_code copyFile(const Location& from, const Location& to, CopyTask& task) {
+    const auto found = openFoundRegularFile(from.parent.get(), from.name, O_RDONLY | O_NOFOLLOW);
+    if (!found) return found.error();
+    const RegularFile& source = found.value();
+    const auto file = NamelessFile::make(to.parent.get());
+    if (!file && !NamelessFile::isUnsupported(file.error())) return file.error();
+    if (!file) return copyToTemporary(source, to, task, task.progress);
+    if (const auto error = fillFile(source.descriptor.get(), source.status,
+                                    file.value().descriptor(), unknownMode, task, task.progress)) {
+        return error;
+    }
+    const auto error = file.value().publish(to.parent.get(), to.name);
+    if (!error || error == std::errc::file_exists) return error;
+    // Not every file system names such a file afterwards. The bytes have been told of.
+    return copyToTemporary(source, to, task, {});
+}
+
 // A link cannot be locked, so it is made in a folder that is.
-std::error_code copyLink(const Location& from, const Location& to) {
+std::error_code copyLink(const Location& from, const Location& to, CopyTask& task) {
     constexpr const char* name = "link";
     struct stat status = {};
     if (fstatat(from.parent.get(), from.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -45,41 +60,51 @@ std::error_code copyLink(const Location& from, const Location& to) {
     const auto folder = Temporary::makeFolder(to.parent.get());
     if (!folder) return folder.error();
     const int inFolder = folder.value().descriptor();
-    if (const auto error = makeLinkLike(from.parent.get(), from.name, status, inFolder, name)) {
+    if (const auto error =
+            makeLinkLike(from.parent.get(), from.name, status, inFolder, name, task)) {
         return error;
     }
     return renameWithoutReplacing(inFolder, name, to.parent.get(), to.name);
 }
 
-std::error_code copyFolder(const Location& from, const Location& to, const CopyProgress& progress,
-                           Privileges privileges) {
+std::error_code copyFolder(const Location& from, const Location& to, CopyTask& task) {
     // The last step would find it too, but only after a long copy.
     if (entryType(to.parent.get(), to.name)) return systemError(EEXIST);
     auto folder = Temporary::makeFolder(to.parent.get());
     if (!folder) return folder.error();
-    const auto error = copyFolderInto(from.parent.get(), from.name, folder.value().descriptor(),
-                                      privileges, progress);
+    const auto error =
+        copyFolderInto(from.parent.get(), from.name, folder.value().descriptor(), task);
     return error ? error : folder.value().publish(to.name);
 }
 
 }  // namespace
 
 std::error_code copyTree(const std::string& source, const std::string& destination,
-                         LinkPolicy policy, const CopyProgress& progress, Privileges privileges) {
+                         LinkPolicy policy, CopyTask& task) {
     const auto from = locate(source, policy);
     if (!from) return from.error();
     const auto to = locate(destination, policy);
     if (!to) return to.error();
-    const auto type = entryType(from.value().parent.get(), from.value().name);
+    return copyEntry(from.value(), to.value(), task);
+}
+
+std::error_code copyTree(const std::string& source, const std::string& destination,
+                         LinkPolicy policy, const CopyProgress& progress, Privileges privileges) {
+    CopyTask task{.progress = progress, .privileges = privileges};
+    return copyTree(source, destination, policy, task);
+}
+
+std::error_code copyEntry(const Location& from, const Location& to, CopyTask& task) {
+    const auto type = entryType(from.parent.get(), from.name);
     if (!type) return type.error();
-    clearDeadTemporaries(to.value().parent.get());
+    clearDeadTemporaries(to.parent.get());
     switch (type.value()) {
         case DT_REG:
-            return copyFile(from.value(), to.value(), progress, privileges);
+            return copyFile(from, to, task);
         case DT_DIR:
-            return copyFolder(from.value(), to.value(), progress, privileges);
+            return copyFolder(from, to, task);
         case DT_LNK:
-            return copyLink(from.value(), to.value());
+            return copyLink(from, to, task);
         default:
             return systemError(EINVAL);
     }

@@ -12,9 +12,11 @@
 #include "install/after/ManifestCleaner.h"
 #include "install/engine/DiskMirror.h"
 #include "install/engine/HostPayload.h"
+#include "install/engine/PlannedCopies.h"
 #include "install/plan/InstallPlan.h"
 #include "install/plan/PayloadWarnings.h"
 #include "ports/EventLoop.h"
+#include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "ports/window/View.h"
@@ -81,6 +83,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     if (!beginRun(hosts)) return;
     const InstallPlan plan = makePlan(hosts);
     logPayloadWarnings(plan, platform_.log);
+    platform_.files.expectCopies(plannedCopies(plan, run_));
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();
@@ -124,6 +127,7 @@ void InstallFilesController::installHosts(const InstallPlan& plan) {
 }
 
 void InstallFilesController::endRun(const InstallPlan& plan) {
+    platform_.files.expectCopies({});
     reportRefusedItems(plan);
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
