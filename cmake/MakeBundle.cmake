@@ -28,6 +28,8 @@ endif()
 set(executable OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 file(COPY "${INSTALLER}" "${HELPER}" "${INSTALLERCTL}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
 file(COPY "${WINDOW_MODULE}" DESTINATION "${contents}/Frameworks" FILE_PERMISSIONS ${executable})
+include("${CMAKE_CURRENT_LIST_DIR}/CarriedLibraries.cmake")
+carry_libraries("${contents}" "${INSTALLER}")
 
 file(REMOVE_RECURSE "${BUNDLE}")
 file(RENAME "${fresh}" "${BUNDLE}")

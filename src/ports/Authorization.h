@@ -18,6 +18,13 @@ inline constexpr std::int32_t canceled = -60006;           ///< the person asked
 inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
 }  // namespace authorization_status
 
+/// Why nobody can become the administrator.
+enum class AuthorizationTrouble {
+    none,
+    noWay,           ///< the machine has no program that asks for the right
+    helperUnusable,  ///< the program that would act as the administrator is missing or damaged
+};
+
 /// A tool that was started as the administrator. Destroying it neither waits for nor ends it.
 class PrivilegedTool {
   public:
@@ -56,6 +63,11 @@ class Authorization {
     /// Prepares the right, without asking anybody: credentials are asked for at the first
     /// `execute`. False when this machine has no way to become the administrator at all.
     [[nodiscard]] virtual bool obtain(std::uint32_t flags) = 0;
+
+    /// Why `obtain` has given false the last time.
+    [[nodiscard]] virtual AuthorizationTrouble trouble() const {
+        return AuthorizationTrouble::none;
+    }
 
     /// Says what this run may change. The person who is asked is shown the folders, and a tool that
     /// would change anything else does nothing and reports a failure. Before the first call nothing

@@ -20,7 +20,7 @@ import sys
 
 from promise_rules import tests_of
 
-WHEN = {"every run", "window only", "quiet run only", "installerctl", "in reserve"}
+WHEN = {"every run", "window only", "quiet run only", "in reserve"}
 BACKTICKED = re.compile(r"`([^`]+)`")
 NO_TYPE = r"(?!return\b|else\b|throw\b|delete\b|new\b|co_return\b|case\b)"
 TYPE = r"\w[\w:<>,&*\[\] ]*[ *&]+"

@@ -127,8 +127,7 @@ class DecisionRules(unittest.TestCase):
         for when in decision_rules.WHEN:
             self.assertPasses(row(when=when))
         self.assertFinds(
-            '"sometimes" is not one of: every run, in reserve, installerctl, '
-            'quiet run only, window only',
+            '"sometimes" is not one of: every run, in reserve, quiet run only, window only',
             row(when="sometimes"),
         )
 

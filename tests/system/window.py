@@ -75,18 +75,19 @@ class Window:
             self._application = application_of(self.process.pid)
         return self._application
 
+    @property
+    def tops(self):
+        """Its windows; none while the program has not yet told the accessibility bus of itself."""
+        return [] if self.application is None else self.application.children
+
     def controls(self, role=None, name=None):
         """The controls that are shown, in the order of reading."""
-        if self.application is None:
-            return []
-        return [control for top in self.application.children for control in top.shown()
+        return [control for top in self.tops for control in top.shown()
                 if role in (None, control.role) and name in (None, control.name)]
 
     def front_controls(self, role=None, name=None):
         """The same, without what lies behind a question that must be answered first."""
-        if self.application is None:
-            return []
-        tops = [top for top in self.application.children if "showing" in top.states]
+        tops = [top for top in self.tops if "showing" in top.states]
         questions = [top for top in tops if top.role in ("alert", "dialog")]
         return [control for top in questions[-1:] or tops for control in top.shown()
                 if role in (None, control.role) and name in (None, control.name)]
@@ -174,7 +175,7 @@ class Window:
             window = self.front()
             if not display.give_focus(window) or window != self.front():
                 return False
-            if poll(lambda: any("active" in top.states for top in self.application.children),
+            if poll(lambda: any("active" in top.states for top in self.tops),
                     next(patience)):
                 return True
             # It came while a question was just going away, and so went to that question's window;

@@ -81,7 +81,7 @@ void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) 
 
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
-    if (!beginRun()) return;
+    if (!beginRun(hosts)) return;
     const InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
@@ -91,39 +91,56 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     cleanManifests();
     runLsregister();
     installHosts(plan);
+    endRun(plan);
 }
 
 void InstallFilesController::installForFurtherUser(const std::vector<HostModel>& hosts,
                                                    std::vector<std::string> installedBefore) {
-    if (!beginRun()) return;
+    if (!beginRun(hosts)) return;
     run_.installedPaths = std::move(installedBefore);
     const InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     DiskMirror(platform_, commands_, installer_).registerApplications(plan.mirrorItems());
     cleanManifests();
     installHosts(plan);
+    endRun(plan);
 }
 
 /// Whether the run can go on.
-bool InstallFilesController::beginRun() {
+bool InstallFilesController::beginRun(const std::vector<HostModel>& hosts) {
     setInstallComplete(false);
     setInProgress(true);
     run_.begin();
     logIsWritten_ = false;
+    authorizationFailed_ = false;
+    trouble_ = AuthorizationTrouble::none;
+    suppliedHosts_.clear();
+    leftOutHosts_ = hosts;
     return obtainAuthorization();
 }
 
 void InstallFilesController::installHosts(const InstallPlan& plan) {
     for (std::size_t host = 0; host < plan.hosts.size(); ++host) {
         if (run_.fileOpErrorOccurred || run_.authDenied) break;
+        leftOutHosts_.erase(leftOutHosts_.begin());
+        const std::size_t before = run_.installedPaths.size();
         HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
+        if (run_.installedPaths.size() > before) suppliedHosts_.push_back(plan.hosts[host]);
     }
+}
+
+void InstallFilesController::endRun(const InstallPlan& plan) {
     platform_.files.expectCopies({});
-    // Last, since an item that was not installed keeps the later hosts from being installed into.
-    for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
+    reportRefusedItems(plan);
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
     if (progress_ && isComplete) progress_->complete();
+}
+
+/// Last, since an item that was not installed keeps the later hosts from being installed into.
+void InstallFilesController::reportRefusedItems(const InstallPlan& plan) {
+    run_.trouble = localizedText(platform_.bundle, "system_folder");
+    for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
 }
 
 /// The plan, from one look at the payload. The progress starts with its bytes.
@@ -142,6 +159,8 @@ bool InstallFilesController::obtainAuthorization() {
         return true;
     }
     platform_.log.log("SFAuthorization permit with rights error");
+    authorizationFailed_ = true;
+    if (authorization) trouble_ = authorization->trouble();
     authorization.reset();
     setUIText(localizedText(platform_.bundle, "auth_error"));
     setInstallComplete(false);

@@ -5,15 +5,19 @@ _mkinstaller() {
     local verb=${COMP_WORDS[1]} words=
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words="new lint build help --help --version"
-    elif [ "$previous" = --output ]; then
+        words="new lint build pack help --help --version"
+    elif [ "$previous" = --output ] || [ "$previous" = --maintainer ]; then
         words=
+    elif [ "$previous" = --format ]; then
+        mapfile -t COMPREPLY < <(compgen -W "run tar deb rpm" -- "$word")
+        return
     else
         case $verb in
             new) words="--company --product --id --website --languages --help" ;;
             lint) words="--json --strict --help" ;;
             build) words="--output --help" ;;
-            help) words="new lint build help" ;;
+            pack) words="--format --output --maintainer --help" ;;
+            help) words="new lint build pack help" ;;
         esac
     fi
     case $word in

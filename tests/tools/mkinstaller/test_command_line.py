@@ -14,7 +14,7 @@ import unittest
 PROGRAM = pathlib.Path(sys.argv.pop(1))
 COMPLETION = PROGRAM.parent / "mkinstaller.bash"
 MANUAL = PROGRAM.parent / "mkinstaller.1"
-VERBS = ("new", "lint", "build", "help")
+VERBS = ("new", "lint", "build", "pack", "help")
 
 
 def run(*arguments, **environment):
@@ -211,7 +211,7 @@ class CommandLineSurroundings(unittest.TestCase):
         self.assertEqual(set(VERBS), completed("help", ""))
 
     def test_the_options_of_each_verb_are_completed(self):
-        for verb in ("new", "lint", "build"):
+        for verb in VERBS[:-1]:
             with self.subTest(verb):
                 self.assertEqual(options_of(verb), completed(verb, "--"))
 

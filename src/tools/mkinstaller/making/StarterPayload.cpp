@@ -21,6 +21,7 @@ identifier in Info.plist, the icon is AppIcon.png.
 
     mkinstaller lint .                  says what is wrong with them
     mkinstaller build . --output DIR    puts the installer together in DIR
+    mkinstaller pack . --output DIR     makes one file for customers of it
 
 | folder | what belongs there |
 |---|---|

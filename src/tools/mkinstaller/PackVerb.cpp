@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "foundation/values/Paths.h"
+#include "linux/log/LinuxSystemLog.h"
+#include "tools/mkinstaller/FindingOutput.h"
+#include "tools/mkinstaller/Verbs.h"
+#include "tools/mkinstaller/lint/Linter.h"
+#include "tools/mkinstaller/packing/Formats.h"
+#include "tools/mkinstaller/packing/PackSource.h"
+
+namespace installer {
+
+namespace {
+
+struct PackOptions {
+    std::string product;
+    std::vector<std::string> formats = {"run"};
+    std::string output = ".";
+    std::string maintainer;
+};
+
+/// What lint finds goes to standard error: standard output has the names of the files alone.
+bool isFitToBePacked(const Product& product, const Kit& kit, SystemLog& log) {
+    constexpr Strictness strictness = Strictness::warningsAllowed;
+    const std::vector<Finding> findings = lint(product, kit, log);
+    for (const Finding& finding : findings) {
+        std::cerr << lineOf(finding, strictness, Colors::none) << '\n';
+    }
+    return std::ranges::none_of(findings, [&](const Finding& finding) {
+        return severityOf(finding, strictness) == Severity::error;
+    });
+}
+
+Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
+              const std::string& folder) {
+    if (format == "run") return packRunFile(source, kit, folder);
+    if (format == "deb") return packDebPackage(source, folder);
+    if (format == "rpm") return packRpmPackage(source, folder);
+    return packTarFile(source, folder);
+}
+
+ExitStatus packAll(const PackOptions& options, const PackSource& source, const Kit& kit) {
+    const std::string folder =
+        withSingleSeparators(std::filesystem::absolute(options.output).string());
+    std::filesystem::create_directories(folder);
+    for (const std::string& format : options.formats) {
+        const Packed packed = packAs(format, source, kit, folder);
+        if (packed.failure) {
+            std::cerr << "mkinstaller: " << packed.file << " was not made: " << *packed.failure
+                      << '\n';
+            return ExitStatus::errorsFound;
+        }
+        std::cout << joinPath(folder, packed.file) << std::endl;
+    }
+    return ExitStatus::fine;
+}
+
+ExitStatus pack(const PackOptions& options, const Kit& kit) {
+    const auto product = Product::at(options.product);
+    if (!product) {
+        std::cerr << "mkinstaller: " << options.product << " is no folder\n";
+        return ExitStatus::wrongUse;
+    }
+    LinuxSystemLog log("mkinstaller");
+    if (!isFitToBePacked(*product, kit, log)) {
+        std::cerr << "mkinstaller: nothing was packed; repair the errors first\n";
+        return ExitStatus::errorsFound;
+    }
+    auto source = PackSource::make(*product, kit, log);
+    if (!source) {
+        std::cerr << "mkinstaller: the bundle could not be put together: "
+                  << source.error().message() << '\n';
+        return ExitStatus::errorsFound;
+    }
+    if (!options.maintainer.empty()) source.value().maintainer = options.maintainer;
+    return packAll(options, source.value(), kit);
+}
+
+}  // namespace
+
+void addPackVerb(const CommandLine& line) {
+    CLI::App* verb = line.app.add_subcommand("pack", "Make files for customers");
+    const auto options = std::make_shared<PackOptions>();
+    verb->add_option("PRODUCT", options->product, "The folder that \"new\" made, or a bundle")
+        ->required();
+    verb->add_option("--format", options->formats, "Which files: run, tar, deb, rpm")
+        ->type_name("FORMAT,...")
+        ->delimiter(',')
+        ->check(CLI::IsMember({"run", "tar", "deb", "rpm"}))
+        ->default_str("run");
+    verb->add_option("--output", options->output, "Where to put the files")
+        ->type_name("DIR")
+        ->capture_default_str();
+    verb->add_option("--maintainer", options->maintainer,
+                     "Who answers for a package: NAME <ADDRESS>; by default the company, at the "
+                     "identifier's domain")
+        ->type_name("WHO");
+    verb->callback([options, &chosen = line.chosen] {
+        chosen = [options](const Kit& kit) { return pack(*options, kit); };
+    });
+}
+
+}  // namespace installer
