@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include <unistd.h>
+
 #include "foundation/values/Paths.h"
-#include "linux/desktop/RunningApplications.h"
-#include "linux/process/PollEventLoop.h"
+#include "linux/desktop/ApplicationName.h"
+#include "linux/desktop/ProcessFacts.h"
 #include "ports/Bundle.h"
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
@@ -29,6 +31,17 @@ std::vector<std::string> installedApplications(Platform& platform) {
     return names;
 }
 
+/// The window counts its own person's applications; what is installed for a machine is everybody's.
+std::vector<std::string> applicationsOfEverybody(Bundles& bundles) {
+    std::vector<std::string> names;
+    for (const pid_t process : listedProcesses()) {
+        if (process == ::getpid()) continue;
+        const auto facts = processFacts(process);
+        if (facts) names.push_back(applicationName(*facts, bundles));
+    }
+    return names;
+}
+
 }  // namespace
 
 std::optional<std::string> runningHost(Platform& platform, std::span<const HostModel> hosts) {
@@ -39,10 +52,7 @@ std::optional<std::string> runningHost(Platform& platform, std::span<const HostM
     const std::vector<std::string> applications = installedApplications(platform);
     words.insert(words.end(), applications.begin(), applications.end());
 
-    PollEventLoop eventLoop;
-    const std::vector<std::string> running =
-        RunningApplications(eventLoop, platform.bundles).scan();
-    for (const std::string& application : running) {
+    for (const std::string& application : applicationsOfEverybody(platform.bundles)) {
         const bool isMeant = std::ranges::any_of(
             words, [&](const std::string& word) { return isApplicationOfHost(application, word); });
         if (isMeant) return application;
