@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "hosts/HostModel.h"
+#include "hosts/NotOfferedHost.h"
 
 namespace installer {
 
@@ -23,12 +24,19 @@ class HostDiscovery {
     /// Blocks for up to one and a half seconds for each paths file that cannot be opened.
     [[nodiscard]] std::vector<HostModel> discoverHosts();
 
+    /// What the last search found and does not offer, each name once, in the order in which it was
+    /// found. The system log has named each.
+    [[nodiscard]] const std::vector<NotOfferedHost>& notOffered() const { return notOffered_; }
+
   private:
+    void noteNotOffered();
+    void addNotOffered(const std::string& name, NotOfferedHost::Reason reason);
     void addHostOfPathsFile(const std::string& path);
     void addHostOfSettingsFile(const std::string& name);
 
     Platform& platform_;
     std::vector<HostModel> hosts_;
+    std::vector<NotOfferedHost> notOffered_;
 };
 
 }  // namespace installer
