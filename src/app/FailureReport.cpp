@@ -7,11 +7,13 @@
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
+#include "ports/Alerts.h"
 #include "ports/Bundle.h"
 #include "ports/FileManager.h"
 #include "ports/window/Clipboard.h"
 #include "ports/window/WindowPlatform.h"
 #include "ports/window/Workspace.h"
+#include "product/CouldNotOpenAlert.h"
 #include "product/LocalizedText.h"
 #include "product/PlugInFilesModel.h"
 #include "steps/install/InstallFilesController.h"
@@ -67,14 +69,17 @@ bool FailureReport::installerLogExists() const {
 
 void FailureReport::openInstallerLog() const {
     if (!installerLogExists()) return;
-    // A failure to open it is in the system log.
-    static_cast<void>(platform_.workspace.openFile(installerLogPath()));
+    const std::string path = installerLogPath();
+    if (platform_.workspace.openFile(path)) return;
+    // The alert has one button, so the answer is ignored.
+    static_cast<void>(platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, path)));
 }
 
-void FailureReport::copyInstallerLog() const {
-    if (!installerLogExists()) return;
+bool FailureReport::copyInstallerLog() const {
+    if (!installerLogExists()) return false;
     const Result<std::string> text = platform_.files.read(installerLogPath(), largestLog);
     if (text) platform_.clipboard.setText(text.value());
+    return static_cast<bool>(text);
 }
 
 void FailureReport::copyReport() const {

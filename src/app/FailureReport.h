@@ -32,8 +32,8 @@ class FailureReport {
     [[nodiscard]] bool installerLogExists() const;
     /// No-op without a log of the last run, as the next one.
     void openInstallerLog() const;
-    /// Copies the log's text to the clipboard.
-    void copyInstallerLog() const;
+    /// Copies the log's text to the clipboard. False if it cannot be read.
+    bool copyInstallerLog() const;
     /// Copies what the maker's support asks for: product, version, system, and what went wrong.
     void copyReport() const;
 

@@ -1,9 +1,14 @@
 #include "app/HostRows.h"
 
-#include <string>
+#include <algorithm>
+#include <cstddef>
 
+#include "foundation/text/Format.h"
+#include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
+#include "ports/window/WindowPlatform.h"
 #include "ports/window/Workspace.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 
@@ -37,6 +42,12 @@ std::string hostFolder(const HostModel& host) {
 
 namespace {
 
+/// The name of the file through which the host was found; empty if there is none.
+std::string sourceFile(const HostModel& host) {
+    const auto* photoshop = host.as<PhotoshopHostModel>();
+    return photoshop == nullptr ? "" : lastPathComponent(photoshop->sourceFile());
+}
+
 ListRow rowOf(const HostModel& host, Workspace& workspace) {
     ListRow row{.title = host.hostName(),
                 .detail = hostFolder(host),
@@ -47,10 +58,20 @@ ListRow rowOf(const HostModel& host, Workspace& workspace) {
 
 }  // namespace
 
-std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts, Workspace& workspace) {
+std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts, WindowPlatform& platform) {
     std::vector<ListRow> rows;
     rows.reserve(hosts.size());
-    for (const HostModel& host : hosts) rows.push_back(rowOf(host, workspace));
+    for (const HostModel& host : hosts) rows.push_back(rowOf(host, platform.workspace));
+    const std::vector<ListRow> plain = rows;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const auto isSame = [&](const ListRow& other) {
+            return other.title == plain[row].title && other.detail == plain[row].detail;
+        };
+        const std::string file = sourceFile(hosts[row]);
+        if (file.empty() || std::ranges::count_if(plain, isSame) < 2) continue;
+        rows[row].detail = formatted(localizedText(platform.bundle, "host_from_file_fmt"),
+                                     {plain[row].detail, file});
+    }
     return rows;
 }
 

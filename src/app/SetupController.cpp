@@ -58,6 +58,7 @@ SetupController::SetupController(WindowPlatform& platform)
       hostsRunningModel_(std::make_shared<RunningHostViewModel>(platform)),
       hostsRunningController_(std::make_shared<RunningHostViewController>(platform)),
       registerModel_(std::make_shared<RegisterModel>(platform)),
+      registerController_(std::make_shared<RegisterController>(platform)),
       apertureRunModel_(std::make_shared<ApertureRunModel>(platform)),
       apertureRunController_(std::make_shared<ApertureRunController>(platform)),
       failureReport_(platform, *installFilesController_) {
@@ -82,6 +83,7 @@ void SetupController::followChanges() {
         [this](const Notification& notification) { stateDidChange(notification); });
     ownAnnouncements_ = follow(*this);
     optionAnnouncements_ = follow(options_);
+    runningAnnouncements_ = follow(hostsRunningController_->changes());
 }
 
 // Start-up
@@ -112,8 +114,7 @@ void SetupController::registerSteps() {
     addStep(window_.hostsView, hostsController_, hostsModel_, step_number::hostSelection);
     addStep(window_.rtfView, hostsRunningController_, hostsRunningModel_,
             step_number::runningHostCheck);
-    addStep(window_.registerView, std::make_shared<RegisterController>(platform_), registerModel_,
-            step_number::completion);
+    addStep(window_.registerView, registerController_, registerModel_, step_number::completion);
 }
 
 void SetupController::addStep(const std::shared_ptr<View>& view,
@@ -175,12 +176,14 @@ void SetupController::stateDidChange(const Notification& notification) {
         endWizard(newState);
         return;
     }
+    isCopied_ = false;
     for (const char* property : stepProperties) willChange(property);
     swapSteps(oldState, newState);
     // Read after the steps were called, since the entered step may have changed the state.
     setGoBackwardsText(viewModel_->goBackwardsText());
     setGoForwardText(viewModel_->goForwardText());
     for (const char* property : stepProperties) didChange(property);
+    closeIfAsked();
 }
 
 void SetupController::swapSteps(std::int32_t oldState, std::int32_t newState) {
@@ -270,6 +273,13 @@ void SetupController::checkHost(std::size_t row, bool checked) {
     const std::vector<HostModel> hosts = foundHosts();
     if (row >= hosts.size()) return;
     hosts[row].setHostIsSelected(checked);
+    // A Photoshop that is ticked ends the custom install. Whoever ticks the folder again wants
+    // both.
+    if (checked && hosts[row].as<UnknownHostModel>() == nullptr) {
+        for (const HostModel& host : hosts) {
+            if (host.as<UnknownHostModel>() != nullptr) host.setHostIsSelected(false);
+        }
+    }
     hostsController_->checkboxClicked(this);
 }
 
@@ -336,6 +346,17 @@ void SetupController::hideWindow() {
 
 void SetupController::quit() {
     if (window_.mainWindow && !copyInProgress()) window_.mainWindow->close();
+}
+
+void SetupController::endSoon() {
+    endsSoon_ = true;
+    closeIfAsked();
+}
+
+void SetupController::closeIfAsked() {
+    if (!endsSoon_ || copyInProgress()) return;
+    endsSoon_ = false;
+    if (window_.mainWindow) window_.mainWindow->close();
 }
 
 bool SetupController::shouldChangeText(std::string_view replacement) {

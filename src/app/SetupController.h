@@ -28,6 +28,7 @@ class InstallStateController;
 class Interface;
 class LicenseController;
 class LicenseModel;
+class RegisterController;
 class RegisterModel;
 class RunningHostViewController;
 class RunningHostViewModel;
@@ -125,6 +126,9 @@ class SetupController : public MainController, public BoundObject {
     void hideWindow();
     /// Closes the window, but not in the middle of an installation.
     void quit();
+    /// Closes the window as soon as no installation is going on: now, or when it has ended. The
+    /// help page does not open.
+    void endSoon();
 
     /// Always false: a guarded text cannot be edited. Return in it acts as the forward button.
     [[nodiscard]] bool shouldChangeText(std::string_view replacement) override;
@@ -157,6 +161,11 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
     /// What the last page says after a success that put the plug-in into no host; else empty.
     [[nodiscard]] std::string noPhotoshopText() const;
+    /// Says on the last page, until it is left, that something was copied.
+    void confirmCopy();
+    void closeIfAsked();
+    /// The step's extra button; names what the desktop could not open.
+    void pressExtraButton(const void* sender);
     [[nodiscard]] bool allHostsSelected() const;
     void selectAllHosts(bool select);
 
@@ -175,6 +184,7 @@ class SetupController : public MainController, public BoundObject {
     std::shared_ptr<RunningHostViewModel> hostsRunningModel_;
     std::shared_ptr<RunningHostViewController> hostsRunningController_;
     std::shared_ptr<RegisterModel> registerModel_;
+    std::shared_ptr<RegisterController> registerController_;
     // In reserve: the Aperture launch is registered under no step number.
     std::shared_ptr<ApertureRunModel> apertureRunModel_;
     std::shared_ptr<ApertureRunController> apertureRunController_;
@@ -188,6 +198,8 @@ class SetupController : public MainController, public BoundObject {
     bool configurePrismorExternalEditorsShould_ = false;
     bool isCustomInstallRecommended_ = true;
     bool launchHelpURL_ = false;
+    bool isCopied_ = false;
+    bool endsSoon_ = false;
 
     /// Announces the options to the window.
     Observable options_;
@@ -196,6 +208,7 @@ class SetupController : public MainController, public BoundObject {
     Subscription stateChanges_;
     Subscription ownAnnouncements_;
     Subscription optionAnnouncements_;
+    Subscription runningAnnouncements_;
     std::map<std::int32_t, Subscription> modelAnnouncements_;
     std::unique_ptr<Interface> interface_;
 };

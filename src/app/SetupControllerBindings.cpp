@@ -6,11 +6,16 @@
 #include "app/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
+#include "ports/Alerts.h"
 #include "ports/window/WindowPlatform.h"
+#include "product/CouldNotOpenAlert.h"
 #include "product/LocalizedText.h"
+#include "steps/completion/RegisterController.h"
 #include "steps/completion/RegisterModel.h"
 #include "steps/hosts/HostsController.h"
+#include "steps/hosts/HostsModel.h"
 #include "steps/install/InstallFilesController.h"
+#include "steps/running/RunningHostViewController.h"
 #include "steps/running/RunningHostViewModel.h"
 #include "wizard/InstallStateController.h"
 
@@ -70,7 +75,7 @@ void SetupController::bindStates() {
     bindProperty("backgroundImage", [this] { return backgroundImage(); }, {stepOrOutcome});
     bindProperty("backgroundImageName", [this] { return backgroundImageName(); }, {stepOrOutcome});
     bindList(
-        "foundHosts", [this] { return hostRows(foundHosts(), platform_.workspace); },
+        "foundHosts", [this] { return hostRows(foundHosts(), platform_); },
         [this](std::size_t row, bool checked) { checkHost(row, checked); });
 }
 
@@ -79,6 +84,15 @@ void SetupController::bindOptions() {
     // user changed although its option can only be shown then shows the option's value.
     bindProperty("isCustomInstallAllowed", [this] { return isCustomInstallAllowed(); },
                  {stepOrOutcome});
+    bindSwitch(
+        "allowsCustomInstall", [this] { return isCustomInstallAllowed(); },
+        [this](bool allow) {
+            // Nothing takes it back.
+            if (allow) customInstallMenu(this);
+        },
+        {"isCustomInstallAllowed", stepOrOutcome});
+    bindProperty("canAllowCustomInstall", [this] { return !isCustomInstallAllowed(); },
+                 {"isCustomInstallAllowed", stepOrOutcome});
     bindProperty("canConfigurePrismorExternalEditors",
                  [this] { return canConfigurePrismorExternalEditors(); }, {stepOrOutcome});
     bindSwitch(
@@ -94,7 +108,7 @@ void SetupController::bindPages() {
     // "enableForward" is announced whenever another screen of the step is shown, a host is ticked,
     // or the last running program has ended.
     bindProperty("pageText", [this] { return pageText(); },
-                 {"informativeText", "enableForward", stepOrOutcome});
+                 {"informativeText", "enableForward", "foundHosts", stepOrOutcome});
     bindSwitch(
         "allHostsSelected", [this] { return allHostsSelected(); },
         [this](bool select) { selectAllHosts(select); }, {"foundHosts", "enableForward"});
@@ -105,7 +119,10 @@ void SetupController::bindPages() {
                  {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
                  {"enableForward", stepOrOutcome});
-    bindProperty("waitingText", [this] { return waitingText(); }, {"enableForward", stepOrOutcome});
+    bindProperty("waitingText", [this] { return waitingText(); },
+                 {"runningApplication", "enableForward", stepOrOutcome});
+    bindConstant("notOfferedText",
+                 [this] { return notOfferedText(platform_.bundle, hostsModel_->notOffered()); });
     bindProperty("outcomeText", [this] { return outcomeText(); }, {stepOrOutcome});
     bindProperty("noPhotoshopText", [this] { return noPhotoshopText(); }, {stepOrOutcome});
     bindProperty("showsOutcomeText", [this] { return noPhotoshopText().empty(); }, {stepOrOutcome});
@@ -120,6 +137,9 @@ void SetupController::bindFailureReport() {
     bindProperty("failedItems", [this] { return failureReport_.failedItems(); }, {stepOrOutcome});
     bindProperty("hasFailedItems", [this] { return failureReport_.hasFailedItems(); },
                  {stepOrOutcome});
+    bindProperty("copiedNote",
+                 [this] { return isCopied_ ? localizedText(platform_.bundle, "copied") : ""; },
+                 {stepOrOutcome});
     bindProperty("installerLogExists", [this] { return failureReport_.installerLogExists(); },
                  {stepOrOutcome});
 }
@@ -127,35 +147,60 @@ void SetupController::bindFailureReport() {
 void SetupController::bindActions() {
     bindAction("nextView", [this](const void* sender) { nextView(sender); });
     bindAction("previousView", [this](const void* sender) { previousView(sender); });
-    bindAction("subViewButtonPress", [this](const void* sender) { subViewButtonPress(sender); });
+    bindAction("subViewButtonPress", [this](const void* sender) { pressExtraButton(sender); });
     bindAction("customInstallMenu", [this](const void* sender) { customInstallMenu(sender); });
     bindAction("showAbout", [this](const void* /*sender*/) { showAbout(); });
     bindAction("quit", [this](const void* /*sender*/) { quit(); });
     bindAction("hideWindow", [this](const void* /*sender*/) { hideWindow(); });
     bindAction("openInstallerLog",
                [this](const void* /*sender*/) { failureReport_.openInstallerLog(); });
-    bindAction("copyInstallerLog",
-               [this](const void* /*sender*/) { failureReport_.copyInstallerLog(); });
-    bindAction("copyReport", [this](const void* /*sender*/) { failureReport_.copyReport(); });
+    bindAction("copyInstallerLog", [this](const void* /*sender*/) {
+        if (failureReport_.copyInstallerLog()) confirmCopy();
+    });
+    bindAction("copyReport", [this](const void* /*sender*/) {
+        failureReport_.copyReport();
+        confirmCopy();
+    });
+}
+
+void SetupController::pressExtraButton(const void* sender) {
+    subViewButtonPress(sender);
+    if (stateController_->currentState() != step_number::completion) return;
+    const std::string& address = registerController_->unopenedAddress();
+    if (address.empty()) return;
+    // The alert has one button, so the answer is ignored.
+    static_cast<void>(platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, address)));
+}
+
+void SetupController::confirmCopy() {
+    setOption("copiedNote", isCopied_, true);
 }
 
 PropertyValue SetupController::pageText() const {
-    const bool isCustomScreen =
-        stateController_->currentState() == step_number::hostSelection && customInstallChosen_;
-    if (!isCustomScreen) return asPropertyValue(informativeText());
+    if (stateController_->currentState() != step_number::hostSelection) {
+        return asPropertyValue(informativeText());
+    }
     const Bundle& bundle = platform_.bundle;
-    return formatted(localizedText(bundle, "custom_install_instructions"), {productName(bundle)});
+    const std::string noneFound = noPhotoshopFoundText(bundle, foundHosts());
+    if (!customInstallChosen_) {
+        return noneFound.empty() ? asPropertyValue(informativeText()) : PropertyValue(noneFound);
+    }
+    const std::string instructions =
+        formatted(localizedText(bundle, "custom_install_instructions"), {productName(bundle)});
+    return noneFound.empty() ? instructions : noneFound + "\n\n" + instructions;
 }
 
 std::string SetupController::waitingText() const {
-    const bool isWaiting = hostsRunningModel_->hostIsRunning();
-    return localizedText(platform_.bundle,
-                         isWaiting ? "waiting_for_program" : "program_has_closed");
+    const Bundle& bundle = platform_.bundle;
+    if (!hostsRunningModel_->hostIsRunning()) return localizedText(bundle, "program_has_closed");
+    const std::string& application = hostsRunningController_->runningApplication();
+    if (application.empty()) return localizedText(bundle, "waiting_for_program");
+    return formatted(localizedText(bundle, "waiting_for_program_fmt"), {application});
 }
 
 std::vector<ListRow> SetupController::installedPlaces() const {
     if (!successfulInstall()) return {};
-    return hostRows(installFilesController_->suppliedHosts(), platform_.workspace);
+    return hostRows(installFilesController_->suppliedHosts(), platform_);
 }
 
 std::string SetupController::noPhotoshopText() const {

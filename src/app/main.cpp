@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -23,6 +24,8 @@
 #include "linux/files/LinuxFileQuery.h"
 #include "linux/files/LinuxSearchPaths.h"
 #include "linux/log/LinuxSystemLog.h"
+#include "linux/process/AtExit.h"
+#include "linux/process/EndSignals.h"
 #include "linux/process/LinuxChildProcess.h"
 #include "linux/process/PollEventLoop.h"
 #include "linux/process/ProcessSetup.h"
@@ -174,17 +177,31 @@ class WindowApplication {
                                        {std::string(mainWindowName), *part}));
             return false;
         }
+        // The toolkit ends the process itself when the display is gone.
+        const AtExit whenDisplayIsGone([this] {
+            saveSettings();
+            // The window's objects cannot be destroyed without the display.
+            std::_Exit(1);
+        });
+        const EndSignals endSignals(window_.descriptors(), [this, &controller] {
+            saveSettings();
+            controller.endSoon();
+        });
         controller.awakeFromNib(std::move(mainWindow));
         window_.run();
+        saveSettings();
+        return true;
+    }
+
+  private:
+    void saveSettings() {
         machine_.notifications.post({applicationWillTerminate, nullptr, {}});
         // Also writes the values that were set through objects which no longer exist.
         if (!machine_.preferences.synchronizeAll()) {
             machine_.log.log("The settings could not be saved");
         }
-        return true;
     }
 
-  private:
     Machine& machine_;
     WindowModule& window_;
     LinuxFileQueries fileQueries_;

@@ -1,5 +1,6 @@
 #include "hosts/HostDiscovery.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -48,7 +49,7 @@ HostDiscovery::HostDiscovery(Platform& platform) : platform_(platform) {
 
 std::vector<HostModel> HostDiscovery::discoverHosts() {
     hosts_.clear();
-    unlisted_.clear();
+    notOffered_.clear();
     const std::string preferences = NSUserPreferencesDirectory(platform_).value_or("");
     const std::optional<std::string> support = ApplicationSupportDirectory(platform_);
     const std::string adobeFolder = support ? joinPath(*support, "Adobe") : "";
@@ -63,6 +64,7 @@ std::vector<HostModel> HostDiscovery::discoverHosts() {
     for (const std::string& name : preferencesNames) {
         if (isAdobeFile(name, "Settings")) addHostOfSettingsFile(name);
     }
+    noteNotOffered();
     return std::move(hosts_);
 }
 
@@ -71,13 +73,14 @@ void HostDiscovery::addHostOfPathsFile(const std::string& path) {
     PhotoshopHostModel host = PhotoshopHostModel::initWithPathsFilePath(platform_, path);
     // No Elements release is listed, old or new; an uninstalled host is, and is not offered.
     if (host.isElements()) {
-        unlisted_.push_back({host.hostName(), UnlistedHost::Reason::elements});
+        addNotOffered(host.hostName(), NotOfferedHost::Reason::elements);
         return;
     }
     if (!host.hostIsAtLeastVersionCS(firstListedVersion)) {
-        unlisted_.push_back({host.hostName(), UnlistedHost::Reason::unknownRelease});
+        addNotOffered(host.hostName(), NotOfferedHost::Reason::tooOld);
         return;
     }
+    host.setSourceFile(path);
     hosts_.emplace_back(std::move(host));
 }
 
@@ -85,7 +88,46 @@ void HostDiscovery::addHostOfSettingsFile(const std::string& name) {
     PhotoshopHostModel host =
         PhotoshopHostModel::initWithHostName(platform_, replacingAll(name, " Settings", ""));
     if (host.photoshopVersionFromDisplayName() < firstVersionWithoutPathsFile) return;
+    host.setSourceFile(name);
     hosts_.emplace_back(std::move(host));
+}
+
+void HostDiscovery::noteNotOffered() {
+    for (const HostModel& host : hosts_) {
+        const auto* photoshop = host.as<PhotoshopHostModel>();
+        if (photoshop == nullptr || photoshop->hostIsInstalled()) continue;
+        addNotOffered(photoshop->hostName(), photoshop->appPath().empty()
+                                                 ? NotOfferedHost::Reason::unreadable
+                                                 : NotOfferedHost::Reason::folderMissing);
+    }
+    // Another file of the same release may have led to it.
+    std::erase_if(notOffered_, [this](const NotOfferedHost& other) {
+        return std::ranges::any_of(hosts_, [&](const HostModel& host) {
+            return host.hostName() == other.name && host.booleanNamed("hostIsInstalled") == true;
+        });
+    });
+    for (const NotOfferedHost& host : notOffered_) {
+        platform_.log.log(formatted("Not offered: %@: %@", {host.name, description(host.reason)}));
+    }
+}
+
+void HostDiscovery::addNotOffered(const std::string& name, NotOfferedHost::Reason reason) {
+    const auto hasName = [&](const NotOfferedHost& host) { return host.name == name; };
+    if (std::ranges::none_of(notOffered_, hasName)) notOffered_.push_back({name, reason});
+}
+
+const char* description(NotOfferedHost::Reason reason) {
+    switch (reason) {
+        case NotOfferedHost::Reason::tooOld:
+            return "it is too old";
+        case NotOfferedHost::Reason::elements:
+            return "Photoshop Elements is not supported";
+        case NotOfferedHost::Reason::folderMissing:
+            return "there is no application in its folder";
+        case NotOfferedHost::Reason::unreadable:
+            return "its paths file cannot be read";
+    }
+    return "";
 }
 
 }  // namespace installer

@@ -4,20 +4,11 @@
 #include <vector>
 
 #include "hosts/HostModel.h"
+#include "hosts/NotOfferedHost.h"
 
 namespace installer {
 
 struct Platform;
-
-/// Something of a Photoshop that the search has found and does not list.
-struct UnlistedHost {
-    enum class Reason {
-        elements,        ///< no release of Elements is listed
-        unknownRelease,  ///< its name says neither CS6 nor CC
-    };
-    std::string name;
-    Reason reason = Reason::unknownRelease;
-};
 
 /// The search of a machine for hosts. Only Photoshop releases are found, Elements excepted; the
 /// other kinds are never made here. The platform outlives this object.
@@ -33,17 +24,19 @@ class HostDiscovery {
     /// Blocks for up to one and a half seconds for each paths file that cannot be opened.
     [[nodiscard]] std::vector<HostModel> discoverHosts();
 
-    /// What the last search has found and not listed, by its paths file. A settings file of an
-    /// older release says nothing and is passed over.
-    [[nodiscard]] const std::vector<UnlistedHost>& unlistedHosts() const { return unlisted_; }
+    /// What the last search found and does not offer, each name once, in the order in which it was
+    /// found. The system log has named each.
+    [[nodiscard]] const std::vector<NotOfferedHost>& notOffered() const { return notOffered_; }
 
   private:
+    void noteNotOffered();
+    void addNotOffered(const std::string& name, NotOfferedHost::Reason reason);
     void addHostOfPathsFile(const std::string& path);
     void addHostOfSettingsFile(const std::string& name);
 
     Platform& platform_;
     std::vector<HostModel> hosts_;
-    std::vector<UnlistedHost> unlisted_;
+    std::vector<NotOfferedHost> notOffered_;
 };
 
 }  // namespace installer

@@ -29,6 +29,10 @@ class PhotoshopHostModel {
     [[nodiscard]] const std::string& scriptsPath() const { return scriptsPath_; }
     [[nodiscard]] const std::string& panelsPath() const { return panelsPath_; }
 
+    /// The file through which the host was found; empty if nobody said.
+    [[nodiscard]] const std::string& sourceFile() const { return sourceFile_; }
+    void setSourceFile(const std::string& path) { sourceFile_ = path; }
+
     [[nodiscard]] std::uint32_t version() const;
     [[nodiscard]] std::uint32_t minorVersion() const;
     [[nodiscard]] bool isElements() const;
@@ -56,6 +60,7 @@ class PhotoshopHostModel {
     std::string panelsPath_;
     bool hostIsInstalled_ = false;
     bool hostIsSelected_ = true;
+    std::string sourceFile_;
 };
 
 }  // namespace installer

@@ -189,6 +189,53 @@ TEST_F(FailureReportTest, TheReportNamesTheTroubleWithRights) {
     EXPECT_THAT(fake.clipboard.text, HasSubstr("Reason: No rights\n"));
 }
 
+// What a press of a button shows
+
+TEST_F(FailureReportTest, ALogThatNothingOpensIsNamed) {
+    fake.bundle.tables["Localizable"].insert(
+        {{"could_not_open_title", "No"}, {"could_not_open_message", "Open %@"}});
+    fake.workspace.canOpen = false;
+    install();
+    wizard->performAction("openInstallerLog", nullptr);
+    ASSERT_EQ(fake.alerts.shown.size(), 2U) << "the licence's question, then this";
+    EXPECT_EQ(fake.alerts.shown.back().title, "No");
+    EXPECT_EQ(fake.alerts.shown.back().message, "Open " + logFile);
+}
+
+TEST_F(FailureReportTest, APageThatNothingOpensIsNamed) {
+    fake.bundle.tables["Localizable"].insert({{"could_not_open_title", "No"},
+                                              {"could_not_open_message", "Open %@"},
+                                              {"register_url", "https://acme.example"}});
+    fake.workspace.canOpen = false;
+    install();
+    wizard->performAction("subViewButtonPress", nullptr);
+    ASSERT_EQ(fake.alerts.shown.size(), 2U);
+    EXPECT_EQ(fake.alerts.shown.back().message, "Open https://acme.example");
+}
+
+TEST_F(FailureReportTest, ACopyIsConfirmedUntilThePageIsLeft) {
+    fake.bundle.tables["Localizable"]["copied"] = "Copied";
+    addItemThatCannotBeCopied("/Applications/Tool.app");
+    install();
+    EXPECT_EQ(textOf("copiedNote"), "");
+    recordRefreshes();
+    wizard->performAction("copyReport", nullptr);
+    EXPECT_THAT(refreshed, testing::Contains("copiedNote"));
+    EXPECT_EQ(textOf("copiedNote"), "Copied");
+    wizard->previousView(nullptr);
+    EXPECT_EQ(textOf("copiedNote"), "");
+    wizard->nextView(nullptr);
+    wizard->performAction("copyInstallerLog", nullptr);
+    EXPECT_EQ(textOf("copiedNote"), "Copied");
+}
+
+TEST_F(FailureReportTest, ACopyOfNothingIsNotConfirmed) {
+    fake.bundle.tables["Localizable"]["copied"] = "Copied";
+    start();
+    wizard->performAction("copyInstallerLog", nullptr);
+    EXPECT_EQ(textOf("copiedNote"), "");
+}
+
 // What went into a Photoshop
 
 TEST_F(FailureReportTest, APluginThatWentIntoNoPhotoshopIsNotPraised) {

@@ -30,7 +30,7 @@ class HostRowsTest : public WizardTest {
 
     HostModel customHost() { return UnknownHostModel(fake.platform, "/My Plug-Ins"); }
 
-    ListRow rowOf(const HostModel& host) { return hostRows({host}, fake.workspace).front(); }
+    ListRow rowOf(const HostModel& host) { return hostRows({host}, fake.windowPlatform).front(); }
 };
 
 TEST_F(HostRowsTest, APhotoshopShowsItsNameItsFolderAndItsIcon) {
@@ -41,6 +41,52 @@ TEST_F(HostRowsTest, APhotoshopShowsItsNameItsFolderAndItsIcon) {
                                             .detail = "/Applications/Adobe Photoshop CS6",
                                             .icon = {"/icon"},
                                             .checked = true}));
+}
+
+TEST_F(HostRowsTest, TwoRowsOfOneHostNameTheFilesThatTheyCameFrom) {
+    fake.bundle.tables["Localizable"]["host_from_file_fmt"] = "%1$@ by %2$@";
+    fake.memory.addFolder("/Applications/Adobe Photoshop CC 2019/Photoshop.app");
+    const std::string preferences = "/Users/tester/Library/Preferences/";
+    fake.memory.addFile(
+        preferences + "Adobe Photoshop CC 2019 Paths",
+        std::string("/Applications/Adobe Photoshop CC 2019") + std::string(1, '\0'));
+    fake.memory.addFile(preferences + "Adobe Photoshop CC 2019 Settings");
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    ASSERT_THAT(rows(), SizeIs(3));
+    EXPECT_EQ(rows()[0].detail, "/Applications/Adobe Photoshop CS6");
+    EXPECT_EQ(rows()[1].detail,
+              "/Applications/Adobe Photoshop CC 2019 by Adobe Photoshop CC 2019 Paths");
+    EXPECT_EQ(rows()[2].detail,
+              "/Applications/Adobe Photoshop CC 2019 by Adobe Photoshop CC 2019 Settings");
+}
+
+TEST_F(HostRowsTest, TickingAPhotoshopEndsTheCustomInstall) {
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.preferences.values[{"com.quarrytone.installer", "customPath"}] = "/My Plug-Ins";
+    fake.workspace.running = {"Photoshop"};
+    start();
+    goTo(1);
+    wizard->subViewButtonPress(nullptr);
+    goTo(1);
+    wizard->previousView(nullptr);
+    ASSERT_THAT(visibleViews(), ElementsAre("hostsView"));
+    ASSERT_THAT(rows(), SizeIs(2));
+    ASSERT_TRUE(rows()[1].checked);
+    wizard->setRowChecked("foundHosts", 0, true);
+    EXPECT_TRUE(rows()[0].checked);
+    EXPECT_FALSE(rows()[1].checked);
+    // The page of the folder says that it is installed into.
+    wizard->subViewButtonPress(nullptr);
+    EXPECT_FALSE(rows()[0].checked);
+    EXPECT_TRUE(rows()[1].checked);
+    goTo(1);
+    wizard->previousView(nullptr);
+    wizard->setRowChecked("foundHosts", 0, true);
+    // Whoever ticks it again wants both.
+    wizard->setRowChecked("foundHosts", 1, true);
+    EXPECT_TRUE(rows()[0].checked);
+    EXPECT_TRUE(rows()[1].checked);
 }
 
 TEST_F(HostRowsTest, RowsStandInTheOrderOfTheHosts) {

@@ -107,7 +107,8 @@ TEST_F(SetupControllerOptionsTest, TheMenuAllowsTheCustomInstallForGood) {
     recordRefreshes();
     wizard->performAction("customInstallMenu", nullptr);
     EXPECT_TRUE(flagOf("isCustomInstallAllowed"));
-    EXPECT_THAT(refreshed, ElementsAre("isCustomInstallAllowed"));
+    EXPECT_THAT(refreshed, ElementsAre("isCustomInstallAllowed", "allowsCustomInstall",
+                                       "canAllowCustomInstall"));
     wizard->performAction("customInstallMenu", nullptr);
     EXPECT_TRUE(wizard->isCustomInstallAllowed());
 }
@@ -158,6 +159,18 @@ TEST_F(SetupControllerOptionsTest, TheAboutAlertLeavesOutWhatIsNotKnown) {
     start();
     wizard->performAction("showAbout", nullptr);
     EXPECT_EQ(fake.alerts.shown.front().message, "Filters 2");
+}
+
+TEST_F(SetupControllerOptionsTest, AnotherFolderOnceAllowedShowsItsTickAndCannotBeTakenBack) {
+    start();
+    EXPECT_FALSE(flagOf("allowsCustomInstall"));
+    EXPECT_TRUE(flagOf("canAllowCustomInstall"));
+    wizard->setValueForProperty("allowsCustomInstall", true);
+    EXPECT_TRUE(wizard->isCustomInstallAllowed());
+    EXPECT_TRUE(flagOf("allowsCustomInstall"));
+    EXPECT_FALSE(flagOf("canAllowCustomInstall"));
+    wizard->setValueForProperty("allowsCustomInstall", false);
+    EXPECT_TRUE(flagOf("allowsCustomInstall"));
 }
 
 }  // namespace

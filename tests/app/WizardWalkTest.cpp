@@ -58,6 +58,41 @@ TEST_F(WizardWalkTest, TheWizardsOwnStepsAreAnnouncedInsideOneAnotherToo) {
     EXPECT_EQ(Lines(events.end() - last, events.end()), fromTheCompletionOn);
 }
 
+TEST_F(WizardWalkTest, APressBehindTheLicenceQuestionMovesNothing) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    fake.alerts.whenShown = [&] {
+        if (fake.alerts.shown.size() == 1) wizard->performAction("nextView", nullptr);
+    };
+    wizard->performAction("nextView", nullptr);
+    EXPECT_EQ(fake.alerts.shown.size(), 1U);
+    EXPECT_THAT(visibleViews(), ElementsAre("hostsView"));
+}
+
+TEST_F(WizardWalkTest, TheWizardEndsAsSoonAsItMayWhenItIsToldToEnd) {
+    addPhotoshop("Adobe Photoshop CS6");
+    start();
+    goTo(1);
+    bool told = false;
+    fake.eventLoop.duringTurn = [&] {
+        if (told || !flagOf("copyInProgress")) return;
+        told = true;
+        wizard->endSoon();
+        EXPECT_EQ(timesClosed(), 0);
+    };
+    wizard->nextView(nullptr);
+    ASSERT_TRUE(told);
+    EXPECT_TRUE(flagOf("successfulInstall"));
+    EXPECT_EQ(timesClosed(), 1);
+    EXPECT_THAT(fake.workspace.opened, testing::IsEmpty());
+}
+
+TEST_F(WizardWalkTest, TheWizardEndsAtOnceWhileNothingIsInstalled) {
+    start();
+    wizard->endSoon();
+    EXPECT_EQ(timesClosed(), 1);
+}
+
 TEST_F(WizardWalkTest, ARunningHostHoldsTheWizardUp) {
     addPhotoshop("Adobe Photoshop CS6");
     fake.workspace.running = {"Photoshop CS6"};
@@ -82,6 +117,20 @@ TEST_F(WizardWalkTest, TheHeadingAsksToQuitARunningHostAndThanksWhenItHasEnded) 
     fake.workspace.end("Photoshop CS6");
     EXPECT_EQ(textOf("mainLabelText"), "Thank you");
     EXPECT_TRUE(flagOf("enableForward"));
+}
+
+TEST_F(WizardWalkTest, TheProgramThatIsWaitedForHasItsRealName) {
+    fake.bundle.tables["Localizable"].insert(
+        {{"waiting_for_program_fmt", "Close %@"}, {"program_has_closed", "Closed"}});
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.running = {"Photoshop CS6", "Photoshop Helper"};
+    start();
+    goTo(2);
+    EXPECT_EQ(textOf("waitingText"), "Close Photoshop CS6");
+    fake.workspace.end("Photoshop CS6");
+    EXPECT_EQ(textOf("waitingText"), "Close Photoshop Helper");
+    fake.workspace.end("Photoshop Helper");
+    EXPECT_EQ(textOf("waitingText"), "Closed");
 }
 
 TEST_F(WizardWalkTest, AHostThatNobodyWantsMayRun) {

@@ -61,19 +61,6 @@ TEST_F(HostDiscoveryTest, FindsPathsFilesInBothFoldersAdobesOwnFirst) {
                             "Found path file " + preferences + "Adobe Photoshop CS6 Paths"));
 }
 
-TEST_F(HostDiscoveryTest, SaysWhyAPathsFileGivesNoHost) {
-    addPhotoshop("Adobe Photoshop CS6");
-    addPhotoshop("Adobe Photoshop CS5");
-    addPhotoshop("Adobe Photoshop Elements 15", adobeSupport);
-    HostDiscovery discovery(fake_.platform);
-    EXPECT_THAT(discovery.discoverHosts(), SizeIs(1));
-    ASSERT_THAT(discovery.unlistedHosts(), SizeIs(2));
-    EXPECT_EQ(discovery.unlistedHosts()[0].name, "Adobe Photoshop Elements 15");
-    EXPECT_EQ(discovery.unlistedHosts()[0].reason, UnlistedHost::Reason::elements);
-    EXPECT_EQ(discovery.unlistedHosts()[1].name, "Adobe Photoshop CS5");
-    EXPECT_EQ(discovery.unlistedHosts()[1].reason, UnlistedHost::Reason::unknownRelease);
-}
-
 TEST_F(HostDiscoveryTest, NamesAPathsFileInTheLogBeforeItIsRead) {
     addPhotoshop("Adobe Photoshop CS6");
     std::vector<std::string> linesWhenRead;

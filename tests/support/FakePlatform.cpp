@@ -36,6 +36,7 @@ std::optional<std::string> FakeBundle::informationValue(const std::string& key) 
 }
 
 std::unique_ptr<Bundle> FakeBundles::open(const std::string& path) {
+    opened.push_back(path);
     const auto found = informationByPath.find(path);
     if (found == informationByPath.end()) return nullptr;
     auto bundle = std::make_unique<FakeBundle>();

@@ -52,6 +52,7 @@ class FakeBundle : public Bundle {
 class FakeBundles : public Bundles {
   public:
     std::map<std::string, std::map<std::string, std::string>> informationByPath;
+    std::vector<std::string> opened;  ///< each path that was asked for, in order
     std::unique_ptr<Bundle> open(const std::string& path) override;
 };
 

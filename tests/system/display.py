@@ -125,3 +125,12 @@ def contrast(colours):
     ground = luminance(most_frequent(colours)) + 0.05
     return max(max(ground, light) / min(ground, light)
                for light in (luminance(colour) + 0.05 for colour in colours))
+
+
+def disconnect(window):
+    """Takes the display away from the program that has the window."""
+    library = ctypes.CDLL("libX11.so.6")
+    library.XOpenDisplay.restype = ctypes.c_void_p
+    display = ctypes.c_void_p(library.XOpenDisplay(None))
+    library.XKillClient(display, ctypes.c_ulong(int(window)))
+    library.XCloseDisplay(display)

@@ -83,8 +83,8 @@ class InstallerctlPlan(Scene):
         gone = self.disk.at("/Applications/Adobe Photoshop CC 2015")
         self.assertEqual(refused, {
             "Adobe Photoshop CS6": None,
-            "Adobe Photoshop CS5": "its name says neither CS6 nor a later CC release",
-            "Adobe Photoshop Elements 15": "Elements is not supported",
+            "Adobe Photoshop CS5": "it is too old",
+            "Adobe Photoshop Elements 15": "Photoshop Elements is not supported",
             "Adobe Photoshop CC 2015": f"there is no application in {gone}"})
 
     def test_what_no_rule_takes_is_named_with_the_reason(self):

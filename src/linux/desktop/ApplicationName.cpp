@@ -66,7 +66,7 @@ class Naming {
         for (const std::string& path : {facts_.executable, program_, script}) {
             if (const auto name = packageName(path)) return *name;
         }
-        return script.empty() ? programName() : lastPathComponent(script);
+        return script.empty() ? programName() : "";
     }
 
   private:

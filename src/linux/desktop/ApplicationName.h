@@ -14,7 +14,7 @@ class Bundles;
 ///  - A Windows program (run by Wine) goes by its file's name without ".exe".
 ///  - A program or a script in an application package goes by the package's name: its
 ///    CFBundleName, else the folder's name without ".app".
-///  - A script goes by its own file's name, not by its interpreter's.
+///  - Any other script is no application, and has no name: "Photoshop backup.sh" is no Photoshop.
 ///  - Any other program goes by its file's name. Which that is, the short name decides, as the one
 ///    thing known of every process; the rest of a long name is found in the arguments or, where it
 ///    may be read, in the program's path.

@@ -62,6 +62,17 @@ std::string executableOf(pid_t process) {
     return path;
 }
 
+/// The real user: the effective one of a set-user-ID program is not who started it.
+std::optional<uid_t> userOf(pid_t process) {
+    constexpr std::string_view field = "\nUid:\t";
+    std::array<char, 1024> buffer;
+    const std::string text = firstBytes(fileOf(process, "status"), buffer);
+    const auto place = text.find(field);
+    if (place == std::string::npos) return std::nullopt;
+    const std::string_view value = std::string_view(text).substr(place + field.size());
+    return numberIn<uid_t>(value.substr(0, value.find('\t')));
+}
+
 }  // namespace
 
 std::optional<ProcessStatus> parsedProcessStatus(std::string_view line) {
@@ -89,7 +100,8 @@ std::optional<ProcessFacts> processFacts(pid_t process) {
     if (!status || status->hasEnded || status->isKernelThread) return std::nullopt;
     return ProcessFacts{.shortName = std::move(status->shortName),
                         .arguments = argumentsOf(process),
-                        .executable = executableOf(process)};
+                        .executable = executableOf(process),
+                        .user = userOf(process)};
 }
 
 std::vector<pid_t> listedProcesses() {

@@ -28,6 +28,8 @@ struct ProcessFacts {
     std::vector<std::string> arguments;
     /// The path of the program's file; empty when it is another user's process.
     std::string executable;
+    /// The user who started it; nullopt if the kernel does not say.
+    std::optional<uid_t> user = {};
 };
 
 /// nullopt for a process that is gone or has ended, and for a kernel thread.

@@ -2,13 +2,19 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
+#include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/ApplicationName.h"
 #include "linux/desktop/ProcessFacts.h"
 #include "ports/DescriptorWatcher.h"
@@ -30,6 +36,20 @@ int raisedDescriptorLimit() {
     return static_cast<int>(std::min(limit.rlim_cur, plenty) / 4 * 3);
 }
 
+/// The user of this process, and behind a root that somebody has become, that somebody.
+std::set<uid_t> peopleOfThisSession() {
+    std::set<uid_t> people = {::getuid()};
+    if (::getuid() != 0) return people;
+    for (const char* variable : {"SUDO_UID", "PKEXEC_UID"}) {
+        const char* text = std::getenv(variable);
+        const std::string_view value = text == nullptr ? "" : text;
+        uid_t user = 0;
+        const auto end = std::from_chars(value.data(), value.data() + value.size(), user);
+        if (end.ec == std::errc() && end.ptr == value.data() + value.size()) people.insert(user);
+    }
+    return people;
+}
+
 bool hasEnded(const FileDescriptor& process) {
     pollfd polled{process.get(), POLLIN, 0};
     return ::poll(&polled, 1, 0) > 0;
@@ -38,11 +58,25 @@ bool hasEnded(const FileDescriptor& process) {
 }  // namespace
 
 RunningApplications::RunningApplications(DescriptorWatcher& watcher, Bundles& bundles)
-    : watcher_(watcher), bundles_(bundles), descriptorLimit_(raisedDescriptorLimit()) {}
+    : watcher_(watcher),
+      bundles_(bundles),
+      descriptorLimit_(raisedDescriptorLimit()),
+      timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+    if (const auto facts = processFacts(::getpid())) {
+        ownPackage_ = packageOfProgram(facts->executable);
+    }
+}
 
 std::vector<std::string> RunningApplications::scan() {
+    if (!isTelling_) return scanned();
+    if (!scanWhileTelling_) scanWhileTelling_ = scanned();
+    return *scanWhileTelling_;
+}
+
+std::vector<std::string> RunningApplications::scanned() {
     // An end that was not told yet still is, as the event loop turns on.
     std::erase_if(watched_, [](const auto& entry) { return !hasEnded(entry.second.process); });
+    const std::set<uid_t> people = peopleOfThisSession();
     std::vector<std::string> names;
     for (const pid_t number : listedProcesses()) {
         if (number == ::getpid()) continue;
@@ -51,13 +85,19 @@ std::vector<std::string> RunningApplications::scan() {
         FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, number, 0)));
         if (!process && errno == ESRCH) continue;
         const auto facts = processFacts(number);
-        if (!facts || (process && hasEnded(process))) continue;
+        if (!facts || isOwn(*facts) || (process && hasEnded(process))) continue;
+        if (facts->user && !people.contains(*facts->user)) continue;
         std::string name = applicationName(*facts, bundles_);
         if (name.empty()) continue;
         if (process && process.get() < descriptorLimit_) watch(std::move(process), name);
         names.push_back(std::move(name));
     }
     return names;
+}
+
+/// Another run of the installer, or its helper.
+bool RunningApplications::isOwn(const ProcessFacts& facts) const {
+    return ownPackage_ && packageOfProgram(facts.executable) == ownPackage_;
 }
 
 Subscription RunningApplications::onTerminated(
@@ -74,10 +114,41 @@ void RunningApplications::watch(FileDescriptor process, const std::string& name)
 void RunningApplications::ended(int process) {
     const auto node = watched_.extract(process);
     if (node.empty()) return;
-    // A handler may scan anew, and may end this object's life.
-    const std::string name = node.mapped().name;
+    untold_.push_back(node.mapped().name);
     node.mapped().end.cancel();
-    observers_.call(name);
+    tellSoon();
+}
+
+void RunningApplications::tellSoon() {
+    if (isTimerSet_) return;
+    constexpr std::chrono::nanoseconds shortestTime = std::chrono::milliseconds(200);
+    const auto sinceLastTold = std::chrono::steady_clock::now() - lastTold_;
+    // The timer takes no time of zero.
+    const auto wait = std::max(shortestTime - sinceLastTold, std::chrono::nanoseconds(1));
+    const itimerspec time{{}, {.tv_sec = 0, .tv_nsec = wait.count()}};
+    if (!timer_ || ::timerfd_settime(timer_.get(), 0, &time, nullptr) != 0) {
+        tell();
+        return;
+    }
+    isTimerSet_ = true;
+    timerWatch_ = watcher_.watch(timer_.get(), [this] { tell(); });
+}
+
+void RunningApplications::tell() {
+    timerWatch_.cancel();
+    isTimerSet_ = false;
+    lastTold_ = std::chrono::steady_clock::now();
+    const std::vector<std::string> names = std::exchange(untold_, {});
+    scanWhileTelling_.reset();
+    isTelling_ = true;
+    // A handler may scan anew, and may end this object's life.
+    const std::weak_ptr<const bool> life = life_;
+    for (const std::string& name : names) {
+        observers_.call(name);
+        if (life.expired()) return;
+    }
+    isTelling_ = false;
+    scanWhileTelling_.reset();
 }
 
 }  // namespace installer

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,10 +16,16 @@ namespace installer {
 
 class Bundles;
 class DescriptorWatcher;
+struct ProcessFacts;
 
-/// What runs on the machine, for whichever user, and the ends of it. Every process counts as an
-/// application but the kernel's threads and this process, which would wait for its own end; one
-/// that has ended does not, even while its parent has not asked for its exit status.
+/// The applications of the person at this machine, and their ends: that person's processes that
+/// have a name (`applicationName`). The installer's own programs do not count, since it would wait
+/// for its own end, nor does a process that has ended while its parent has not asked for its exit
+/// status.
+///
+/// Ends that follow one another closely are told together, at most five times a second, and all
+/// handlers of these ends see one scan: a machine on which many programs end is not scanned for
+/// each.
 ///
 /// Ends are watched through descriptors of the processes, without polling. Where the kernel has
 /// none (before Linux 5.3, or in a sandbox that forbids them) nothing is watched. A quarter of the
@@ -41,13 +50,27 @@ class RunningApplications {
         Subscription end;  ///< the last member: it goes before the descriptor is closed
     };
 
+    [[nodiscard]] std::vector<std::string> scanned();
+    [[nodiscard]] bool isOwn(const ProcessFacts& facts) const;
     void watch(FileDescriptor process, const std::string& name);
     void ended(int process);
+    void tellSoon();
+    void tell();
 
     DescriptorWatcher& watcher_;
     Bundles& bundles_;
     int descriptorLimit_;
+    std::optional<std::string> ownPackage_;
     std::map<int, Watched> watched_;  ///< by descriptor
+
+    std::vector<std::string> untold_;  ///< the names of those whose ends are told next
+    FileDescriptor timer_;
+    Subscription timerWatch_;
+    std::chrono::steady_clock::time_point lastTold_;
+    bool isTimerSet_ = false;
+    bool isTelling_ = false;
+    std::optional<std::vector<std::string>> scanWhileTelling_;
+    std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
     ObserverList<std::string> observers_;
 };
 

@@ -11,6 +11,7 @@
 #include "ports/window/DescriptionProperties.h"
 #include "qt/binding/ControlText.h"
 #include "qt/binding/GuardedText.h"
+#include "qt/dressing/BehindQuestion.h"
 
 namespace installer {
 
@@ -73,7 +74,7 @@ void Binder::bind(QObject& control, const char* kind, MakeBinding make) {
 
 void Binder::bindAction(QObject& control) {
     const auto perform = [&owner = owner_, action = named(control, actionProperty), &control] {
-        owner.performAction(action, &control);
+        if (!isBehindQuestion(control)) owner.performAction(action, &control);
     };
     if (auto* button = qobject_cast<QAbstractButton*>(&control)) {
         connect(button, &QAbstractButton::clicked, this, perform);

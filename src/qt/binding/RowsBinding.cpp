@@ -7,6 +7,7 @@
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
+#include "qt/dressing/BehindQuestion.h"
 #include "qt/values/RowIcon.h"
 #include "qt/values/VisibleText.h"
 
@@ -15,8 +16,6 @@ namespace installer {
 namespace {
 
 constexpr int iconPathRole = ListRowDelegate::detailRole + 1;
-
-/// In a list with this property each row has a check box.
 
 /// Rows of one list have icons of one size, those without a picture too.
 void showIcon(QListWidgetItem& item, const Image& icon, bool needsIcon) {
@@ -65,8 +64,11 @@ ShowValue rowsBinding(QObject& control, const BindingContext& context) {
     QObject::connect(list, &QListWidget::itemChanged, &context.lifetime,
                      [list, show, property = context.property, &owner = context.owner,
                       lifetime = QPointer<QObject>(&context.lifetime)](QListWidgetItem* item) {
-                         owner.setRowChecked(property, static_cast<std::size_t>(list->row(item)),
-                                             item->checkState() == Qt::Checked);
+                         if (!isBehindQuestion(*list)) {
+                             owner.setRowChecked(property,
+                                                 static_cast<std::size_t>(list->row(item)),
+                                                 item->checkState() == Qt::Checked);
+                         }
                          if (lifetime) show(owner.valueForProperty(property));
                      });
     return show;

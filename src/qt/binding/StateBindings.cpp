@@ -8,6 +8,7 @@
 
 #include "qt/binding/Binding.h"
 #include "qt/controls/WindowManners.h"
+#include "qt/dressing/BehindQuestion.h"
 #include "qt/values/Picture.h"
 #include "qt/values/QtText.h"
 
@@ -84,9 +85,11 @@ ShowValue checking(Control& control, void (Control::*userChanged)(bool),
         control.setChecked(isTrue(value));
     };
     QObject::connect(&control, userChanged, &context.lifetime,
-                     [show, property = context.property, &owner = context.owner,
+                     [show, &control, property = context.property, &owner = context.owner,
                       lifetime = QPointer<QObject>(&context.lifetime)](bool checked) {
-                         owner.setValueForProperty(property, checked);
+                         if (!isBehindQuestion(control)) {
+                             owner.setValueForProperty(property, checked);
+                         }
                          if (lifetime) show(owner.valueForProperty(property));
                      });
     return show;

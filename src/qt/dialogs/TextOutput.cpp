@@ -12,6 +12,7 @@
 
 #include "ports/Bundle.h"
 #include "ports/window/DescriptionProperties.h"
+#include "qt/dressing/BehindQuestion.h"
 #include "qt/values/QtText.h"
 
 namespace installer {
@@ -39,11 +40,13 @@ void connectTextOutput(QWidget& root, const Bundle& bundle) {
     const QString failure = toQt(bundle.localizedString("save_failed", "Localizable").value_or(""));
     for (auto* button : root.findChildren<QAbstractButton*>()) {
         if (QTextBrowser* text = namedBrowser(root, *button, printsProperty)) {
-            QObject::connect(button, &QAbstractButton::clicked, text, [text] { printText(*text); });
+            QObject::connect(button, &QAbstractButton::clicked, text, [text] {
+                if (!isBehindQuestion(*text)) printText(*text);
+            });
         }
         if (QTextBrowser* text = namedBrowser(root, *button, savesProperty)) {
             QObject::connect(button, &QAbstractButton::clicked, text, [button, text, failure] {
-                askAndSave(*text, button->text(), failure);
+                if (!isBehindQuestion(*text)) askAndSave(*text, button->text(), failure);
             });
         }
     }

@@ -1,5 +1,6 @@
 #include "qt/window/QtWindow.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
@@ -41,6 +42,8 @@ void QtWindow::miniaturize() {
 
 void QtWindow::close() {
     if (!window_) return;
+    // A question that is still open would keep the application alive; closing it declines it.
+    if (QWidget* question = QApplication::activeModalWidget()) question->close();
     WindowManners::setClosable(*window_, true);
     window_->close();
 }

@@ -52,9 +52,9 @@ void RegisterController::chooseText() {
 }
 
 void RegisterController::buttonPressed(const void* /*sender*/) {
-    // A failure to open the page is in the system log and does not concern the wizard.
-    static_cast<void>(
-        platform_.workspace.openAddress(localizedText(platform_.bundle, "register_url")));
+    const std::string address = localizedText(platform_.bundle, "register_url");
+    // A failure is in the system log; the window tells people of it.
+    unopenedAddress_ = platform_.workspace.openAddress(address) ? "" : address;
 }
 
 }  // namespace installer

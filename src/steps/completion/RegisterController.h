@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "wizard/StepController.h"
 
@@ -30,6 +31,9 @@ class RegisterController : public StepController, public HasExtraButton {
     /// Opens the maker's page in the browser; the step stays.
     void buttonPressed(const void* sender) override;
 
+    /// The address that the last press of the button could not open; empty if there is none.
+    [[nodiscard]] const std::string& unopenedAddress() const { return unopenedAddress_; }
+
   private:
     void showOutcome();
     void chooseText();
@@ -38,6 +42,7 @@ class RegisterController : public StepController, public HasExtraButton {
     std::shared_ptr<RegisterModel> model_;
     std::shared_ptr<View> view_;
     MainController* mainController_ = nullptr;
+    std::string unopenedAddress_;
 };
 
 }  // namespace installer

@@ -40,6 +40,8 @@ void HostsController::bindControls() {
         bindConstant(name, [this, text] { return PropertyValue((this->*text)()); });
     };
     bindProperty("customPath", [this] { return PropertyValue(customPath()); });
+    bindProperty("customFolderNote", [this] { return PropertyValue(customFolderNote()); },
+                 {"customPath"});
     // The screen is loaded, and its controls read these texts, while the model is there.
     bindText("customInstallPathLabelText", &HostsController::customInstallPathLabelText);
     bindText("customInstallBrowseButtonText", &HostsController::customInstallBrowseButtonText);
@@ -150,6 +152,7 @@ void HostsController::buttonPressed(const void* /*sender*/) {
 void HostsController::goToCustomScreen() {
     willChangeEnableForward();
     if (!customHost_) addCustomHost();
+    selectCustomHostAgain();
     didChangeEnableForward();
     if (mainController_ != nullptr) mainController_->setIsCustomInstallChosen(true);
     proceedInBranch(1);
@@ -162,6 +165,16 @@ void HostsController::addCustomHost() {
     for (const HostModel& found : mainController_->foundHosts()) found.setHostIsSelected(false);
     customHost_ = HostModel(std::move(host));
     mainController_->customHostAdded(*customHost_);
+}
+
+/// The user has unticked its row, and comes back to its page: the page says that the folder will be
+/// installed into.
+void HostsController::selectCustomHostAgain() {
+    const UnknownHostModel* host = customFolderHost();
+    if (mainController_ == nullptr || host == nullptr || host->hostIsSelected()) return;
+    for (const HostModel& found : mainController_->foundHosts()) {
+        found.setHostIsSelected(found == *customHost_);
+    }
 }
 
 void HostsController::undoCustomScreen() {
@@ -268,6 +281,14 @@ std::vector<HostModel> HostsController::scriptsOrPanelsHosts() const {
 std::string HostsController::customPath() const {
     const UnknownHostModel* host = customFolderHost();
     return host != nullptr && installPluginForCustomInstall_ ? host->plugInPath() : "";
+}
+
+std::string HostsController::customFolderNote() const {
+    const std::string folder = customPath();
+    if (folder.empty()) return "";
+    const bool isMissing =
+        platform_.files.list(folder).error() == std::errc::no_such_file_or_directory;
+    return isMissing ? localizedText(platform_.bundle, "custom_folder_missing") : "";
 }
 
 void HostsController::setInstallScriptsAndPanelsChosen(bool chosen) {

@@ -90,6 +90,9 @@ class HostsController : public StepController,
     /// be installed.
     [[nodiscard]] std::string customPath() const;
 
+    /// A text if the custom folder does not exist; the installation makes it. Else empty.
+    [[nodiscard]] std::string customFolderNote() const;
+
     [[nodiscard]] bool installScriptsAndPanelsChosen() const {
         return installScriptsAndPanelsChosen_;
     }
@@ -116,6 +119,7 @@ class HostsController : public StepController,
     [[nodiscard]] bool loadCustomScreen();
 
     void addCustomHost();
+    void selectCustomHostAgain();
     /// The custom host as its own type; null if there is none.
     [[nodiscard]] UnknownHostModel* customFolderHost() const;
     void finishCustomHost(UnknownHostModel& host);

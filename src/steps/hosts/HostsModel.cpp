@@ -32,6 +32,7 @@ HostsModel::HostsModel(const Bundle& bundle, HostDiscovery discovery)
       customInstallCheckBoxText_(localizedText(bundle, "custom_install_panels_checkbox")),
       customInstallHostsExplanationText_(localizedText(bundle, "custom_install_host_label")) {
     hostsArray_ = discovery.discoverHosts();
+    notOffered_ = discovery.notOffered();
 }
 
 std::vector<HostModel> HostsModel::foundHosts() const {

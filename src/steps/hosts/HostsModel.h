@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "hosts/HostModel.h"
+#include "hosts/NotOfferedHost.h"
 #include "wizard/StepModel.h"
 
 namespace installer {
@@ -25,6 +26,9 @@ class HostsModel : public StepModel {
 
     /// The hosts that are offered, as `foundHosts` of HostLists.h chooses them from the list.
     [[nodiscard]] std::vector<HostModel> foundHosts() const;
+
+    /// What was found and is not offered, with the reasons.
+    [[nodiscard]] const std::vector<NotOfferedHost>& notOffered() const { return notOffered_; }
 
     /// The hosts whose scripts and panels a custom install could copy. Always empty: a custom
     /// install installs the plug-in only.
@@ -50,6 +54,7 @@ class HostsModel : public StepModel {
     std::string mainLabelText_;
     std::string stepIndicatorLabelText_;
     std::vector<HostModel> hostsArray_;
+    std::vector<NotOfferedHost> notOffered_;
     std::string informativeText_;
     std::string customInstallBrowseButtonText_;
     std::string customInstallPathLabelText_;

@@ -27,8 +27,12 @@ Alert agreementAlert(const Bundle& bundle) {
 
 bool LicenseController::canProceed(std::int32_t direction) {
     if (direction < 0 || agreed_) return true;
+    // The window handles events while the question is open: another press is no answer to it.
+    if (isAsking_) return false;
+    isAsking_ = true;
     const Alert alert = agreementAlert(platform_.bundle);
     const auto button = static_cast<std::int32_t>(platform_.alerts.runModal(alert));
+    isAsking_ = false;
     sheetDidEnd(alert, firstButtonReturn + button, nullptr);
     return agreed_;
 }

@@ -39,6 +39,7 @@ class LicenseController : public StepController {
     std::shared_ptr<View> view_;
     MainController* mainController_ = nullptr;
     bool agreed_ = false;
+    bool isAsking_ = false;
 };
 
 }  // namespace installer

@@ -1,6 +1,5 @@
 #include "steps/running/RunningHostViewController.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -80,9 +79,21 @@ std::string RunningHostViewController::hostAppSearchString(const HostModel& host
 }
 
 bool RunningHostViewController::isHostRunning(const std::string& word) const {
-    return std::ranges::any_of(
-        platform_.workspace.runningApplications(),
-        [&](const std::string& application) { return isApplicationOfHost(application, word); });
+    return applicationOf(word).has_value();
+}
+
+std::optional<std::string> RunningHostViewController::applicationOf(const std::string& word) const {
+    for (const std::string& application : platform_.workspace.runningApplications()) {
+        if (isApplicationOfHost(application, word)) return application;
+    }
+    return std::nullopt;
+}
+
+bool RunningHostViewController::findApplication(const std::string& word) {
+    changes_.willChange("runningApplication");
+    runningApplication_ = applicationOf(word).value_or("");
+    changes_.didChange("runningApplication");
+    return !runningApplication_.empty();
 }
 
 bool RunningHostViewController::checkForRunningHosts() {
@@ -95,7 +106,7 @@ bool RunningHostViewController::checkSelectedHosts() {
     for (const HostModel& host : mainController_->selectedHosts()) {
         const std::string word = hostAppSearchString(host);
         nameHost(word);
-        if (isHostRunning(word)) return true;
+        if (findApplication(word)) return true;
     }
     return false;
 }
@@ -108,7 +119,7 @@ bool RunningHostViewController::checkInstalledApplications() {
         if (found || !entry.isPackage) return;
         const auto bundle = platform_.bundles.open(entry.path);
         const auto name = bundle ? bundle->informationValue("CFBundleName") : std::nullopt;
-        if (!name || !isHostRunning(*name)) return;
+        if (!name || !findApplication(*name)) return;
         found = true;
         nameHost(*name);
     });

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "foundation/observers/Observable.h"
 #include "foundation/observers/Subscription.h"
 #include "wizard/StepController.h"
 
@@ -46,6 +48,11 @@ class RunningHostViewController : public StepController {
     /// /Applications. The model's texts then name the first such application.
     bool checkForRunningHosts();
 
+    /// The name of the application that the last check found; empty if it found none.
+    [[nodiscard]] const std::string& runningApplication() const { return runningApplication_; }
+    /// Announces "runningApplication".
+    [[nodiscard]] Observable& changes() { return changes_; }
+
     /// Start and stop observing the ends of applications.
     void AddKillNotify();
     void RemoveKillNotify();
@@ -54,6 +61,8 @@ class RunningHostViewController : public StepController {
     void appTerminated(const std::string& name);
 
   private:
+    [[nodiscard]] std::optional<std::string> applicationOf(const std::string& word) const;
+    [[nodiscard]] bool findApplication(const std::string& word);
     [[nodiscard]] bool checkSelectedHosts();
     [[nodiscard]] bool checkInstalledApplications();
     void nameHost(const std::string& name);
@@ -64,6 +73,8 @@ class RunningHostViewController : public StepController {
     MainController* mainController_ = nullptr;
     std::shared_ptr<View> view_;
     bool hosts_running_ = false;
+    std::string runningApplication_;
+    Observable changes_;
     Subscription terminations_;
 };
 

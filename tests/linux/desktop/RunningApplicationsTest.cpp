@@ -141,16 +141,21 @@ TEST_F(RunningApplicationsTest, APackageWithoutAPropertyListIsListedByItsFolder)
     EXPECT_THAT(running(), Contains(photoshop));
 }
 
-TEST_F(RunningApplicationsTest, AScriptIsListedByItsOwnName) {
+// "Photoshop backup.sh" is no Photoshop.
+TEST_F(RunningApplicationsTest, AScriptIsListedOnlyInsideAPackage) {
     // They wait for somebody who writes, until they are ended.
     const std::string wait = "read line < '" + disk_.addFifo("nobody writes") + "'\n";
     addScript(disk_, photoshop, "#!/bin/sh\n" + wait);
     addScript(disk_, elements, wait);
+    const std::string packaged = unique("Packaged");
+    addScript(disk_, packaged + ".app/Contents/MacOS/run", "#!/bin/sh\n" + wait);
     const RunningProgram asProgram(disk_.at(photoshop), {});
     const RunningProgram byInterpreter("/bin/sh", {disk_.at(elements)}, "sh");
+    const RunningProgram inPackage(disk_.at(packaged + ".app/Contents/MacOS/run"), {});
     const auto names = running();
-    EXPECT_THAT(names, Contains(photoshop));
-    EXPECT_THAT(names, Contains(elements));
+    EXPECT_THAT(names, Not(Contains(photoshop)));
+    EXPECT_THAT(names, Not(Contains(elements)));
+    EXPECT_THAT(names, Contains(packaged));
 }
 
 TEST_F(RunningApplicationsTest, AWindowsProgramIsListedWithoutItsSuffix) {
@@ -165,13 +170,37 @@ TEST_F(RunningApplicationsTest, OneThatHasEndedIsNotListedEvenIfNobodyWaitedForI
     EXPECT_THAT(running(), Not(Contains(photoshop)));
 }
 
-TEST_F(RunningApplicationsTest, OtherUsersProgramsAreListedByTheirWholeNames) {
+TEST_F(RunningApplicationsTest, AnotherUsersProgramsAreNotListed) {
     const RunningProgram program = start(photoshop);
+    EXPECT_THAT(running(), Contains(photoshop));
     EXPECT_EQ(asOrdinaryUser([&] {
                   const auto names = running();
-                  return std::count(names.begin(), names.end(), photoshop) == 1 ? "" : "not listed";
+                  return std::ranges::find(names, photoshop) == names.end() ? "" : "listed";
               }),
               "");
+}
+
+TEST_F(RunningApplicationsTest, TheEndsOfManyProgramsAreToldTogetherAfterOneScan) {
+    // Each scan opens the package of a running application once.
+    FakeBundles bundles;
+    disk_.add("PS.app/Contents/Info.plist", "");
+    const RunningProgram packaged = start("PS.app/Contents/MacOS/run");
+    std::vector<RunningProgram> programs;
+    const std::string path = addSleeper(disk_, photoshop);
+    for (int count = 0; count < 20; ++count) programs.emplace_back(path);
+    LinuxWorkspace workspace(loop_, bundles, log_);
+    const Subscription watch = workspace.onApplicationTerminated([&](const std::string& name) {
+        if (name == photoshop) ended_.push_back(name);
+        static_cast<void>(workspace.runningApplications());
+    });
+    static_cast<void>(workspace.runningApplications());
+    bundles.opened.clear();
+    for (const RunningProgram& program : programs) program.endWithoutWaiting();
+    awaitThat([&] { return ended_.size() == programs.size(); });
+    const auto scans = std::ranges::count(bundles.opened, disk_.at("PS.app"));
+    // Other programs of this machine may end at the same time.
+    EXPECT_GE(scans, 1);
+    EXPECT_LT(scans, 10);
 }
 
 TEST_F(RunningApplicationsTest, TheEndOfAWatchedApplicationIsToldByItsName) {
@@ -254,8 +283,11 @@ TEST_F(RunningApplicationsTest, TwoThatEndAtOnceAreBothToldThoughTheHandlerLists
     static_cast<void>(workspace.runningApplications());
     first.endWithoutWaiting();
     second.endWithoutWaiting();
-    watcher.tellWhatIsReadable();
-    watcher.tellWhatIsReadable();
+    const auto areBothTold = [&] {
+        return std::ranges::count(ended_, photoshop) == 1 &&
+               std::ranges::count(ended_, elements) == 1;
+    };
+    while (!areBothTold()) watcher.tellWhatIsReadable();
     EXPECT_THAT(ended_, Contains(photoshop).Times(1));
     EXPECT_THAT(ended_, Contains(elements).Times(1));
 }

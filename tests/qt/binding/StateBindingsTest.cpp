@@ -1,5 +1,6 @@
 #include <QAction>
 #include <QCheckBox>
+#include <QDialog>
 #include <QImage>
 #include <QLabel>
 #include <QMainWindow>
@@ -32,6 +33,29 @@ TEST_F(StateBindingsTest, APressedButtonPerformsItsActionWithItselfAsTheSender) 
     QTest::mouseClick(&shown<QPushButton>(), Qt::LeftButton);
     EXPECT_THAT(owner.told, ElementsAre("perform nextView"));
     EXPECT_THAT(owner.senders, ElementsAre(&shown<QPushButton>()));
+}
+
+// A program for blind people presses a control wherever it is; the mouse and the keys cannot.
+TEST_F(StateBindingsTest, NoPressReachesAControlBehindAModalQuestion) {
+    owner.values["flag"] = false;
+    const auto interface =
+        load(control("QMainWindow", "window", {},
+                     control("QWidget", "contents", {},
+                             control("QPushButton", "button", {{"action", "nextView"}}) +
+                                 control("QCheckBox", "box", {{"checkedBinding", "flag"}}))));
+    named<QMainWindow>("window").show();
+    QDialog question(&named<QMainWindow>("window"));
+    question.setModal(true);
+    question.show();
+    ASSERT_EQ(QApplication::activeModalWidget(), &question);
+    named<QPushButton>("button").click();
+    named<QCheckBox>("box").click();
+    EXPECT_THAT(owner.told, IsEmpty());
+    EXPECT_FALSE(named<QCheckBox>("box").isChecked());
+    question.hide();
+    named<QPushButton>("button").click();
+    named<QCheckBox>("box").click();
+    EXPECT_THAT(owner.told, ElementsAre("perform nextView", "set flag on"));
 }
 
 TEST_F(StateBindingsTest, AnActionMayEndTheInterfaceThatItCameFrom) {

@@ -320,6 +320,7 @@ TEST_F(HostsControllerCustomFolder, TheControlsHearOfChangesOnceTheyAreDone) {
     enterCustomScreen();
     std::vector<std::string> heard;
     const Subscription subscription = controller.observeProperties([&](std::string_view property) {
+        if (property == "customFolderNote") return;
         heard.push_back(std::string(property) + " = " + controller.customPath());
     });
     answer("/Chosen");
@@ -354,6 +355,47 @@ TEST_F(HostsControllerCustomFolder, TheControlsStayBoundWhenTheStepIsLeft) {
     controller.didProceed(1);
     const auto& loaded = fake.interfaces.loaded["CustomInstall"].front();
     EXPECT_EQ(loaded.use_count(), 2) << "the loader's own reference, and the loaded interface";
+}
+
+// What the page says of the folder
+
+class HostsControllerCustomFolderNote : public HostsControllerScene {
+  protected:
+    HostsControllerCustomFolderNote() {
+        fake.bundle.tables["Localizable"]["custom_folder_missing"] = "Not there";
+    }
+    std::string note() {
+        const PropertyValue value = controller.valueForProperty("customFolderNote");
+        const auto* text = std::get_if<std::string>(&value);
+        return text != nullptr ? *text : "no such property";
+    }
+};
+
+TEST_F(HostsControllerCustomFolderNote, SaysThatARememberedFolderIsGone) {
+    remember("/My Plug-Ins");
+    enterCustomScreen();
+    EXPECT_EQ(note(), "Not there");
+}
+
+TEST_F(HostsControllerCustomFolderNote, IsEmptyForAFolderThatIsThere) {
+    remember("/My Plug-Ins");
+    fake.memory.addFolder("/My Plug-Ins");
+    enterCustomScreen();
+    EXPECT_EQ(note(), "");
+}
+
+TEST_F(HostsControllerCustomFolderNote, IsEmptyWhileNoFolderIsChosen) {
+    enterCustomScreen();
+    EXPECT_EQ(note(), "");
+}
+
+TEST_F(HostsControllerCustomFolderNote, FollowsTheChoiceOfAnotherFolder) {
+    remember("/My Plug-Ins");
+    fake.memory.addFolder("/Other");
+    fake.folderPanel.answer = "/Other";
+    enterCustomScreen();
+    controller.browseButtonPressed(nullptr);
+    EXPECT_EQ(note(), "");
 }
 
 }  // namespace

@@ -49,6 +49,16 @@ TEST_F(LicenseControllerTest, GoingBackIsNeverAskedAbout) {
     EXPECT_THAT(fake.alerts.shown, IsEmpty());
 }
 
+TEST_F(LicenseControllerTest, APressBehindTheOpenQuestionAsksNothingAndMovesNothing) {
+    bool inner = true;
+    fake.alerts.whenShown = [&] {
+        if (fake.alerts.shown.size() == 1) inner = controller.canProceed(1);
+    };
+    EXPECT_TRUE(controller.canProceed(1));
+    EXPECT_FALSE(inner);
+    EXPECT_THAT(fake.alerts.shown, SizeIs(1));
+}
+
 TEST_F(LicenseControllerTest, GoingForwardAsksForTheAgreement) {
     EXPECT_TRUE(controller.canProceed(1));
     ASSERT_THAT(fake.alerts.shown, SizeIs(1));

@@ -33,12 +33,6 @@ bool isSameHost(const HostModel& left, const HostModel& right) {
     return applicationOf(left) == applicationOf(right) && left.plugInPath() == right.plugInPath();
 }
 
-std::string reasonOf(UnlistedHost::Reason reason) {
-    return reason == UnlistedHost::Reason::elements
-               ? "Elements is not supported"
-               : "its name says neither CS6 nor a later CC release";
-}
-
 std::string whyNotInstalled(const HostModel& host) {
     const std::string folder = applicationOf(host);
     if (folder.empty()) return "its paths file cannot be read or names no folder";
@@ -93,8 +87,12 @@ class PlanMaker {
             plan_.hosts.push_back({host.hostName(), machine.login(), applicationOf(host),
                                    host.plugInPath(), whyNotInstalled(host)});
         }
-        for (const UnlistedHost& host : discovery.unlistedHosts()) {
-            plan_.hosts.push_back({host.name, machine.login(), "", "", reasonOf(host.reason)});
+        for (const NotOfferedHost& host : discovery.notOffered()) {
+            const bool isListed = host.reason != NotOfferedHost::Reason::elements &&
+                                  host.reason != NotOfferedHost::Reason::tooOld;
+            // Those have a folder to name, above.
+            if (isListed) continue;
+            plan_.hosts.push_back({host.name, machine.login(), "", "", description(host.reason)});
         }
         user.plan = makeInstallPlan(platform, user.hosts);
         plan_.users.push_back(std::move(user));
