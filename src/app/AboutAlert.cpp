@@ -30,7 +30,7 @@ std::string versionLine(const Bundle& bundle) {
 Alert aboutAlert(const Bundle& bundle) {
     std::string message;
     addLine(message, productName(bundle));
-    addLine(message, installerText(bundle, "company_name"));
+    addLine(message, companyName(bundle));
     addLine(message, versionLine(bundle));
     return {.identifier = "about",
             .style = Alert::Style::informational,

@@ -28,10 +28,18 @@ std::string folderOfHost(const HostModel& host) {
     return folder;
 }
 
+}  // namespace
+
+std::string hostFolder(const HostModel& host) {
+    return folderOfHost<PhotoshopHostModel, LightRoomHostModel, ApertureHostModel,
+                        FireworksHostModel, UnknownHostModel>(host);
+}
+
+namespace {
+
 ListRow rowOf(const HostModel& host, Workspace& workspace) {
     ListRow row{.title = host.hostName(),
-                .detail = folderOfHost<PhotoshopHostModel, LightRoomHostModel, ApertureHostModel,
-                                       FireworksHostModel, UnknownHostModel>(host),
+                .detail = hostFolder(host),
                 .checked = host.booleanNamed("hostIsSelected").value_or(false)};
     if (!row.detail.empty()) row.icon = workspace.iconOfFile(row.detail);
     return row;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "ports/window/InterfaceOwner.h"
@@ -9,9 +10,11 @@ namespace installer {
 class HostModel;
 class Workspace;
 
+/// The host's folder: the application's; for a host without an application the plug-in folder.
+[[nodiscard]] std::string hostFolder(const HostModel& host);
+
 /// The rows of the list of hosts. A row has the host's name, its folder with the folder's icon, and
-/// a check mark if the host is selected. The folder is the application's; for a host without an
-/// application it is the plug-in folder.
+/// a check mark if the host is selected. The folder is the one that `hostFolder` gives.
 [[nodiscard]] std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts,
                                             Workspace& workspace);
 

@@ -6,6 +6,7 @@
 #include "foundation/text/Format.h"
 #include "hosts/HostDiscovery.h"
 #include "hosts/HostLists.h"
+#include "ports/Authorization.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "product/PlugInFilesModel.h"
@@ -15,7 +16,23 @@ namespace installer {
 
 namespace {
 
+std::string reasonOf(AuthorizationTrouble trouble) {
+    switch (trouble) {
+        case AuthorizationTrouble::noWay:
+            return ", because there is neither polkit nor sudo";
+        case AuthorizationTrouble::helperUnusable:
+            return ", because the privileged helper is missing or cannot be started";
+        case AuthorizationTrouble::none:
+            break;
+    }
+    return "";
+}
+
 std::string outcome(const InstallFilesController& controller, const std::string& logPath) {
+    if (controller.authorizationFailed()) {
+        return "Nothing was installed: administrator rights cannot be had" +
+               reasonOf(controller.authorizationTrouble());
+    }
     const std::string count = std::to_string(controller.installedPaths().size());
     if (controller.authDenied()) {
         return formatted(
@@ -26,11 +43,13 @@ std::string outcome(const InstallFilesController& controller, const std::string&
     if (controller.fileOpErrorOccurred()) {
         return formatted("The installation is not complete (%@ items installed)", {count});
     }
-    if (!controller.installerLogIsWritten()) {
-        return formatted("The installation is complete (%@ items installed)", {count});
-    }
-    return formatted("The installation is complete (%@ items installed, listed in %@)",
-                     {count, logPath});
+    const std::string text =
+        controller.installerLogIsWritten()
+            ? formatted("The installation is complete (%@ items installed, listed in %@)",
+                        {count, logPath})
+            : formatted("The installation is complete (%@ items installed)", {count});
+    if (!controller.suppliedHosts().empty()) return text;
+    return text + ". The plug-in was put into no Photoshop";
 }
 
 }  // namespace
@@ -39,6 +58,9 @@ void installQuietly(Platform& platform) {
     InstallFilesController controller(platform);
     // Nobody can be asked, so the external editors are always configured.
     controller.install(foundHosts(HostDiscovery(platform).discoverHosts()), true);
+    for (const HostModel& host : controller.leftOutHosts()) {
+        platform.log.log(formatted("%@: not installed", {host.hostName()}));
+    }
     platform.log.log(outcome(controller, PlugInFilesModel(platform).installerLogPath()));
     platform.notifications.post({applicationWillTerminate, nullptr, {}});
 }

@@ -155,6 +155,8 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] std::string waitingText() const;
     [[nodiscard]] std::string outcomeText() const;
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
+    /// What the last page says after a success that put the plug-in into no host; else empty.
+    [[nodiscard]] std::string noPhotoshopText() const;
     [[nodiscard]] bool allHostsSelected() const;
     void selectAllHosts(bool select);
 

@@ -1,6 +1,7 @@
 #include <variant>
 
 #include "app/HostRows.h"
+#include "app/HostsTexts.h"
 #include "app/SetupController.h"
 #include "app/WindowTexts.h"
 #include "foundation/text/Format.h"
@@ -9,6 +10,7 @@
 #include "product/LocalizedText.h"
 #include "steps/completion/RegisterModel.h"
 #include "steps/hosts/HostsController.h"
+#include "steps/install/InstallFilesController.h"
 #include "steps/running/RunningHostViewModel.h"
 #include "wizard/InstallStateController.h"
 
@@ -98,10 +100,15 @@ void SetupController::bindPages() {
         [this](bool select) { selectAllHosts(select); }, {"foundHosts", "enableForward"});
     bindProperty("canSelectAllHosts", [this] { return foundHosts().size() >= manyHosts; },
                  {"foundHosts", stepOrOutcome});
+    bindProperty("selectionNote",
+                 [this] { return selectionNote(platform_.bundle, selectedHosts()); },
+                 {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
                  {"enableForward", stepOrOutcome});
     bindProperty("waitingText", [this] { return waitingText(); }, {"enableForward", stepOrOutcome});
     bindProperty("outcomeText", [this] { return outcomeText(); }, {stepOrOutcome});
+    bindProperty("noPhotoshopText", [this] { return noPhotoshopText(); }, {stepOrOutcome});
+    bindProperty("showsOutcomeText", [this] { return noPhotoshopText().empty(); }, {stepOrOutcome});
     bindProperty("installedPlaces", [this] { return installedPlaces(); }, {stepOrOutcome});
 }
 
@@ -129,6 +136,7 @@ void SetupController::bindActions() {
                [this](const void* /*sender*/) { failureReport_.openInstallerLog(); });
     bindAction("copyInstallerLog",
                [this](const void* /*sender*/) { failureReport_.copyInstallerLog(); });
+    bindAction("copyReport", [this](const void* /*sender*/) { failureReport_.copyReport(); });
 }
 
 PropertyValue SetupController::pageText() const {
@@ -146,9 +154,13 @@ std::string SetupController::waitingText() const {
 }
 
 std::vector<ListRow> SetupController::installedPlaces() const {
-    // A run that succeeded has installed into every selected host.
     if (!successfulInstall()) return {};
-    return hostRows(selectedHosts(), platform_.workspace);
+    return hostRows(installFilesController_->suppliedHosts(), platform_.workspace);
+}
+
+std::string SetupController::noPhotoshopText() const {
+    if (!successfulInstall() || !installFilesController_->suppliedHosts().empty()) return "";
+    return localizedText(platform_.bundle, "no_photoshop_used");
 }
 
 std::string SetupController::outcomeText() const {

@@ -22,6 +22,10 @@ std::string productName(const Bundle& bundle) {
     return installerText(bundle, "product_name");
 }
 
+std::string companyName(const Bundle& bundle) {
+    return installerText(bundle, "company_name");
+}
+
 std::string windowTitle(const Bundle& bundle) {
     return filledWithProductName(bundle, "main_wnd_title_fmt");
 }

@@ -13,6 +13,7 @@ class StepModel;
 // The texts of the main window and its menus, in the user's language. A missing text is empty.
 
 [[nodiscard]] std::string productName(const Bundle& bundle);
+[[nodiscard]] std::string companyName(const Bundle& bundle);
 
 // Each is a format of the bundle, filled with the product's name.
 [[nodiscard]] std::string windowTitle(const Bundle& bundle);

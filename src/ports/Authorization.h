@@ -18,6 +18,13 @@ inline constexpr std::int32_t canceled = -60006;           ///< the person asked
 inline constexpr std::int32_t toolNotExecutable = -60031;  ///< its arguments cannot be passed on
 }  // namespace authorization_status
 
+/// Why nobody can become the administrator.
+enum class AuthorizationTrouble {
+    none,
+    noWay,           ///< the machine has no program that asks for the right
+    helperUnusable,  ///< the program that would act as the administrator is missing or damaged
+};
+
 /// A tool that was started as the administrator. Destroying it neither waits for nor ends it.
 class PrivilegedTool {
   public:
@@ -62,6 +69,11 @@ class Authorization {
     /// may be changed. Another grant than the one that somebody has agreed to ends the right, and
     /// the next `execute` asks again.
     virtual void limitTo(const WriteGrant& grant) = 0;
+
+    /// Why `obtain` has given false the last time.
+    [[nodiscard]] virtual AuthorizationTrouble trouble() const {
+        return AuthorizationTrouble::none;
+    }
 
     /// Starts the tool at the absolute path with the arguments, as they are: no shell. The first
     /// call asks for the credentials, which hold until this object is destroyed; a refusal is

@@ -89,6 +89,42 @@ TEST_F(QuietInstallation, SaysThatRightsWereRefused) {
     EXPECT_FALSE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
 }
 
+TEST_F(QuietInstallation, SaysThatRightsCannotBeHadAndWhy) {
+    fake_.authorizations.obtainable = false;
+    fake_.authorizations.trouble = AuthorizationTrouble::helperUnusable;
+    installQuietly(fake_.platform);
+    ASSERT_FALSE(fake_.log.lines.empty());
+    EXPECT_EQ(fake_.log.lines.back(),
+              "Nothing was installed: administrator rights cannot be had, because the privileged "
+              "helper is missing or cannot be started");
+}
+
+TEST_F(QuietInstallation, SaysThatNothingHereAsksForRights) {
+    fake_.authorizations.obtainable = false;
+    fake_.authorizations.trouble = AuthorizationTrouble::noWay;
+    installQuietly(fake_.platform);
+    ASSERT_FALSE(fake_.log.lines.empty());
+    EXPECT_EQ(fake_.log.lines.back(),
+              "Nothing was installed: administrator rights cannot be had, because there is neither "
+              "polkit nor sudo");
+}
+
+TEST_F(QuietInstallation, SaysThatNoPhotoshopGotThePlugin) {
+    ASSERT_FALSE(fake_.memory.remove("/Applications/Adobe Photoshop CS6/Photoshop.app"));
+    installQuietly(fake_.platform);
+    ASSERT_FALSE(fake_.log.lines.empty());
+    EXPECT_EQ(fake_.log.lines.back(),
+              "The installation is complete (1 items installed, listed in "
+              "/Library/Application Support/Acme/Filters 2 Installer.log). The plug-in was put "
+              "into no Photoshop");
+}
+
+TEST_F(QuietInstallation, NamesTheHostsThatWereLeftOut) {
+    fake_.memory.addOther(payload_ + "/HD/Applications/Tool.app/pipe");
+    installQuietly(fake_.platform);
+    EXPECT_THAT(fake_.log.lines, Contains("Adobe Photoshop CS6: not installed"));
+}
+
 TEST_F(QuietInstallation, TellsThatTheApplicationEndsWhenAllIsDone) {
     std::size_t linesBefore = 0;
     const auto subscription = fake_.notifications.observe(

@@ -55,6 +55,7 @@ class FakeAuthorizations::Fake : public Authorization {
         owner_.obtainedFlags.push_back(flags);
         return owner_.obtainable;
     }
+    AuthorizationTrouble trouble() const override { return owner_.trouble; }
 
     void limitTo(const WriteGrant& grant) override { owner_.grant = grant; }
 

@@ -29,6 +29,8 @@ class FakeAuthorizations : public Authorizations {
     std::size_t chunk = 4096;
     /// What `obtain` answers.
     bool obtainable = true;
+    /// Why it answers no.
+    AuthorizationTrouble trouble = AuthorizationTrouble::none;
 
     int created = 0;    ///< authorizations made so far
     int destroyed = 0;  ///< and of these, those that are gone

@@ -185,6 +185,7 @@ class FakeWorkspace : public Workspace {
     bool canOpen = true;
     std::vector<std::string> opened;  ///< addresses and paths, in order
     std::map<std::string, Image> icons;
+    std::string system = "Testix 1";
 
     /// The application ends: it is gone from `running`, and then whoever observes is told.
     void end(const std::string& name) { endAtOnce({name}); }
@@ -200,6 +201,7 @@ class FakeWorkspace : public Workspace {
     /// Journals "launch PATH ARGUMENTS..."; ending it journals "terminate PATH".
     std::unique_ptr<LaunchedApplication> launchHidden(
         const std::string& path, const std::vector<std::string>& arguments) override;
+    std::string systemDescription() override { return system; }
     Image iconOfFile(const std::string& path) override;
 
   private:

@@ -69,6 +69,7 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
 }
 
 void FileInstaller::beginItem(const Source& source) {
+    run_.trouble.clear();
     const std::string text =
         localizedText(platform_.bundle, "installing_file") + lastPathComponent(source.path);
     platform_.log.log(text);
@@ -93,7 +94,8 @@ FileInstaller::Outcome FileInstaller::removeExisting(const std::string& destinat
 std::optional<bool> FileInstaller::copyItem(const std::string& source,
                                             const std::string& destination) {
     FileManager& files = platform_.files;
-    if (files.copy(source, destination, run_.progress)) {
+    if (const std::error_code error = files.copy(source, destination, run_.progress)) {
+        run_.trouble = error.message();
         // What is there counts as installed, even an old item that nobody could remove.
         if (files.exists(destination)) return true;
         if (isHidden(destination)) return copyHiddenItem(source, destination);

@@ -17,6 +17,8 @@ void InstallRun::begin() {
     fileOpErrorOccurred = false;
     installedPaths.clear();
     failedPaths.clear();
+    failureReasons.clear();
+    trouble.clear();
 }
 
 void InstallRun::setAuthorization(std::unique_ptr<Authorization> newAuthorization) {
@@ -36,6 +38,7 @@ void InstallRun::setProgress(InstallProgress* newProgress) {
 
 void InstallRun::recordFailure(const std::string& path) {
     fileOpErrorOccurred = true;
+    if (!trouble.empty()) failureReasons.try_emplace(path, trouble);
     if (std::find(failedPaths.begin(), failedPaths.end(), path) == failedPaths.end()) {
         failedPaths.push_back(path);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,7 +34,8 @@ struct InstallRun {
     /// Null for nobody. Not owned.
     void setProgress(InstallProgress* newProgress);
 
-    /// The run has failed, since the item with that destination could not be installed.
+    /// The run has failed, since the item with that destination could not be installed. The reason
+    /// is the trouble that is known now.
     void recordFailure(const std::string& path);
 
     std::string loginName;    ///< the user who will own what is installed
@@ -48,6 +50,10 @@ struct InstallRun {
     std::vector<std::string> installedPaths;
     /// The destinations that could not be installed, in that order, each once.
     std::vector<std::string> failedPaths;
+    /// What stands in the way of the current item, for people; empty while nothing is known.
+    std::string trouble;
+    /// Why each of the failed paths failed, by path; nothing is there without a reason.
+    std::map<std::string, std::string> failureReasons;
 };
 
 }  // namespace installer

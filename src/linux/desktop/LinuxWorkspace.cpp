@@ -12,6 +12,7 @@
 #include "foundation/values/Paths.h"
 #include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/ApplicationIcon.h"
+#include "linux/desktop/SystemDescription.h"
 #include "ports/Bundle.h"
 #include "ports/SystemLog.h"
 
@@ -122,6 +123,10 @@ std::unique_ptr<LaunchedApplication> LinuxWorkspace::launchHidden(
         return nullptr;
     }
     return std::make_unique<LaunchedProcess>(std::move(process).value());
+}
+
+std::string LinuxWorkspace::systemDescription() {
+    return installer::systemDescription();
 }
 
 Image LinuxWorkspace::iconOfFile(const std::string& path) {

@@ -34,6 +34,9 @@ class LinuxWorkspace final : public Workspace {
     [[nodiscard]] std::unique_ptr<LaunchedApplication> launchHidden(
         const std::string& path, const std::vector<std::string>& arguments) override;
 
+    /// The distribution's own name for itself, the kernel's version and the processor.
+    [[nodiscard]] std::string systemDescription() override;
+
     /// As `applicationIcon` finds it.
     [[nodiscard]] Image iconOfFile(const std::string& path) override;
 

@@ -44,6 +44,7 @@ class LinuxAuthorization : public Authorization {
 
     [[nodiscard]] bool obtain(std::uint32_t flags) override;
     void limitTo(const WriteGrant& grant) override;
+    [[nodiscard]] AuthorizationTrouble trouble() const override { return trouble_; }
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) override;
     void setProgressSink(ProgressSink* progress) override;
@@ -59,6 +60,7 @@ class LinuxAuthorization : public Authorization {
     AdministratorAccess access_;
     AdministratorMeans means_;
     AdministratorWay way_ = AdministratorWay::none;
+    AuthorizationTrouble trouble_ = AuthorizationTrouble::none;
     std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
     WriteGrant grant_;
@@ -70,8 +72,18 @@ class LinuxAuthorization : public Authorization {
 bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all rights or none*/) {
     means_ = access_.means();
     way_ = administratorWay(means_);
-    if (way_ == AdministratorWay::alreadyRoot) return true;
-    return way_ != AdministratorWay::none && ::access(access_.helper.path.c_str(), X_OK) == 0;
+    if (way_ == AdministratorWay::none) {
+        trouble_ = AuthorizationTrouble::noWay;
+        announce("There is no way to administrator rights: neither polkit nor sudo was found");
+    } else if (way_ != AdministratorWay::alreadyRoot &&
+               ::access(access_.helper.path.c_str(), X_OK) != 0) {
+        trouble_ = AuthorizationTrouble::helperUnusable;
+        announce("The privileged helper is missing or cannot be started: " +
+                 (access_.helper.path.empty() ? "it is not in the bundle" : access_.helper.path));
+    } else {
+        trouble_ = AuthorizationTrouble::none;
+    }
+    return trouble_ == AuthorizationTrouble::none;
 }
 
 void LinuxAuthorization::limitTo(const WriteGrant& grant) {

@@ -46,6 +46,9 @@ class Workspace {
     [[nodiscard]] virtual std::unique_ptr<LaunchedApplication> launchHidden(
         const std::string& path, const std::vector<std::string>& arguments) = 0;
 
+    /// The system and its version in one line, for the maker's support.
+    [[nodiscard]] virtual std::string systemDescription() = 0;
+
     /// The icon of the file or application at the path; no picture when there is none.
     [[nodiscard]] virtual Image iconOfFile(const std::string& path) = 0;
 };

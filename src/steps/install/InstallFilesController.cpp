@@ -83,8 +83,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
     setInstallComplete(false);
     setInProgress(true);
-    run_.begin();
-    logIsWritten_ = false;
+    beginRun(hosts);
     if (!obtainAuthorization()) return;
 
     const InstallPlan plan = makePlan(hosts);
@@ -95,16 +94,37 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();
     runLsregister();
-    for (std::size_t host = 0; host < plan.hosts.size(); ++host) {
-        if (run_.fileOpErrorOccurred || run_.authDenied) break;
-        HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
-    }
+    installHosts(plan);
     platform_.files.expectCopies({});
-    // Last, since an item that was not installed keeps the later hosts from being installed into.
-    for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
+    reportRefusedItems(plan);
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
     if (progress_ && isComplete) progress_->complete();
+}
+
+void InstallFilesController::beginRun(const std::vector<HostModel>& hosts) {
+    run_.begin();
+    logIsWritten_ = false;
+    authorizationFailed_ = false;
+    trouble_ = AuthorizationTrouble::none;
+    suppliedHosts_.clear();
+    leftOutHosts_ = hosts;
+}
+
+void InstallFilesController::installHosts(const InstallPlan& plan) {
+    for (std::size_t host = 0; host < plan.hosts.size(); ++host) {
+        if (run_.fileOpErrorOccurred || run_.authDenied) break;
+        leftOutHosts_.erase(leftOutHosts_.begin());
+        const std::size_t before = run_.installedPaths.size();
+        HostPayload(platform_, installer_).installFiles(plan.itemsOf(host));
+        if (run_.installedPaths.size() > before) suppliedHosts_.push_back(plan.hosts[host]);
+    }
+}
+
+/// Last, since an item that was not installed keeps the later hosts from being installed into.
+void InstallFilesController::reportRefusedItems(const InstallPlan& plan) {
+    run_.trouble = localizedText(platform_.bundle, "system_folder");
+    for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
 }
 
 /// The plan, from one look at the payload. The progress starts with its bytes.
@@ -123,6 +143,8 @@ bool InstallFilesController::obtainAuthorization() {
         return true;
     }
     platform_.log.log("SFAuthorization permit with rights error");
+    authorizationFailed_ = true;
+    if (authorization) trouble_ = authorization->trouble();
     authorization.reset();
     setUIText(localizedText(platform_.bundle, "auth_error"));
     setInstallComplete(false);

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "hosts/HostModel.h"
 #include "install/engine/DecimalNumber.h"
 #include "install/engine/DestinationFolders.h"
 #include "install/engine/FileErrorAlerts.h"
@@ -15,12 +17,12 @@
 #include "install/rights/PrivilegedCommands.h"
 #include "install/run/InstallProgress.h"
 #include "install/run/InstallRun.h"
+#include "ports/Authorization.h"
 #include "wizard/StepController.h"
 
 namespace installer {
 
 class Bundle;
-class HostModel;
 class InstallFilesModel;
 struct FileAttributeChanges;
 struct InstallPlan;
@@ -57,6 +59,20 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     /// The destinations of the items that could not be installed in the last run, in that order,
     /// each once.
     [[nodiscard]] const std::vector<std::string>& failedPaths() const { return run_.failedPaths; }
+
+    /// Why each of them failed, by path, as far as that is known.
+    [[nodiscard]] const std::map<std::string, std::string>& failureReasons() const {
+        return run_.failureReasons;
+    }
+
+    /// The hosts into which the last run has put at least one item, in its order.
+    [[nodiscard]] const std::vector<HostModel>& suppliedHosts() const { return suppliedHosts_; }
+    /// The hosts that the last run did not get to, because something had failed before.
+    [[nodiscard]] const std::vector<HostModel>& leftOutHosts() const { return leftOutHosts_; }
+
+    /// The last run had no way to administrator rights, and has installed nothing.
+    [[nodiscard]] bool authorizationFailed() const { return authorizationFailed_; }
+    [[nodiscard]] AuthorizationTrouble authorizationTrouble() const { return trouble_; }
 
     /// Shows how far a run has come, by the bytes of all its copies, the user's and the
     /// administrator's, and is told so from time to time while they take long. Nobody is told
@@ -105,6 +121,9 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
 
   private:
     [[nodiscard]] bool obtainAuthorization();
+    void beginRun(const std::vector<HostModel>& hosts);
+    void installHosts(const InstallPlan& plan);
+    void reportRefusedItems(const InstallPlan& plan);
     [[nodiscard]] InstallPlan makePlan(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);
     void didChange(std::initializer_list<const char*> properties);
@@ -120,6 +139,10 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     bool copyInProgress_ = false;
     bool installComplete_ = false;
     bool logIsWritten_ = false;
+    bool authorizationFailed_ = false;
+    AuthorizationTrouble trouble_ = AuthorizationTrouble::none;
+    std::vector<HostModel> suppliedHosts_;
+    std::vector<HostModel> leftOutHosts_;
     std::shared_ptr<InstallFilesModel> model_;
     std::shared_ptr<View> view_;
     MainController* mainController_ = nullptr;

@@ -98,6 +98,29 @@ class LinuxAuthorizationTest : public testing::Test {
 
 // Obtaining.
 
+TEST_F(LinuxAuthorizationTest, NamesTheMissingHelper) {
+    access.helper.path = "/nowhere/privileged-helper";
+    const auto authorization = LinuxAuthorizations(access).create();
+    ASSERT_FALSE(authorization->obtain(0));
+    EXPECT_EQ(authorization->trouble(), AuthorizationTrouble::helperUnusable);
+    EXPECT_EQ(announced, std::vector<std::string>{"The privileged helper is missing or cannot be "
+                                                  "started: /nowhere/privileged-helper"});
+}
+
+TEST_F(LinuxAuthorizationTest, SaysThatNoProgramAsksForRights) {
+    means = {};
+    const auto authorization = LinuxAuthorizations(access).create();
+    ASSERT_FALSE(authorization->obtain(0));
+    EXPECT_EQ(authorization->trouble(), AuthorizationTrouble::noWay);
+    EXPECT_EQ(announced, std::vector<std::string>{"There is no way to administrator rights: "
+                                                  "neither polkit nor sudo was found"});
+}
+
+TEST_F(LinuxAuthorizationTest, HasNoTroubleOnceItIsObtained) {
+    EXPECT_EQ(obtained()->trouble(), AuthorizationTrouble::none);
+    EXPECT_TRUE(announced.empty());
+}
+
 TEST_F(LinuxAuthorizationTest, ObtainsWithoutAskingOrStartingAnything) {
     usePkexec("echo started >> \"$LOG\"; exit 126");
     const auto authorization = obtained();

@@ -261,6 +261,7 @@ TEST_F(MainWindowTest, TheKeyboardGoesThroughEveryPageInTheOrderOfReading) {
                     {"installedPlaces", std::vector<ListRow>{{.title = "Photoshop"}}},
                     {"hasFailedItems", true},
                     {"installationFailed", true},
+                    {"showsOutcomeText", true},
                     {"installerLogExists", true}};
     open();
     for (const char* page : pages) {
@@ -326,7 +327,7 @@ TEST_F(MainWindowTest, AFailureIsToldOnlyWhereThereIsOne) {
     open();
     turnTo("registerView");
     for (const char* name : {"failureReasonLabel", "failedItemsLabel", "failedItemsList",
-                             "openLogButton", "copyLogButton"}) {
+                             "openLogButton", "copyLogButton", "copyReportButton"}) {
         EXPECT_FALSE(named<QWidget>(name).isVisible()) << name;
     }
     owner.change("installerLogExists", true);
@@ -335,13 +336,28 @@ TEST_F(MainWindowTest, AFailureIsToldOnlyWhereThereIsOne) {
     owner.change("failureReason", std::string("Refused."));
     owner.change("hasFailedItems", true);
     for (const char* name : {"failureReasonLabel", "failedItemsLabel", "failedItemsList",
-                             "openLogButton", "copyLogButton"}) {
+                             "openLogButton", "copyLogButton", "copyReportButton"}) {
         EXPECT_TRUE(named<QWidget>(name).isVisible()) << name;
     }
 }
 
+TEST_F(MainWindowTest, APluginThatIsInNoPhotoshopIsNotExplainedAsIfItWere) {
+    owner.values["informativeText"] = StyledText::fromPlainText("Start Photoshop.");
+    owner.values["noPhotoshopText"] = std::string("Into no Photoshop.");
+    owner.values["showsOutcomeText"] = false;
+    open();
+    turnTo("registerView");
+    EXPECT_TRUE(named<QWidget>("noPhotoshopLabel").isVisible());
+    EXPECT_FALSE(named<QWidget>("registerTextView").isVisible());
+    owner.change("noPhotoshopText", std::string());
+    owner.change("showsOutcomeText", true);
+    EXPECT_FALSE(named<QWidget>("noPhotoshopLabel").isVisible());
+    EXPECT_TRUE(named<QWidget>("registerTextView").isVisible());
+}
+
 TEST_F(MainWindowTest, RegisteringIsOfferedRightBelowTheMessageAndOnlyAfterASuccess) {
     owner.values["informativeText"] = StyledText::fromPlainText("One line.");
+    owner.values["showsOutcomeText"] = true;
     open();
     turnTo("registerView");
     EXPECT_FALSE(named<QWidget>("registerNowButton").isVisible());

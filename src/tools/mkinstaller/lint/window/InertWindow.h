@@ -81,6 +81,7 @@ class InertWorkspace final : public Workspace {
         const std::string& /*path*/, const std::vector<std::string>& /*arguments*/) override {
         return nullptr;
     }
+    std::string systemDescription() override { return {}; }
     Image iconOfFile(const std::string& /*path*/) override { return {}; }
 };
 
