@@ -55,6 +55,10 @@ HelperSession::ExitStatus HelperSession::answer(const ToolRequest& request) {
         report("refused: " + summary(request));
         return refused;
     }
+    // The desktop database is this machine's own; what was installed is another disk's.
+    if (command->action == Action::refreshDesktopDatabase && folders_.areOnTargetVolume()) {
+        return succeeded;
+    }
     const std::error_code error =
         perform(*command, user_, [this](std::uint64_t bytes) { copied(bytes); });
     if (!error) return succeeded;

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -10,9 +9,8 @@
 
 #include "foundation/values/Paths.h"
 #include "linux/log/LinuxSystemLog.h"
-#include "tools/mkinstaller/FindingOutput.h"
+#include "tools/mkinstaller/ProductCheck.h"
 #include "tools/mkinstaller/Verbs.h"
-#include "tools/mkinstaller/lint/Linter.h"
 #include "tools/mkinstaller/packing/Formats.h"
 #include "tools/mkinstaller/packing/PackSource.h"
 
@@ -26,18 +24,6 @@ struct PackOptions {
     std::string output = ".";
     std::string maintainer;
 };
-
-/// What lint finds goes to standard error: standard output has the names of the files alone.
-bool isFitToBePacked(const Product& product, const Kit& kit, SystemLog& log) {
-    constexpr Strictness strictness = Strictness::warningsAllowed;
-    const std::vector<Finding> findings = lint(product, kit, log);
-    for (const Finding& finding : findings) {
-        std::cerr << lineOf(finding, strictness, Colors::none) << '\n';
-    }
-    return std::ranges::none_of(findings, [&](const Finding& finding) {
-        return severityOf(finding, strictness) == Severity::error;
-    });
-}
 
 Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
               const std::string& folder) {
@@ -70,7 +56,7 @@ ExitStatus pack(const PackOptions& options, const Kit& kit) {
         return ExitStatus::wrongUse;
     }
     LinuxSystemLog log("mkinstaller");
-    if (!isFitToBePacked(*product, kit, log)) {
+    if (!isFitForUse(*product, kit, log)) {
         std::cerr << "mkinstaller: nothing was packed; repair the errors first\n";
         return ExitStatus::errorsFound;
     }

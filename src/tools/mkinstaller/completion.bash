@@ -5,7 +5,7 @@ _mkinstaller() {
     local verb=${COMP_WORDS[1]} words=
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words="new lint build pack help --help --version"
+        words="new lint try build pack help --help --version"
     elif [ "$previous" = --output ] || [ "$previous" = --maintainer ]; then
         words=
     elif [ "$previous" = --format ]; then
@@ -15,9 +15,10 @@ _mkinstaller() {
         case $verb in
             new) words="--company --product --id --website --languages --help" ;;
             lint) words="--json --strict --help" ;;
+            try) words="--window --keep --help" ;;
             build) words="--output --help" ;;
             pack) words="--format --output --maintainer --help" ;;
-            help) words="new lint build pack help" ;;
+            help) words="new lint try build pack help" ;;
         esac
     fi
     case $word in

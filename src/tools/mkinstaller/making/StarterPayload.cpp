@@ -20,6 +20,7 @@ The sources of an installer. Names, texts and pages are in the folders LANG.lpro
 identifier in Info.plist, the icon is AppIcon.png.
 
     mkinstaller lint .                  says what is wrong with them
+    mkinstaller try .                   installs them on a sample disk and shows what happens
     mkinstaller build . --output DIR    puts the installer together in DIR
     mkinstaller pack . --output DIR     makes one file for customers of it
 
