@@ -28,6 +28,7 @@
 #include "linux/process/ProcessSetup.h"
 #include "linux/process/SystemClock.h"
 #include "linux/rights/LinuxAuthorization.h"
+#include "linux/seal/BundleSeal.h"
 #include "linux/settings/LinuxPreferencesStore.h"
 #include "ports/Platform.h"
 #include "ports/window/InterfaceLoader.h"
@@ -99,12 +100,16 @@ struct Machine {
     NotificationCenter notifications;
 };
 
-/// Null, with the reason in the log, if the executable is in no bundle, or if the environment names
-/// a target volume that is no folder.
+/// Null, with the reason in the log, if the executable is in no bundle or in one that is not as it
+/// was signed, or if the environment names a target volume that is no folder.
 std::unique_ptr<Machine> makeMachine(SystemLog& log) {
     const std::optional<std::string> bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
         log.log("The installer must be started from its bundle: there is nothing to install");
+        return nullptr;
+    }
+    if (const auto problem = brokenSealOf(*bundleFolder)) {
+        log.log(*problem + "; nothing is installed. Please download the installer again");
         return nullptr;
     }
     Result<LinuxSearchPaths> searchPaths = LinuxSearchPaths::fromEnvironment(processEnvironment());

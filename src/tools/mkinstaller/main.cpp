@@ -24,6 +24,7 @@ ExitStatus run(int argc, char** argv) {
     addBuildVerb(line);
     addTryVerb(line);
     addPackVerb(line);
+    addKeygenVerb(line);
     addHelpVerb(line);
     try {
         app.parse(argc, argv);

@@ -14,7 +14,7 @@ import unittest
 PROGRAM = pathlib.Path(sys.argv.pop(1))
 COMPLETION = PROGRAM.parent / "mkinstaller.bash"
 MANUAL = PROGRAM.parent / "mkinstaller.1"
-VERBS = ("new", "lint", "try", "build", "pack", "help")
+VERBS = ("new", "lint", "try", "build", "pack", "keygen", "help")
 
 
 def run(*arguments, **environment):

@@ -39,10 +39,6 @@ What is there now are small stand-ins: put your own files in their place.
 
 constexpr const char* program = "#!/bin/sh\n# A stand-in: put the plug-in itself here.\nexit 0\n";
 
-std::string escapedForXml(std::string_view text) {
-    return replacingAll(replacingAll(replacingAll(text, "&", "&amp;"), "<", "&lt;"), ">", "&gt;");
-}
-
 std::error_code writeProgram(const std::string& path) {
     if (const auto error = writeFile(path, program)) return error;
     std::error_code error;
@@ -67,6 +63,10 @@ std::error_code writePlugIn(const std::string& package, const NewProductNames& n
 }
 
 }  // namespace
+
+std::string escapedForXml(std::string_view text) {
+    return replacingAll(replacingAll(replacingAll(text, "&", "&amp;"), "<", "&lt;"), ">", "&gt;");
+}
 
 std::error_code writeFile(const std::string& path, std::string_view contents) {
     std::error_code error;

@@ -8,6 +8,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "linux/bundle/StringsTable.h"
+#include "tools/mkinstaller/making/StarterPayload.h"
 #include "tools/mkinstaller/sources/Folders.h"
 #include "tools/mkinstaller/sources/Product.h"
 #include "tools/mkinstaller/sources/SampleNames.h"
@@ -74,12 +75,6 @@ as its first argument it installs without a window and without a question. With 
 the tool for administrators, which explains itself with
 .BR \-\-help .
 )";
-
-std::string escapedForXml(std::string_view text) {
-    std::string escaped = replacingAll(text, "&", "&amp;");
-    escaped = replacingAll(escaped, "<", "&lt;");
-    return replacingAll(escaped, ">", "&gt;");
-}
 
 std::string escapedForRoff(std::string_view text) {
     return replacingAll(replacingAll(text, "\\", "\\e"), "-", "\\-");
