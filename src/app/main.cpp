@@ -18,6 +18,7 @@
 #include "linux/desktop/LinuxApplicationDatabase.h"
 #include "linux/desktop/LinuxWorkspace.h"
 #include "linux/display/DisplayAlerts.h"
+#include "linux/display/PersonMessage.h"
 #include "linux/display/WindowModuleLoader.h"
 #include "linux/files/LinuxFileManager.h"
 #include "linux/files/LinuxFileQuery.h"
@@ -217,17 +218,44 @@ int quietMain(SystemLog& log) {
     return 0;
 }
 
-int windowMain(SystemLog& log) {
+/// Keeps what was logged last, for a person who sees no log.
+class RememberingLog final : public SystemLog {
+  public:
+    explicit RememberingLog(SystemLog& log) : log_(log) {}
+
+    void log(std::string_view line) override {
+        log_.log(line);
+        before_ = std::exchange(last_, std::string(line));
+    }
+    [[nodiscard]] std::string lastLines() const {
+        return before_.empty() ? last_ : before_ + "\n\n" + last_;
+    }
+
+  private:
+    SystemLog& log_;
+    std::string before_;
+    std::string last_;
+};
+
+/// False, with the reason in the log, when no window was shown.
+bool showWindow(SystemLog& log) {
     try {
         const auto machine = makeMachine(log);
-        if (!machine) return 1;
-        if (runInWindow(*machine)) return 0;
+        if (!machine) return false;
+        if (runInWindow(*machine)) return true;
         log.log(
             "The installer cannot show a window. Start it with -quiet as its first argument to "
             "install into every Photoshop that is found, without any question");
     } catch (const std::exception& error) {
         log.log(std::string("The installer was broken off: ") + error.what());
     }
+    return false;
+}
+
+int windowMain(SystemLog& log) {
+    RememberingLog remembering(log);
+    if (showWindow(remembering)) return 0;
+    showWithoutToolkit(remembering.lastLines(), processEnvironment());
     return 1;
 }
 

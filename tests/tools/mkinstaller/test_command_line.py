@@ -145,6 +145,17 @@ class CommandLine(unittest.TestCase):
         self.assertTrue((support / "Filters 2/Read Me.txt").is_file())
         self.assertIn("Read Me.txt", (support / "Filters 2 Installer.log").read_text("utf-8"))
 
+    def test_pack_makes_signed_files(self):
+        run("keygen", self.folder / "key")
+        result = run("pack", self.product, "--format", "run,tar", "--sign", self.folder / "key",
+                     "--output", self.folder / "files")
+        self.assertEqual(0, result.returncode, result.stderr)
+        made = [pathlib.Path(line) for line in result.stdout.splitlines()]
+        self.assertEqual([".run", ".gz"], [file.suffix for file in made])
+        for file in made:
+            self.assertTrue(file.is_file())
+            self.assertTrue(file.with_name(file.name + ".minisig").is_file())
+
     def test_wrong_use_has_status_2_and_says_why_on_standard_error(self):
         cases = {
             "no verb": [],
