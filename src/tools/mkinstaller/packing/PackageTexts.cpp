@@ -28,7 +28,10 @@ exec @PROGRAMS@/Installer "$@"
 constexpr const char* removal = R"sh(
 # What the tool for administrators installed and recorded goes with the package.
 if [ -x @PROGRAMS@/installerctl ] && [ -e "/Library/Receipts/@IDENTIFIER@.json" ]; then
-    @PROGRAMS@/installerctl remove
+    status=0
+    @PROGRAMS@/installerctl remove || status=$?
+    # 3: what somebody has changed stays, and is named; 8: there is nothing to remove.
+    case $status in 0 | 3 | 8) ;; *) exit "$status" ;; esac
 fi
 )sh";
 
