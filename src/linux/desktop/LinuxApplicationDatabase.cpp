@@ -14,7 +14,6 @@
 #include "foundation/values/Paths.h"
 #include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/DesktopEntry.h"
-#include "linux/files/LinuxSearchPaths.h"
 #include "ports/Bundle.h"
 #include "ports/SystemLog.h"
 #include "privileged/files/RegularFile.h"
@@ -99,7 +98,8 @@ bool mayReplace(const std::string& path) {
 
 LinuxApplicationDatabase::LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths,
                                                    Bundles& bundles, SystemLog& log)
-    : folder_(searchPaths.userApplicationsFolder()),
+    : searchPaths_(searchPaths),
+      folder_(searchPaths.userApplicationsFolder()),
       files_(searchPaths.homeFolder()),
       bundles_(bundles),
       log_(log) {}
@@ -119,7 +119,8 @@ std::int32_t LinuxApplicationDatabase::registerApplication(const std::string& pa
 std::error_code LinuxApplicationDatabase::write(const std::string& name,
                                                 const std::string& executable,
                                                 const Bundle& bundle) const {
-    const auto text = desktopEntryText({name, executable, iconOf(bundle)});
+    const auto text = desktopEntryText({name, searchPaths_.asSeenOnTargetVolume(executable),
+                                        searchPaths_.asSeenOnTargetVolume(iconOf(bundle))});
     if (!text) return {EINVAL, std::system_category()};
     const auto identifier = bundle.informationValue("CFBundleIdentifier");
     const std::string file =

@@ -24,18 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// com.example.filters belongs to example.com.
-std::string websiteOf(const std::string& identifier) {
-    std::vector<std::string> parts = split(identifier, '.');
-    if (parts.size() > 2) parts.pop_back();
-    std::string host;
-    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
-        if (!host.empty()) host += '.';
-        host += *part;
-    }
-    return host;
-}
-
 std::vector<std::string> kitLanguages(const Kit& kit) {
     std::vector<std::string> languages;
     for (const std::string& name : sortedNames(kit.texts())) {
@@ -163,7 +151,7 @@ std::optional<std::string> makeProduct(const std::string& folder, const NewProdu
         return folder + " exists and is not empty";
     }
     NewProductNames whole = names;
-    if (whole.website.empty()) whole.website = websiteOf(whole.identifier);
+    if (whole.website.empty()) whole.website = domainOf(whole.identifier);
     if (whole.languages.empty()) whole.languages = kitLanguages(kit);
     if (const auto failure = writeAll(folder, whole, kit)) {
         return folder + " cannot be written: " + failure.message();

@@ -53,6 +53,17 @@ bool isReverseDomain(std::string_view text) {
            !equalIgnoringCase(parts.front(), "www");
 }
 
+std::string domainOf(const std::string& identifier) {
+    std::vector<std::string> parts = split(identifier, '.');
+    if (parts.size() > 2) parts.pop_back();
+    std::string host;
+    for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+        if (!host.empty()) host += '.';
+        host += *part;
+    }
+    return host;
+}
+
 std::optional<std::string> knownOwnerOf(std::string_view identifier) {
     const std::string lower = lowerCased(identifier);
     const auto found = std::ranges::find_if(

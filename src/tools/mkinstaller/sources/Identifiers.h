@@ -10,6 +10,9 @@ namespace installer {
 /// digits and hyphens, a host's name backwards, so not one that begins with "www".
 [[nodiscard]] bool isReverseDomain(std::string_view text);
 
+/// The host to which the identifier belongs: com.example.filters is one of example.com.
+[[nodiscard]] std::string domainOf(const std::string& identifier);
+
 /// Whose identifiers begin like this one; none when they are nobody's whom this list knows.
 [[nodiscard]] std::optional<std::string> knownOwnerOf(std::string_view identifier);
 

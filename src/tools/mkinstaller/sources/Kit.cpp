@@ -36,4 +36,8 @@ std::string Kit::explanations() const {
     return joinPath(folder, "lint.md");
 }
 
+std::string Kit::runHead() const {
+    return joinPath(folder, "run-head.sh");
+}
+
 }  // namespace installer

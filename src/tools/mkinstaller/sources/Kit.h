@@ -23,6 +23,8 @@ struct Kit {
     [[nodiscard]] std::string texts() const;
     /// The explanation of every finding, docs/lint.md.
     [[nodiscard]] std::string explanations() const;
+    /// The lines for the shell with which a self-extracting file begins.
+    [[nodiscard]] std::string runHead() const;
 };
 
 }  // namespace installer
