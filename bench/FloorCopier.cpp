@@ -1,8 +1,10 @@
-// floor-copier SOURCE DESTINATION: the least that copying a tree can cost. One process, one pass:
-// every file is made, filled by the kernel, given its owner and its mode. No temporary names, no
-// promise about what a failure leaves, no times, no attributes: the floor that an installation is
-// compared with, not something to install with.
+// floor-copier SOURCE DESTINATION [keeping]: the least that copying a tree can cost. One process,
+// one pass: every file is made, filled by the kernel, given its owner and its mode. No promise
+// about what a failure leaves, no times, no attributes: the floor that an installation is compared
+// with, not something to install with. With "keeping", files keep their times, and each is filled
+// without a name and appears whole: the floor for what an installation promises.
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -21,6 +23,7 @@ namespace {
 using installer::FileDescriptor;
 
 constexpr mode_t installedMode = 0775;
+bool isKeeping = false;
 
 [[noreturn]] void fail(const char* what) {
     std::perror(what);
@@ -34,10 +37,22 @@ void finish(int descriptor) {
     if (::fchmod(descriptor, installedMode) != 0) fail("fchmod");
 }
 
+int newFile(int folder, const char* name) {
+    if (isKeeping) return ::openat(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    return ::openat(folder, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+}
+
+void keepTimesAndPublish(int source, int file, int folder, const char* name) {
+    struct stat status = {};
+    if (::fstat(source, &status) != 0) fail("fstat");
+    const std::array<timespec, 2> times = {status.st_atim, status.st_mtim};
+    if (::futimens(file, times.data()) != 0) fail("futimens");
+    if (::linkat(file, "", folder, name, AT_EMPTY_PATH) != 0) fail("linkat");
+}
+
 void copyFile(int sourceFolder, int destinationFolder, const char* name) {
     const FileDescriptor source(::openat(sourceFolder, name, O_RDONLY | O_CLOEXEC));
-    const FileDescriptor destination(
-        ::openat(destinationFolder, name, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    const FileDescriptor destination(newFile(destinationFolder, name));
     if (!source || !destination) fail(name);
     constexpr std::size_t most = std::size_t{1} << 30;
     ssize_t copied = 0;
@@ -46,6 +61,9 @@ void copyFile(int sourceFolder, int destinationFolder, const char* name) {
         if (copied < 0) fail("copy_file_range");
     } while (copied > 0);
     finish(destination.get());
+    if (isKeeping) {
+        keepTimesAndPublish(source.get(), destination.get(), destinationFolder, name);
+    }
 }
 
 void copyFolder(int source, int destination) {
@@ -71,8 +89,9 @@ void copyFolder(int source, int destination) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fputs("usage: floor-copier SOURCE DESTINATION\n", stderr);
+    isKeeping = argc == 4 && std::string_view(argv[3]) == "keeping";
+    if (argc != 3 && !isKeeping) {
+        std::fputs("usage: floor-copier SOURCE DESTINATION [keeping]\n", stderr);
         return 2;
     }
     if (::mkdir(argv[2], installedMode) != 0) fail(argv[2]);

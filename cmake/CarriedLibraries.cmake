@@ -1,6 +1,3 @@
-set(executable_permissions
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-
 # carry_libraries(CONTENTS EXECUTABLE) copies the libraries of the executable that not every system
 # has into the bundle's Frameworks, where it looks first: libplist, of which there is no static one.
 function(carry_libraries contents executable)
@@ -12,6 +9,5 @@ function(carry_libraries contents executable)
     foreach(library IN LISTS libraries)
         get_filename_component(name "${library}" NAME)
         file(COPY_FILE "${library}" "${contents}/Frameworks/${name}")
-        file(CHMOD "${contents}/Frameworks/${name}" FILE_PERMISSIONS ${executable_permissions})
     endforeach()
 endfunction()

@@ -27,7 +27,8 @@ endif()
 
 set(executable OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 file(COPY "${INSTALLER}" "${HELPER}" "${INSTALLERCTL}" DESTINATION "${contents}/MacOS" FILE_PERMISSIONS ${executable})
-file(COPY "${WINDOW_MODULE}" DESTINATION "${contents}/Frameworks" FILE_PERMISSIONS ${executable})
+file(COPY "${WINDOW_MODULE}" DESTINATION "${contents}/Frameworks"
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 include("${CMAKE_CURRENT_LIST_DIR}/CarriedLibraries.cmake")
 carry_libraries("${contents}" "${INSTALLER}")
 

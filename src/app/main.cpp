@@ -19,6 +19,7 @@
 #include "linux/desktop/LinuxApplicationDatabase.h"
 #include "linux/desktop/LinuxWorkspace.h"
 #include "linux/display/DisplayAlerts.h"
+#include "linux/display/PersonMessage.h"
 #include "linux/display/WindowModuleLoader.h"
 #include "linux/files/LinuxFileManager.h"
 #include "linux/files/LinuxFileQuery.h"
@@ -31,6 +32,7 @@
 #include "linux/process/ProcessSetup.h"
 #include "linux/process/SystemClock.h"
 #include "linux/rights/LinuxAuthorization.h"
+#include "linux/seal/BundleSeal.h"
 #include "linux/settings/LinuxPreferencesStore.h"
 #include "ports/Platform.h"
 #include "ports/window/InterfaceLoader.h"
@@ -106,12 +108,16 @@ struct Machine {
     NotificationCenter notifications;
 };
 
-/// Null, with the reason in the log, if the executable is in no bundle, or if the environment names
-/// a target volume that is no folder.
+/// Null, with the reason in the log, if the executable is in no bundle or in one that is not as it
+/// was signed, or if the environment names a target volume that is no folder.
 std::unique_ptr<Machine> makeMachine(SystemLog& log) {
     const std::optional<std::string> bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
         log.log("The installer must be started from its bundle: there is nothing to install");
+        return nullptr;
+    }
+    if (const auto problem = brokenSealOf(*bundleFolder)) {
+        log.log(*problem + "; nothing is installed. Please download the installer again");
         return nullptr;
     }
     Result<LinuxSearchPaths> searchPaths = LinuxSearchPaths::fromEnvironment(processEnvironment());
@@ -233,17 +239,44 @@ int quietMain(SystemLog& log) {
     return 0;
 }
 
-int windowMain(SystemLog& log) {
+/// Keeps what was logged last, for a person who sees no log.
+class RememberingLog final : public SystemLog {
+  public:
+    explicit RememberingLog(SystemLog& log) : log_(log) {}
+
+    void log(std::string_view line) override {
+        log_.log(line);
+        before_ = std::exchange(last_, std::string(line));
+    }
+    [[nodiscard]] std::string lastLines() const {
+        return before_.empty() ? last_ : before_ + "\n\n" + last_;
+    }
+
+  private:
+    SystemLog& log_;
+    std::string before_;
+    std::string last_;
+};
+
+/// False, with the reason in the log, when no window was shown.
+bool showWindow(SystemLog& log) {
     try {
         const auto machine = makeMachine(log);
-        if (!machine) return 1;
-        if (runInWindow(*machine)) return 0;
+        if (!machine) return false;
+        if (runInWindow(*machine)) return true;
         log.log(
             "The installer cannot show a window. Start it with -quiet as its first argument to "
             "install into every Photoshop that is found, without any question");
     } catch (const std::exception& error) {
         log.log(std::string("The installer was broken off: ") + error.what());
     }
+    return false;
+}
+
+int windowMain(SystemLog& log) {
+    RememberingLog remembering(log);
+    if (showWindow(remembering)) return 0;
+    showWithoutToolkit(remembering.lastLines(), processEnvironment());
     return 1;
 }
 

@@ -64,18 +64,21 @@ class Authorization {
     /// `execute`. False when this machine has no way to become the administrator at all.
     [[nodiscard]] virtual bool obtain(std::uint32_t flags) = 0;
 
-    /// Why `obtain` has given false the last time.
-    [[nodiscard]] virtual AuthorizationTrouble trouble() const {
-        return AuthorizationTrouble::none;
-    }
-
     /// Says what this run may change. The person who is asked is shown the folders, and a tool that
     /// would change anything else does nothing and reports a failure. Before the first call nothing
     /// may be changed. Another grant than the one that somebody has agreed to ends the right, and
     /// the next `execute` asks again.
     virtual void limitTo(const WriteGrant& grant) = 0;
 
-    /// Starts the tool at the absolute path with the arguments, as they are: no shell. The first
+    /// Why `obtain` has given false the last time.
+    [[nodiscard]] virtual AuthorizationTrouble trouble() const {
+        return AuthorizationTrouble::none;
+    }
+
+    /// Starts the tool at the absolute path with the arguments, as they are: no shell. Tools run one
+    /// after the other, in the order of these calls, whether or not somebody waits for them. One
+    /// that follows another may begin only when somebody waits for it or for a later one, or when
+    /// this object is destroyed. The first
     /// call asks for the credentials, which hold until this object is destroyed; a refusal is
     /// remembered, so that the user is not asked twice.
     [[nodiscard]] virtual PrivilegedLaunch execute(const std::string& tool,

@@ -55,6 +55,9 @@ add_library(installer_fuzzed STATIC
     ${source}/linux/desktop/ProcessFacts.cpp
     ${source}/linux/bundle/PropertyList.cpp
     ${source}/linux/bundle/PropertyListShape.cpp
+    ${source}/linux/seal/Base64.cpp
+    ${source}/linux/seal/BundleManifest.cpp
+    ${source}/linux/seal/Minisign.cpp
     ${source}/privileged/files/RegularFile.cpp
     ${source}/linux/bundle/StringsTable.cpp
     ${source}/linux/bundle/StringsTableText.cpp
@@ -94,4 +97,5 @@ target_include_directories(installer_fuzzed PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_definitions(installer_fuzzed PUBLIC _GLIBCXX_ASSERTIONS)
 # Warnings are for the compiler that builds what ships, and for the static analysis.
 target_compile_options(installer_fuzzed PUBLIC -fsanitize=fuzzer-no-link -w)
-target_link_libraries(installer_fuzzed PUBLIC installer_options PkgConfig::PLIST)
+find_library(SODIUM_ARCHIVE libsodium.a REQUIRED)
+target_link_libraries(installer_fuzzed PUBLIC installer_options PkgConfig::PLIST ${SODIUM_ARCHIVE})

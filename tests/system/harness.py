@@ -161,6 +161,12 @@ def entry(path, times=True):
     return seen
 
 
+def preloaded():
+    """INSTALLER_PRELOAD names a library that every installer is started with."""
+    library = os.environ.get("INSTALLER_PRELOAD")
+    return {"LD_PRELOAD": library} if library else {}
+
+
 class SystemTest(unittest.TestCase):
     """A test with a scratch folder of its own."""
 
@@ -176,7 +182,8 @@ class SystemTest(unittest.TestCase):
         root = self.scratch / name
         user = os.environ.get("TEST_LOGIN", "root")
         disk = Disk(root, root / "Users" / user)
-        return disk, {"HOME": str(self.scratch), "INSTALLER_TARGET_VOLUME": str(root)}
+        return disk, {"HOME": str(self.scratch), "INSTALLER_TARGET_VOLUME": str(root),
+                      **preloaded()}
 
     def new_machine(self):
         """The throw-away machine's own disk, emptied, with a private home."""
@@ -186,7 +193,7 @@ class SystemTest(unittest.TestCase):
                 path = pathlib.Path(folder) / name
                 shutil.rmtree(path) if path.is_dir() and not path.is_symlink() else path.unlink()
         home = self.scratch / "home"
-        return Disk("/", home), {"HOME": str(home)}
+        return Disk("/", home), {"HOME": str(home), **preloaded()}
 
     def assertInstalled(self, path, content=None, owner=0, mode=0o775):
         seen = entry(path)

@@ -186,6 +186,12 @@ class PackagesDebRemoval(Packages):
         self.install()
         self.assertFalse(self.record.exists())
 
+    def test_what_the_tool_keeps_on_purpose_does_not_keep_the_package(self):
+        write(RECEIPT, "{}")
+        removed = tool("dpkg", "--remove", NAME, env={**os.environ, "FAIL": "3"})
+        self.assertEqual("remove\n", self.record.read_text(), removed.stderr)
+        self.assertFalse(self.is_installed())
+
     def test_the_package_stays_if_the_tool_fails(self):
         write(RECEIPT, "{}")
         removed = tool("dpkg", "--remove", NAME, check=False, env={**os.environ, "FAIL": "1"})

@@ -2,10 +2,11 @@
 
 import os
 import pty
+import shutil
 import subprocess
 import unittest
 
-from harness import TIME_LIMIT, Product, SystemTest, run
+from harness import TIME_LIMIT, Product, SystemTest, run, write
 
 
 class Surroundings(SystemTest):
@@ -74,6 +75,46 @@ class Surroundings(SystemTest):
                 self.assertNotEqual(outcome.status, 0)
                 self.assertIn("-quiet", outcome.messages)
                 self.assertFalse(self.readme.exists())
+
+    def dialogues(self, *names):
+        """A folder of programs that write down with what they were started."""
+        folder = self.scratch / "programs"
+        shutil.rmtree(folder, ignore_errors=True)
+        for name in names:
+            write(folder / name, f'#!/bin/sh\necho "{name} $*" > "$RECORD"\n', 0o755)
+        return {**self.environment, "PATH": str(folder), "DISPLAY": ":77",
+                "RECORD": str(self.scratch / "record")}
+
+    def test_a_person_at_a_display_without_the_toolkit_is_told_in_a_dialogue(self):
+        names = ["notify-send", "xmessage", "zenity", "kdialog"]
+        shown = {"notify-send": "--", "xmessage": "The", "zenity": "--error --no-markup --text=The",
+                 "kdialog": "--error The"}
+        for count, name in enumerate(names, 1):
+            with self.subTest(name):
+                outcome = run(self.product, (), self.dialogues(*names[:count]))
+                self.assertEqual(outcome.status, 1)
+                text = (self.scratch / "record").read_text()
+                self.assertTrue(text.startswith(f"{name} {shown[name]}"), text)
+                self.assertIn("InstallerWindow.so", text)
+                self.assertIn("Start it with -quiet", text)
+
+    def test_nobody_is_shown_a_dialogue_without_a_display_or_in_a_quiet_run(self):
+        with_display = self.dialogues("kdialog")
+        without = {name: value for name, value in with_display.items() if name != "DISPLAY"}
+        self.assertEqual(run(self.product, (), without).status, 1)
+        self.assertEqual(run(self.product, ("-quiet",), with_display).status, 0)
+        self.assertFalse((self.scratch / "record").exists())
+
+    def test_a_terminal_is_told_without_a_dialogue(self):
+        environment = self.dialogues("kdialog")
+        controller, terminal = os.openpty()
+        finished = subprocess.run([str(self.product.executable)], env=environment,
+                                  stdin=terminal, stdout=terminal, stderr=terminal,
+                                  timeout=TIME_LIMIT, check=False)
+        os.close(terminal)
+        os.close(controller)
+        self.assertEqual(finished.returncode, 1)
+        self.assertFalse((self.scratch / "record").exists())
 
     def test_an_executable_outside_a_bundle_says_so_and_ends_with_success_when_quiet(self):
         alone = self.scratch / "Installer"

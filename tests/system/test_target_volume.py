@@ -43,10 +43,13 @@ class TargetVolume(SystemTest):
         self.assertEqual(tree(self.scratch / "maker's \"own\" folder ß"), before)
         self.assertEqual(set(os.listdir(self.scratch)), outside)
 
-    def test_applications_on_another_volume_are_not_registered(self):
+    def test_applications_on_another_volume_are_registered_there_as_its_own_system_sees_them(self):
         self.install()
         self.assertFalse((self.scratch / ".local").exists())
-        self.assertFalse((self.disk.home / ".local").exists())
+        entries = list((self.disk.home / ".local/share/applications").iterdir())
+        self.assertEqual(len(entries), 1)
+        self.assertIn("/Applications/Tool.app/Contents/MacOS/Tool", entries[0].read_text())
+        self.assertNotIn(str(self.disk.root), entries[0].read_text())
 
     def test_a_paths_file_cannot_lead_out_of_the_volume(self):
         outside = self.scratch / "outside"

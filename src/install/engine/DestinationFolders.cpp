@@ -36,6 +36,9 @@ bool DestinationFolders::isThere(const std::string& path) const {
 }
 
 PrivilegedCommands::Outcome DestinationFolders::makeFolder(const std::string& path) {
+    if (commands_.confirmItems() == PrivilegedCommands::Outcome::refused) {
+        return PrivilegedCommands::Outcome::refused;
+    }
     if (!files_.createFolders(path, folderPermissions)) {
         setAttributesRecursive(path, {.owner = run_.loginName,
                                       .group = InstallRun::group,

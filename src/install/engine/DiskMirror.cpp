@@ -44,6 +44,7 @@ void DiskMirror::installFiles(std::span<const PlannedItem> items) {
         }
         items = items.subspan(count);
     }
+    installer_.confirm();
 }
 
 void DiskMirror::installPackage(const PlannedItem& package) {

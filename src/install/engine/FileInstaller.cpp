@@ -33,6 +33,12 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
     items.reserve(sources.size());
     for (const std::string& source : sources) items.push_back({source, std::nullopt});
     installEach(items, toPath, isBundle, alwaysInstall);
+    confirm();
+}
+
+void FileInstaller::confirm() {
+    // Refused rights are a flag of the run.
+    static_cast<void>(commands_.confirmItems());
 }
 
 void FileInstaller::install(std::span<const PlannedItem> items) {
@@ -63,7 +69,7 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
         const std::optional<bool> isInstalled = copyItem(source, destination);
         if (!isInstalled) return;
         if (!*isInstalled) continue;
-        if (finishItem(destination) == Outcome::refused) return;
+        if (commands_.finishItem(destination) == Outcome::refused) return;
     }
     if (run_.progress != nullptr) run_.progress->endItem();
 }
@@ -87,6 +93,7 @@ bool FileInstaller::mayReplace(const std::string& source, const std::string& des
 
 FileInstaller::Outcome FileInstaller::removeExisting(const std::string& destination) {
     platform_.log.log("removing existing file...");
+    if (commands_.confirmItems() == Outcome::refused) return Outcome::refused;
     if (!platform_.files.remove(destination)) return Outcome::finished;
     return commands_.removeItem(destination);
 }
@@ -133,13 +140,6 @@ void FileInstaller::awaitItem(const std::string& source, const std::string& dest
         platform_.clock.sleep(std::chrono::microseconds(125));
     }
     errors_.showFileErrorUI(destination);
-}
-
-FileInstaller::Outcome FileInstaller::finishItem(const std::string& destination) {
-    if (commands_.giveItemToUser(destination) == Outcome::refused) return Outcome::refused;
-    if (commands_.setItemPermissions(destination) == Outcome::refused) return Outcome::refused;
-    run_.installedPaths.push_back(destination);
-    return Outcome::finished;
 }
 
 }  // namespace installer

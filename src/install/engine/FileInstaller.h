@@ -39,7 +39,10 @@ class FileInstaller {
                             bool isBundle, bool alwaysInstall);
 
     /// The same for items of a plan, which go into the folder of the first one, and always install.
+    /// The caller confirms them, at the latest after the last one: until then, those that came last
+    /// may be missing among the installed paths.
     void install(std::span<const PlannedItem> items);
+    void confirm();
 
   private:
     using Outcome = PrivilegedCommands::Outcome;
@@ -63,7 +66,6 @@ class FileInstaller {
     /// Whether the user may not even look whether the item is there.
     [[nodiscard]] bool isHidden(const std::string& destination) const;
     void awaitItem(const std::string& source, const std::string& destination);
-    [[nodiscard]] Outcome finishItem(const std::string& destination);
 
     Platform& platform_;
     InstallRun& run_;

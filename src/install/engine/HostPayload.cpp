@@ -12,6 +12,7 @@ namespace installer {
 
 void HostPayload::installFiles(std::span<const PlannedItem> items) {
     for (const PlannedItem& item : items) installer_.install({&item, 1});
+    installer_.confirm();
 }
 
 void HostPayload::installFiles(const HostModel& host) {

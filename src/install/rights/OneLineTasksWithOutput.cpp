@@ -122,6 +122,27 @@ std::optional<std::string> OneLineTasksWithOutput::stringByLaunchingPathWithArgu
     const std::string& path, const std::vector<std::string>& arguments,
     Authorization& authorization, std::optional<TaskError>* error, bool wait) {
     const PrivilegedLaunch launch = launched(authorization, path, arguments, wait);
+    return resultOf(launch, error);
+}
+
+PrivilegedLaunch OneLineTasksWithOutput::start(const std::string& path,
+                                               const std::vector<std::string>& arguments,
+                                               Authorization& authorization,
+                                               std::optional<TaskError>* error) {
+    PrivilegedLaunch launch = authorization.execute(path, arguments);
+    const std::int32_t status = truncated(launch.status);
+    store(error, status != 0 ? std::optional(refusedLaunch(status)) : std::nullopt);
+    return launch;
+}
+
+std::optional<std::string> OneLineTasksWithOutput::finish(const PrivilegedLaunch& launch,
+                                                          std::optional<TaskError>* error) {
+    if (launch.tool != nullptr) launch.tool->waitUntilEnded();
+    return resultOf(launch, error);
+}
+
+std::optional<std::string> OneLineTasksWithOutput::resultOf(const PrivilegedLaunch& launch,
+                                                            std::optional<TaskError>* error) {
     std::string output = launch.tool != nullptr ? readOutput(*launch.tool) : std::string();
     const std::int32_t status = statusNow(launch);
     if (status != 0) {

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "ports/Authorization.h"
+
 namespace installer {
 
-class Authorization;
 class ChildProcesses;
 class EventLoop;
-struct PrivilegedLaunch;
 
 /// Why a tool could not be run. A tool that ran and failed gives no error.
 struct TaskError {
@@ -56,11 +56,24 @@ class OneLineTasksWithOutput {
                               Authorization& authorization, std::optional<TaskError>* error,
                               bool wait);
 
+    /// Starts a tool whose end the caller awaits later, with `finish`. A refused launch stores its
+    /// error at once.
+    [[nodiscard]] PrivilegedLaunch start(const std::string& path,
+                                         const std::vector<std::string>& arguments,
+                                         Authorization& authorization,
+                                         std::optional<TaskError>* error);
+
+    /// The rest of the first privileged operation for such a tool: its end, its output, its error.
+    std::optional<std::string> finish(const PrivilegedLaunch& launch,
+                                      std::optional<TaskError>* error);
+
     /// Whether the last tool that was run as the administrator has ended and said that it
     /// succeeded. No result depends on it: it is for a caller who cannot look at what the tool did.
     [[nodiscard]] bool lastToolSucceeded() const { return lastToolSucceeded_; }
 
   private:
+    std::optional<std::string> resultOf(const PrivilegedLaunch& launch,
+                                        std::optional<TaskError>* error);
     [[nodiscard]] std::int32_t statusNow(const PrivilegedLaunch& launch);
 
     ChildProcesses& processes_;

@@ -1,5 +1,7 @@
 #include "install/rights/PrivilegedCommands.h"
 
+#include <utility>
+
 #include "ports/Platform.h"
 
 namespace installer {
@@ -28,6 +30,8 @@ PrivilegedCommands::PrivilegedCommands(Platform& platform, InstallRun& run)
 
 std::optional<TaskError> PrivilegedCommands::run(const std::string& tool,
                                                  const Arguments& arguments, Output output) {
+    // A loss that this tells of shows in this command's own result.
+    static_cast<void>(confirmItems());
     if (!run_.authorization) return deniedError();
     std::optional<TaskError> error;
     if (output == Output::read) {
@@ -42,7 +46,10 @@ std::optional<TaskError> PrivilegedCommands::run(const std::string& tool,
 PrivilegedCommands::Outcome PrivilegedCommands::runChecked(const std::string& tool,
                                                            const Arguments& arguments,
                                                            Output output) {
-    const std::optional<TaskError> error = run(tool, arguments, output);
+    return checked(run(tool, arguments, output));
+}
+
+PrivilegedCommands::Outcome PrivilegedCommands::checked(const std::optional<TaskError>& error) {
     if (!error || !isFatalAuthCode(static_cast<std::uint32_t>(error->code))) {
         return Outcome::finished;
     }
@@ -67,12 +74,51 @@ PrivilegedCommands::Outcome PrivilegedCommands::copyItem(const std::string& sour
     return runChecked("/bin/cp", {"-R", source, destination});
 }
 
-PrivilegedCommands::Outcome PrivilegedCommands::giveItemToUser(const std::string& path) {
-    return runChecked("/usr/sbin/chown", {"-R", run_.ownerString, path});
+PrivilegedCommands::Outcome PrivilegedCommands::finishItem(const std::string& path) {
+    if (sentItems_.size() >= mostSentItems && confirmFirst() == Outcome::refused) {
+        return Outcome::refused;
+    }
+    auto owner = startChecked("/usr/sbin/chown", {"-R", run_.ownerString, path});
+    if (!owner) return Outcome::refused;
+    auto permissions = startChecked("/bin/chmod", {"-R", "0775", path});
+    if (!permissions) return Outcome::refused;
+    sentItems_.push_back({path, std::move(*owner), std::move(*permissions)});
+    // The first answers of a run tell whether there are rights at all.
+    return run_.installedPaths.empty() ? confirmItems() : Outcome::finished;
 }
 
-PrivilegedCommands::Outcome PrivilegedCommands::setItemPermissions(const std::string& path) {
-    return runChecked("/bin/chmod", {"-R", "0775", path});
+std::optional<PrivilegedLaunch> PrivilegedCommands::startChecked(const std::string& tool,
+                                                                 const Arguments& arguments) {
+    std::optional<TaskError> error = deniedError();
+    PrivilegedLaunch launch;
+    if (run_.authorization) launch = tasks_.start(tool, arguments, *run_.authorization, &error);
+    if (checked(error) == Outcome::refused) {
+        // The items before this one are confirmed all the same, as far as their answers come.
+        static_cast<void>(confirmItems());
+        return std::nullopt;
+    }
+    return launch;
+}
+
+PrivilegedCommands::Outcome PrivilegedCommands::confirmItems() {
+    Outcome outcome = Outcome::finished;
+    while (!sentItems_.empty()) {
+        if (confirmFirst() == Outcome::refused) outcome = Outcome::refused;
+    }
+    return outcome;
+}
+
+/// Waits for the answers for the oldest item.
+PrivilegedCommands::Outcome PrivilegedCommands::confirmFirst() {
+    const SentItem item = std::move(sentItems_.front());
+    sentItems_.pop_front();
+    for (const PrivilegedLaunch* launch : {&item.owner, &item.permissions}) {
+        std::optional<TaskError> error;
+        tasks_.finish(*launch, &error);
+        if (checked(error) == Outcome::refused) return Outcome::refused;
+    }
+    run_.installedPaths.push_back(item.path);
+    return Outcome::finished;
 }
 
 void PrivilegedCommands::removeQuarantine(const std::string& path) {
@@ -80,6 +126,7 @@ void PrivilegedCommands::removeQuarantine(const std::string& path) {
 }
 
 void PrivilegedCommands::runLsregister() {
+    static_cast<void>(confirmItems());
     if (!run_.authorization) return;
     tasks_.stringByLaunchingPathWithArguments(lsregister, {"-apps"}, *run_.authorization, nullptr,
                                               false);

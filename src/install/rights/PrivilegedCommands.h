@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,8 +40,13 @@ class PrivilegedCommands {
 
     [[nodiscard]] Outcome removeItem(const std::string& path);
     [[nodiscard]] Outcome copyItem(const std::string& source, const std::string& destination);
-    [[nodiscard]] Outcome giveItemToUser(const std::string& path);
-    [[nodiscard]] Outcome setItemPermissions(const std::string& path);
+    /// Gives the item to the user and sets its permissions. Both commands are sent at once, and
+    /// answered later: the item joins the run's installed paths when both answers have come, in the
+    /// order of these calls. Refused also if the answers for an earlier item told so.
+    [[nodiscard]] Outcome finishItem(const std::string& path);
+    /// Waits for the answers for all items. The items whose answers did not come are not
+    /// installed. Every other command does this first.
+    [[nodiscard]] Outcome confirmItems();
 
     void removeQuarantine(const std::string& path);
     /// Starts the refresh of the application database and does not wait for its end.
@@ -52,6 +59,13 @@ class PrivilegedCommands {
 
   private:
     using Arguments = std::vector<std::string>;
+    /// An item whose commands are under way.
+    struct SentItem {
+        std::string path;
+        PrivilegedLaunch owner;
+        PrivilegedLaunch permissions;
+    };
+    static constexpr std::size_t mostSentItems = 64;
     enum class Output { read, leave };
 
     /// The error that the runner stored, or nullopt.
@@ -60,8 +74,14 @@ class PrivilegedCommands {
     [[nodiscard]] Outcome runChecked(const std::string& tool, const Arguments& arguments,
                                      Output output = Output::read);
 
+    [[nodiscard]] std::optional<PrivilegedLaunch> startChecked(const std::string& tool,
+                                                               const Arguments& arguments);
+    [[nodiscard]] Outcome confirmFirst();
+    [[nodiscard]] Outcome checked(const std::optional<TaskError>& error);
+
     OneLineTasksWithOutput tasks_;
     InstallRun& run_;
+    std::deque<SentItem> sentItems_;
 };
 
 }  // namespace installer

@@ -14,7 +14,6 @@
 #include "foundation/values/Paths.h"
 #include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/DesktopEntry.h"
-#include "linux/files/LinuxSearchPaths.h"
 #include "ports/Bundle.h"
 #include "ports/SystemLog.h"
 #include "privileged/files/RegularFile.h"
@@ -99,7 +98,8 @@ bool mayReplace(const std::string& path) {
 
 LinuxApplicationDatabase::LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths,
                                                    Bundles& bundles, SystemLog& log)
-    : folder_(searchPaths.userApplicationsFolder()),
+    : searchPaths_(searchPaths),
+      folder_(searchPaths.userApplicationsFolder()),
       files_(searchPaths.homeFolder()),
       bundles_(bundles),
       log_(log) {}
@@ -130,7 +130,8 @@ std::optional<LinuxApplicationDatabase::Registration> LinuxApplicationDatabase::
     const std::string file =
         desktopEntryFileName(identifier && !identifier->empty() ? *identifier : name);
     return Registration{joinPath(*folder_, file),
-                        desktopEntryText({name, *executable, iconOf(*bundle)})};
+                        desktopEntryText({name, searchPaths_.asSeenOnTargetVolume(*executable),
+                                          searchPaths_.asSeenOnTargetVolume(iconOf(*bundle))})};
 }
 
 std::error_code LinuxApplicationDatabase::write(const Registration& registration) const {

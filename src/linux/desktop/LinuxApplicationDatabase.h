@@ -4,6 +4,7 @@
 #include <string>
 #include <system_error>
 
+#include "linux/files/LinuxSearchPaths.h"
 #include "linux/files/UserFiles.h"
 #include "ports/ApplicationDatabase.h"
 
@@ -11,15 +12,14 @@ namespace installer {
 
 class Bundle;
 class Bundles;
-class LinuxSearchPaths;
 class SystemLog;
 
 /// Registers applications as desktop entries in the user's applications folder, one file each, so
 /// that the desktop's menus show them. Registering one again replaces its entry.
 class LinuxApplicationDatabase final : public ApplicationDatabase {
   public:
-    /// Where the user has no applications folder, or the applications belong to another disk's
-    /// system, nothing is registered, with success.
+    /// Where the user has no applications folder, nothing is registered, with success. On a target
+    /// volume the entries lie in the user's folder there, with the paths that its own system sees.
     LinuxApplicationDatabase(const LinuxSearchPaths& searchPaths, Bundles& bundles, SystemLog& log);
 
     /// An application is a bundle that calls itself one ("APPL"), or whose name ends in ".app" when
@@ -40,6 +40,7 @@ class LinuxApplicationDatabase final : public ApplicationDatabase {
     [[nodiscard]] std::optional<Registration> registrationOf(const std::string& path) const;
     [[nodiscard]] std::error_code write(const Registration& registration) const;
 
+    LinuxSearchPaths searchPaths_;
     std::optional<std::string> folder_;
     UserFiles files_;
     Bundles& bundles_;

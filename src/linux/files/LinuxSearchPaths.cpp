@@ -143,8 +143,8 @@ std::optional<std::string> LinuxSearchPaths::homeFolder() const {
 }
 
 std::optional<std::string> LinuxSearchPaths::userApplicationsFolder() const {
-    if (values_.targetVolume) return std::nullopt;
-    if (values_.dataHome) return joinPath(*values_.dataHome, "applications");
+    const bool isOfRunningSystem = !values_.targetVolume;
+    if (isOfRunningSystem && values_.dataHome) return joinPath(*values_.dataHome, "applications");
     return belowHome(".local/share/applications");
 }
 

@@ -59,8 +59,7 @@ class LinuxSearchPaths final : public SearchPaths {
     [[nodiscard]] std::string targetVolume() const { return values_.targetVolume.value_or(""); }
     [[nodiscard]] std::string homeOnRunningSystem() const { return values_.home.value_or(""); }
 
-    /// Where the user's desktop looks for applications; nullopt if there is no such folder, or if
-    /// what is installed belongs to another disk's system.
+    /// Where the user's desktop looks for applications; nullopt if there is no such folder.
     [[nodiscard]] std::optional<std::string> userApplicationsFolder() const;
 
   private:

@@ -54,6 +54,7 @@ void addOption(SpawnRequest& request, const char* name, const std::string& value
 AdministratorMeans AdministratorMeans::current() {
     AdministratorMeans means;
     means.isRoot = ::geteuid() == 0;
+    if (means.isRoot) return means;  // nothing else is needed
     means.pkexec = programAt("/usr/bin/pkexec");
     means.hasSystemBus = hasListener("/run/dbus/system_bus_socket");
     means.textAgent = programAt("/usr/bin/pkttyagent");

@@ -10,7 +10,7 @@
 
 namespace installer {
 
-/// Owns its run; the helper refers to the current run only.
+/// Owns its run; the helper refers to those under way only.
 class PrivilegedHelper::Tool : public PrivilegedTool {
   public:
     Tool(std::shared_ptr<PrivilegedHelper> helper, std::shared_ptr<Run> run)
@@ -79,14 +79,23 @@ PrivilegedLaunch PrivilegedHelper::execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) {
     const std::optional<std::string> request = encodedRequest({tool, arguments});
     if (!request) return {authorization_status::toolNotExecutable, nullptr};
-    if (const std::shared_ptr<Run> earlier = running_) finish(*earlier);
+    while (underWay_.size() >= mostUnderWay) handleNextMessage();
     if (isLost()) return {authorization_status::denied, nullptr};
-    if (!stream_.send(*request)) {
-        end();
-        return {authorization_status::denied, nullptr};
-    }
-    running_ = std::make_shared<Run>();
-    return {0, std::make_unique<Tool>(shared_from_this(), running_)};
+    underWay_.push_back(std::make_shared<Run>());
+    const std::shared_ptr<Run> run = underWay_.back();
+    unsent_ += *request;
+    ++unsentCount_;
+    // A helper with nothing to do begins at once.
+    send(underWay_.size() == 1 ? 0 : mostUnsent - 1);
+    if (isLost()) return {authorization_status::denied, nullptr};
+    return {0, std::make_unique<Tool>(shared_from_this(), run)};
+}
+
+/// Sends all requests if there are more than that.
+void PrivilegedHelper::send(std::size_t mostKept) {
+    if (unsentCount_ <= mostKept || isLost()) return;
+    unsentCount_ = 0;
+    if (!stream_.send(std::exchange(unsent_, std::string()))) end();
 }
 
 void PrivilegedHelper::finish(Run& run) {
@@ -98,16 +107,19 @@ std::function<void()> PrivilegedHelper::whileWaiting() const {
     return [progress = progress_] { progress->bytesCopied(0); };
 }
 
-/// Called only during a run.
+/// Called only while some tool is under way.
 void PrivilegedHelper::handleNextMessage() {
+    send(0);
+    if (isLost()) return;
     const std::optional<Message> message = receive();
     if (message && message->type == MessageType::output) {
-        running_->output += message->body;
+        underWay_.front()->output += message->body;
     } else if (const auto bytes = message ? progressBytes(*message) : std::nullopt) {
         if (progress_ != nullptr) progress_->bytesCopied(*bytes);
     } else if (const auto status = message ? exitStatus(*message) : std::nullopt) {
-        running_->exitStatus = status;
-        std::exchange(running_, nullptr)->state = Run::State::ended;
+        underWay_.front()->exitStatus = status;
+        underWay_.front()->state = Run::State::ended;
+        underWay_.pop_front();
     } else {
         end();
     }
@@ -115,7 +127,9 @@ void PrivilegedHelper::handleNextMessage() {
 
 void PrivilegedHelper::end() {
     if (isLost()) return;
-    if (const auto run = std::exchange(running_, nullptr)) run->state = Run::State::lost;
+    static_cast<void>(stream_.send(unsent_));
+    unsent_.clear();
+    for (const auto& run : std::exchange(underWay_, {})) run->state = Run::State::lost;
     reap();
 }
 

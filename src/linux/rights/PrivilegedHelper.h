@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -16,8 +18,9 @@
 
 namespace installer {
 
-/// The client's end of the privileged helper, a process that runs one tool after another. Running
-/// tools share ownership of it; `end` or the destructor ends the process.
+/// The client's end of the privileged helper, a process that runs one tool after another. Requests
+/// are sent ahead, a few together; each answer is read when somebody waits for it. Running tools
+/// share ownership of the helper; `end` or the destructor ends the process.
 class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
   public:
     struct Start {
@@ -41,8 +44,8 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     /// To be called once, before the first tool.
     void limitTo(const WriteGrant& grant);
 
-    /// Starts a tool. If the caller has not waited for the previous one, its remaining messages
-    /// are read first.
+    /// Starts a tool as soon as those before it have ended. Does not wait for them, unless very
+    /// many are under way.
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments);
 
@@ -65,6 +68,8 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
         std::size_t read = 0;  ///< how much of the output was handed out
         std::optional<std::uint32_t> exitStatus;
     };
+    static constexpr std::size_t mostUnderWay = 128;
+    static constexpr std::size_t mostUnsent = 16;
 
     PrivilegedHelper(pid_t process, FileDescriptor connection, ProgressSink* progress)
         : process_(process),
@@ -75,6 +80,7 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     [[nodiscard]] bool saidHello();
     [[nodiscard]] std::function<void()> whileWaiting() const;
     [[nodiscard]] std::optional<Message> receive() { return stream_.receive(whileWaiting()); }
+    void send(std::size_t mostKept);
     void handleNextMessage();
     void finish(Run& run);
     std::optional<int> reap();
@@ -82,7 +88,9 @@ class PrivilegedHelper : public std::enable_shared_from_this<PrivilegedHelper> {
     pid_t process_;
     FileDescriptor connection_;
     MessageStream stream_;
-    std::shared_ptr<Run> running_;
+    std::deque<std::shared_ptr<Run>> underWay_;  ///< in the order of their requests
+    std::string unsent_;                         ///< the requests of the last ones
+    std::size_t unsentCount_ = 0;
     ProgressSink* progress_;
 };
 

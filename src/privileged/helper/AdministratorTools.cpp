@@ -74,7 +74,11 @@ bool AdministratorTools::isPlanned(const Command& command) const {
 
 std::error_code AdministratorTools::performNow(const Command& command,
                                                const CopyProgress& progress) {
-    if (command.action == Action::refreshDesktopDatabase && refresh_) return refresh_();
+    if (command.action == Action::refreshDesktopDatabase) {
+        // The desktop database is this machine's own; what was installed is another disk's.
+        if (folders_.areOnTargetVolume()) return {};
+        if (refresh_) return refresh_();
+    }
     const bool isNew = command.action == Action::makeFolders && isMissingFolder(command.path);
     const std::error_code error = perform(command, user_, progress);
     if (!error && isNew) madeFolders_.insert(command.path);

@@ -22,6 +22,9 @@ class ProtectedFolders {
 
     [[nodiscard]] bool hold(std::string_view path) const;
 
+    /// Whether they are those of a target volume: then nothing of the running system is meant.
+    [[nodiscard]] bool areOnTargetVolume() const { return !volume_.empty(); }
+
   private:
     std::string volume_;
     std::vector<std::string> homes_;

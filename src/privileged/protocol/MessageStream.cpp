@@ -2,11 +2,9 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <span>
 
 #include <poll.h>
-#include <sched.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -23,11 +21,6 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
     return ::write(descriptor, bytes.data(), bytes.size());
 }
 
-/// How long an answer or the next request is looked for before the process goes to sleep. Waking
-/// a sleeping process on another processor costs more than most of what the helper is asked to
-/// do, and an installation of many small items asks thousands of times.
-constexpr std::chrono::microseconds patience(200);
-
 /// Until the descriptor is ready for that event, at its end or broken. Its other users may have
 /// made it one that does not block: sudo with output logging does.
 void awaitReady(int descriptor, short event) {
@@ -38,14 +31,6 @@ void awaitReady(int descriptor, short event) {
 
 ssize_t readSome(int descriptor, std::span<char> buffer,
                  const std::function<void()>& whileWaiting) {
-    const auto end = std::chrono::steady_clock::now() + patience;
-    do {
-        const ssize_t count = ::recv(descriptor, buffer.data(), buffer.size(), MSG_DONTWAIT);
-        if (count >= 0) return count;
-        if (errno == ENOTSOCK) break;
-        if (errno != EAGAIN && errno != EINTR) return count;
-        ::sched_yield();
-    } while (std::chrono::steady_clock::now() < end);
     if (whileWaiting) awaitReadable(descriptor, whileWaiting);
     return ::read(descriptor, buffer.data(), buffer.size());
 }

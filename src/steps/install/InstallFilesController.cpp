@@ -85,7 +85,7 @@ void InstallFilesController::install(const std::vector<HostModel>& hosts,
     const InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
-    platform_.files.expectCopies(plannedCopies(plan, run_));
+    if (!plan.items.empty()) platform_.files.expectCopies(plannedCopies(plan, run_));
     DiskMirror(platform_, commands_, installer_).installFiles(plan.mirrorItems());
     if (shouldConfigurePrismorExternalEditors) configurePrismorExternalEditors();
     cleanManifests();

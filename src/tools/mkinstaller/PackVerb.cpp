@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -10,11 +10,11 @@
 
 #include "foundation/values/Paths.h"
 #include "linux/log/LinuxSystemLog.h"
-#include "tools/mkinstaller/FindingOutput.h"
+#include "tools/mkinstaller/ProductCheck.h"
 #include "tools/mkinstaller/Verbs.h"
-#include "tools/mkinstaller/lint/Linter.h"
 #include "tools/mkinstaller/packing/Formats.h"
 #include "tools/mkinstaller/packing/PackSource.h"
+#include "tools/mkinstaller/signing/Signing.h"
 
 namespace installer {
 
@@ -25,19 +25,8 @@ struct PackOptions {
     std::vector<std::string> formats = {"run"};
     std::string output = ".";
     std::string maintainer;
+    std::string key;
 };
-
-/// What lint finds goes to standard error: standard output has the names of the files alone.
-bool isFitToBePacked(const Product& product, const Kit& kit, SystemLog& log) {
-    constexpr Strictness strictness = Strictness::warningsAllowed;
-    const std::vector<Finding> findings = lint(product, kit, log);
-    for (const Finding& finding : findings) {
-        std::cerr << lineOf(finding, strictness, Colors::none) << '\n';
-    }
-    return std::ranges::none_of(findings, [&](const Finding& finding) {
-        return severityOf(finding, strictness) == Severity::error;
-    });
-}
 
 Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
               const std::string& folder) {
@@ -47,20 +36,37 @@ Packed packAs(const std::string& format, const PackSource& source, const Kit& ki
     return packTarFile(source, folder);
 }
 
-ExitStatus packAll(const PackOptions& options, const PackSource& source, const Kit& kit) {
+ExitStatus failed(const std::string& what) {
+    std::cerr << "mkinstaller: " << what << '\n';
+    return ExitStatus::errorsFound;
+}
+
+ExitStatus packAll(const PackOptions& options, const PackSource& source, const Kit& kit,
+                   const std::optional<SigningKey>& key) {
     const std::string folder =
         withSingleSeparators(std::filesystem::absolute(options.output).string());
     std::filesystem::create_directories(folder);
     for (const std::string& format : options.formats) {
         const Packed packed = packAs(format, source, kit, folder);
-        if (packed.failure) {
-            std::cerr << "mkinstaller: " << packed.file << " was not made: " << *packed.failure
-                      << '\n';
-            return ExitStatus::errorsFound;
+        if (packed.failure) return failed(packed.file + " was not made: " + *packed.failure);
+        if (key) {
+            const auto failure = signFile(joinPath(folder, packed.file), *key, source.time);
+            if (failure) return failed(*failure);
         }
         std::cout << joinPath(folder, packed.file) << std::endl;
     }
     return ExitStatus::fine;
+}
+
+/// The bundle is sealed first: what is packed carries the seal.
+ExitStatus sealAndPack(const PackOptions& options, const PackSource& source, const Kit& kit) {
+    if (options.key.empty()) return packAll(options, source, kit, std::nullopt);
+    std::string problem;
+    const auto key = readKey(options.key, problem);
+    if (!key) return failed("nothing was packed; the key " + options.key + ": " + problem);
+    if (const auto failure = sealBundle(source.bundle(), *key, source.time))
+        return failed(*failure);
+    return packAll(options, source, kit, key);
 }
 
 ExitStatus pack(const PackOptions& options, const Kit& kit) {
@@ -70,18 +76,16 @@ ExitStatus pack(const PackOptions& options, const Kit& kit) {
         return ExitStatus::wrongUse;
     }
     LinuxSystemLog log("mkinstaller");
-    if (!isFitToBePacked(*product, kit, log)) {
+    if (!isFitForUse(*product, kit, log)) {
         std::cerr << "mkinstaller: nothing was packed; repair the errors first\n";
         return ExitStatus::errorsFound;
     }
     auto source = PackSource::make(*product, kit, log);
     if (!source) {
-        std::cerr << "mkinstaller: the bundle could not be put together: "
-                  << source.error().message() << '\n';
-        return ExitStatus::errorsFound;
+        return failed("the bundle could not be put together: " + source.error().message());
     }
     if (!options.maintainer.empty()) source.value().maintainer = options.maintainer;
-    return packAll(options, source.value(), kit);
+    return sealAndPack(options, source.value(), kit);
 }
 
 }  // namespace
@@ -103,6 +107,10 @@ void addPackVerb(const CommandLine& line) {
                      "Who answers for a package: NAME <ADDRESS>; by default the company, at the "
                      "identifier's domain")
         ->type_name("WHO");
+    verb->add_option("--sign", options->key,
+                     "Sign with the secret key that \"keygen\" made: seal the bundle, and write "
+                     "FILE.minisig beside each file")
+        ->type_name("KEY");
     verb->callback([options, &chosen = line.chosen] {
         chosen = [options](const Kit& kit) { return pack(*options, kit); };
     });

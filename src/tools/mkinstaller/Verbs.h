@@ -25,6 +25,8 @@ struct CommandLine {
 void addNewVerb(const CommandLine& line);
 void addLintVerb(const CommandLine& line);
 void addBuildVerb(const CommandLine& line);
+void addTryVerb(const CommandLine& line);
+void addKeygenVerb(const CommandLine& line);
 void addPackVerb(const CommandLine& line);
 void addHelpVerb(const CommandLine& line);
 

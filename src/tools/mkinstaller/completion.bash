@@ -5,19 +5,24 @@ _mkinstaller() {
     local verb=${COMP_WORDS[1]} words=
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        words="new lint build pack help --help --version"
+        words="new lint try build pack keygen help --help --version"
     elif [ "$previous" = --output ] || [ "$previous" = --maintainer ]; then
         words=
     elif [ "$previous" = --format ]; then
         mapfile -t COMPREPLY < <(compgen -W "run tar deb rpm" -- "$word")
         return
+    elif [ "$previous" = --sign ]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+        return
     else
         case $verb in
             new) words="--company --product --id --website --languages --help" ;;
             lint) words="--json --strict --help" ;;
+            try) words="--window --keep --help" ;;
             build) words="--output --help" ;;
-            pack) words="--format --output --maintainer --help" ;;
-            help) words="new lint build pack help" ;;
+            pack) words="--format --output --maintainer --sign --help" ;;
+            keygen) words="--help" ;;
+            help) words="new lint try build pack keygen help" ;;
         esac
     fi
     case $word in

@@ -13,7 +13,7 @@ namespace {
 using namespace installer;
 
 ExitStatus run(int argc, char** argv) {
-    CLI::App app("Makes installers of plug-ins: begins, checks, assembles and packs them.",
+    CLI::App app("Makes installers of plug-ins: begins, checks, tries and packs them.",
                  "mkinstaller");
     app.set_version_flag("--version", "mkinstaller " MKINSTALLER_VERSION);
     app.require_subcommand(1);
@@ -22,7 +22,9 @@ ExitStatus run(int argc, char** argv) {
     addNewVerb(line);
     addLintVerb(line);
     addBuildVerb(line);
+    addTryVerb(line);
     addPackVerb(line);
+    addKeygenVerb(line);
     addHelpVerb(line);
     try {
         app.parse(argc, argv);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -83,13 +84,80 @@ INSTANTIATE_TEST_SUITE_P(
         CheckedRow{"RemoveItem", [](auto& commands) { return commands.removeItem("/a b"); },
                    "/bin/rm -fR /a b"},
         CheckedRow{"CopyItem", [](auto& commands) { return commands.copyItem("/s", "/a b"); },
-                   "/bin/cp -R /s /a b"},
-        CheckedRow{"GiveItemToUser", [](auto& commands) { return commands.giveItemToUser("/a b"); },
-                   "/usr/sbin/chown -R tester:admin /a b"},
-        CheckedRow{"SetItemPermissions",
-                   [](auto& commands) { return commands.setItemPermissions("/a b"); },
-                   "/bin/chmod -R 0775 /a b"}),
+                   "/bin/cp -R /s /a b"}),
     [](const auto& test) { return test.param.name; });
+
+// Items, whose commands are answered later.
+
+TEST(PrivilegedCommandsForItems, GiveTheFirstOneToTheUserAndConfirmItAtOnce) {
+    EngineParts engine;
+    EXPECT_EQ(engine.commands.finishItem("/a b"), Outcome::finished);
+    EXPECT_THAT(engine.fake.journal, ElementsAre("/usr/sbin/chown -R tester:admin /a b",
+                                                 "/bin/chmod -R 0775 /a b", "wait", "wait"));
+    EXPECT_THAT(engine.fake.authorizations.toolsRead, ElementsAre("/usr/sbin/chown", "/bin/chmod"));
+    EXPECT_THAT(engine.run.installedPaths, ElementsAre("/a b"));
+}
+
+TEST(PrivilegedCommandsForItems, ListLaterOnesOnceTheirAnswersHaveCome) {
+    EngineParts engine;
+    EXPECT_EQ(engine.commands.finishItem("/1"), Outcome::finished);
+    engine.fake.journal.clear();
+    EXPECT_EQ(engine.commands.finishItem("/2"), Outcome::finished);
+    EXPECT_EQ(engine.commands.finishItem("/3"), Outcome::finished);
+    EXPECT_THAT(engine.run.installedPaths, ElementsAre("/1"));
+    EXPECT_THAT(engine.fake.journal, testing::Each(testing::Ne("wait")));
+    EXPECT_EQ(engine.commands.confirmItems(), Outcome::finished);
+    EXPECT_THAT(engine.run.installedPaths, ElementsAre("/1", "/2", "/3"));
+}
+
+TEST(PrivilegedCommandsForItems, WaitForTheOldestWhenVeryManyAreUnderWay) {
+    EngineParts engine;
+    for (int item = 0; item < 1000; ++item) {
+        EXPECT_EQ(engine.commands.finishItem("/" + std::to_string(item)), Outcome::finished);
+    }
+    const auto waits = std::ranges::count(engine.fake.journal, "wait");
+    EXPECT_EQ(engine.run.installedPaths.size() * 2, static_cast<std::size_t>(waits));
+    EXPECT_GE(engine.run.installedPaths.size(), 1000U - 64U);
+    EXPECT_LT(engine.run.installedPaths.size(), 1000U);
+}
+
+TEST(PrivilegedCommandsForItems, AreConfirmedBeforeAnyOtherCommand) {
+    for (const auto& command : std::vector<std::function<void(PrivilegedCommands&)>>{
+             [](auto& commands) { static_cast<void>(commands.removeItem("/x")); },
+             [](auto& commands) { static_cast<void>(commands.copyItem("/x", "/y")); },
+             [](auto& commands) { static_cast<void>(commands.makeFolders("/x")); },
+             [](auto& commands) { commands.removeQuarantine("/x"); },
+             [](auto& commands) { commands.runLsregister(); },
+             [](auto& commands) { commands.renewLogFile("/x"); }}) {
+        EngineParts engine;
+        static_cast<void>(engine.commands.finishItem("/1"));
+        static_cast<void>(engine.commands.finishItem("/2"));
+        const std::size_t sent = engine.fake.journal.size();
+        command(engine.commands);
+        EXPECT_THAT(engine.run.installedPaths, ElementsAre("/1", "/2"));
+        EXPECT_EQ(engine.fake.journal.at(sent), "wait");
+    }
+}
+
+TEST(PrivilegedCommandsForItems, AreNotListedWhenRightsAreRefused) {
+    for (int command = 1; command <= 4; ++command) {
+        EngineParts engine;
+        refuseFromCommand(engine.fake, command);
+        static_cast<void>(engine.commands.finishItem("/1"));
+        const Outcome outcome = engine.commands.finishItem("/2");
+        EXPECT_EQ(outcome, Outcome::refused);
+        EXPECT_TRUE(engine.run.authDenied);
+        static_cast<void>(engine.commands.confirmItems());
+        EXPECT_EQ(engine.run.installedPaths.size(), command <= 2 ? 0U : 1U) << command;
+    }
+}
+
+TEST(PrivilegedCommandsForItems, GoOnAfterAnyOtherFailedLaunch) {
+    EngineParts engine;
+    refuseFromCommand(engine.fake, 1, -60007);
+    EXPECT_EQ(engine.commands.finishItem("/1"), Outcome::finished);
+    EXPECT_THAT(engine.run.installedPaths, ElementsAre("/1"));
+}
 
 /// A command whose outcome nobody asks for.
 struct UncheckedRow {

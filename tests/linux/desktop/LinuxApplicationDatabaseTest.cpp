@@ -215,12 +215,15 @@ TEST_F(LinuxApplicationDatabaseTest, PathsThatAnEntryCannotExpressAreRefused) {
     EXPECT_EQ(log_.lines.size(), 2u);
 }
 
-TEST_F(LinuxApplicationDatabaseTest, OnAnotherTargetVolumeNothingIsRegistered) {
+TEST_F(LinuxApplicationDatabaseTest, OnATargetVolumeTheEntryLiesThereAsItsOwnSystemSeesIt) {
     LinuxApplicationDatabase database(pathsOn(disk_.path()), bundles_, log_);
     EXPECT_EQ(database.registerApplication(addPackage("Tool.app", {{"CFBundleExecutable", "x"}})),
               0);
     EXPECT_THAT(entries(), IsEmpty());
-    EXPECT_FALSE(std::filesystem::exists(disk_.at("Users")));
+    const std::string written =
+        disk_.read("Users/someone/.local/share/applications/" + named("Tool.desktop"));
+    EXPECT_THAT(written, HasSubstr("/Applications/Tool.app/Contents/MacOS/x"));
+    EXPECT_THAT(written, Not(HasSubstr(disk_.path())));
 }
 
 TEST_F(LinuxApplicationDatabaseTest, AFailedWriteGivesItsNumberAndIsLogged) {

@@ -100,7 +100,8 @@ TEST(LinuxSearchPaths, EveryFixedFolderLiesOnTheTargetVolume) {
     EXPECT_EQ(paths.userPreferencesFolder(),
               "/Volumes/Other Disk/Users/someone/Library/Preferences");
     EXPECT_EQ(paths.homeFolder(), "/Volumes/Other Disk/Users/someone");
-    EXPECT_EQ(paths.userApplicationsFolder(), std::nullopt);
+    EXPECT_EQ(paths.userApplicationsFolder(),
+              "/Volumes/Other Disk/Users/someone/.local/share/applications");
 }
 
 TEST(LinuxSearchPaths, TheHomeFolderLiesOnTheTargetVolumeWhateverTheRunningSystemsIs) {

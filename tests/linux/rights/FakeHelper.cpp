@@ -45,6 +45,9 @@ int main(int /*count*/, char** arguments) {
             std::string line;
             std::getline(fifo, line);
             answer = encodedOutput(line);
+        } else if (request.tool == "/append") {
+            std::ofstream(request.arguments.at(0), std::ios::app)
+                << request.arguments.at(1) << '\n';
         } else if (request.tool == "/die") {
             if (!request.arguments.empty()) {
                 static_cast<void>(!stream.send(encodedOutput(request.arguments[0])));

@@ -373,6 +373,56 @@ TEST_F(LinuxAuthorizationTest, OutputThatNobodyReadDoesNotDisturbTheNextTool) {
     EXPECT_EQ(readAll(*kept.tool), "read later");
 }
 
+TEST_F(LinuxAuthorizationTest, RunsManyToolsAheadInTheirOrder) {
+    const auto authorization = obtained();
+    // The first cannot end before somebody writes into the FIFO, so nobody can have waited for it.
+    const std::string fifo = folder.addFifo("fifo");
+    std::vector<std::unique_ptr<PrivilegedTool>> tools;
+    tools.push_back(std::move(authorization->execute("/await", {fifo}).tool));
+    for (int index = 0; index < 100; ++index) {
+        PrivilegedLaunch launch = authorization->execute("/print", {std::to_string(index)});
+        ASSERT_EQ(launch.status, 0);
+        tools.push_back(std::move(launch.tool));
+    }
+    std::ofstream(fifo) << "go\n";
+    EXPECT_EQ(readAll(*tools.at(100)), "99");
+    EXPECT_EQ(readAll(*tools.at(0)), "go");
+    for (int index = 0; index < 100; ++index) {
+        tools.at(static_cast<std::size_t>(index) + 1)->waitUntilEnded();
+    }
+    EXPECT_EQ(readAll(*tools.at(50)), "49");
+}
+
+TEST_F(LinuxAuthorizationTest, NoToolThatWasAheadOfALostHelperCountsAsEnded) {
+    const auto authorization = obtained();
+    const PrivilegedLaunch before = authorization->execute("/print", {"done"});
+    const PrivilegedLaunch fatal = authorization->execute("/die", {});
+    const PrivilegedLaunch after = authorization->execute("/print", {"never"});
+    ASSERT_EQ(after.status, 0);
+    for (const PrivilegedLaunch* launch : {&after, &fatal, &before}) {
+        launch->tool->waitUntilEnded();
+    }
+    EXPECT_EQ(before.tool->status(), 0);
+    EXPECT_EQ(readAll(*before.tool), "done");
+    EXPECT_EQ(fatal.tool->status(), authorization_status::denied);
+    EXPECT_EQ(after.tool->status(), authorization_status::denied);
+    EXPECT_FALSE(after.tool->hasSucceeded());
+    EXPECT_EQ(authorization->execute("/print", {}).status, authorization_status::denied);
+}
+
+TEST_F(LinuxAuthorizationTest, RunsWhatNobodyWaitedForBeforeItEnds) {
+    auto authorization = obtained();
+    const std::string fifo = folder.addFifo("fifo");
+    const FileDescriptor ends(::open(fifo.c_str(), O_RDWR | O_CLOEXEC));
+    static_cast<void>(authorization->execute("/await", {fifo}));
+    for (int index = 0; index < 3; ++index) {
+        static_cast<void>(authorization->execute("/append", {folder / "notes", "line"}));
+    }
+    ASSERT_EQ(::write(ends.get(), "go\n", 3), 3);
+    authorization.reset();
+    EXPECT_EQ(folder.read("notes"), "line\nline\nline\n");
+}
+
 TEST_F(LinuxAuthorizationTest, TellsTheSinkOfProgressAndStopsWhenToldTo) {
     CountingSink sink;
     const auto authorization = obtained();
@@ -451,7 +501,7 @@ TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAToolsOutputIsAwaited) 
 TEST_F(LinuxAuthorizationProgress, TheSinkIsNotifiedWhileAnEarlierToolHoldsUpTheNext) {
     const auto authorization = obtainedWithSink();
     static_cast<void>(authorization->execute("/await", {fifo}));
-    EXPECT_EQ(authorization->execute("/print", {}).status, 0);
+    authorization->execute("/print", {}).tool->waitUntilEnded();
     EXPECT_TRUE(sink.freed);
 }
 

@@ -13,6 +13,7 @@
 #include <sched.h>
 #include <signal.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
@@ -514,6 +515,25 @@ TEST_F(HelperProcessTest, RefreshesTheDesktopDatabaseInTheBackground) {
     if (made) {
         EXPECT_EQ(::rmdir("/usr/share/applications"), 0);
     }
+}
+
+/// Whether the helper leaves a process behind when it ends after the request for a refresh.
+bool leavesAProcess(std::vector<std::string> arguments) {
+    HelperProcess helper({.environment = {}, .arguments = std::move(arguments), .before = {}});
+    EXPECT_TRUE(helper.saysHello());
+    EXPECT_EQ(helper.run(lsregister, {"-apps"}), 0U);
+    helper.closeConnection();
+    EXPECT_EQ(helper.exitStatus(), 0);
+    return ::waitpid(-1, nullptr, 0) > 0;
+}
+
+TEST_F(HelperProcessTest, LeavesTheDesktopDatabaseAloneForATargetVolume) {
+    if (::access("/usr/bin/update-desktop-database", X_OK) != 0) {
+        GTEST_SKIP() << "NOT TESTED: this machine has no desktop-file-utils";
+    }
+    // Whoever the helper leaves behind becomes a child of this process.
+    ASSERT_EQ(::prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    EXPECT_FALSE(leavesAProcess({"--volume", folder.path()}));
 }
 
 }  // namespace

@@ -67,8 +67,10 @@ INSTANTIATE_TEST_SUITE_P(
                 product + "User Presets"},
         Mistake{"PackageInAFolderOfAProduct", "M079", package(product + "Helpers/Updater.app"),
                 product + "Helpers/Updater.app"},
-        Mistake{"FolderOfTheSystem", "M089", package(mirror + "usr/local/Tool.app"),
-                mirror + "usr"},
+        Mistake{"FolderOfTheSystem", "M089", package(mirror + "usr/lib/Tool.app"),
+                mirror + "usr/lib/Tool.app"},
+        Mistake{"HomeOfSomebodyElse", "M089", package(mirror + "home/someone/Tool.app"),
+                mirror + "home/someone/Tool.app"},
         Mistake{"PayloadMissing", "M090", removing("files"), "files"},
         Mistake{"PayloadEmpty", "M090",
                 [](const ProductFolder& made) {
@@ -172,6 +174,7 @@ TEST(PayloadMistakesTest, AreNoneInPackagesWhereTheyBelong) {
     const ProductFolder made;
     package(mirror + "Applications/Filters 2.app")(made);
     package(product + "Updater.app", "com.acme.filters.updater")(made);
+    package(mirror + "usr/local/lib/Tool.app", "com.acme.filters.tool")(made);
     made.link("Filters 2", plugIn + "Contents/MacOS/Alias");
     made.write("files/LIGHTROOM/Modules/Filters 2.lrplugin/Info.lua", "return {}\n");
     EXPECT_EQ(printed(made.lint()), "");

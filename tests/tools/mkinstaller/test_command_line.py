@@ -14,7 +14,7 @@ import unittest
 PROGRAM = pathlib.Path(sys.argv.pop(1))
 COMPLETION = PROGRAM.parent / "mkinstaller.bash"
 MANUAL = PROGRAM.parent / "mkinstaller.1"
-VERBS = ("new", "lint", "build", "pack", "help")
+VERBS = ("new", "lint", "try", "build", "pack", "keygen", "help")
 
 
 def run(*arguments, **environment):
@@ -144,6 +144,17 @@ class CommandLine(unittest.TestCase):
         support = disk / "Library/Application Support/Acme"
         self.assertTrue((support / "Filters 2/Read Me.txt").is_file())
         self.assertIn("Read Me.txt", (support / "Filters 2 Installer.log").read_text("utf-8"))
+
+    def test_pack_makes_signed_files(self):
+        run("keygen", self.folder / "key")
+        result = run("pack", self.product, "--format", "run,tar", "--sign", self.folder / "key",
+                     "--output", self.folder / "files")
+        self.assertEqual(0, result.returncode, result.stderr)
+        made = [pathlib.Path(line) for line in result.stdout.splitlines()]
+        self.assertEqual([".run", ".gz"], [file.suffix for file in made])
+        for file in made:
+            self.assertTrue(file.is_file())
+            self.assertTrue(file.with_name(file.name + ".minisig").is_file())
 
     def test_wrong_use_has_status_2_and_says_why_on_standard_error(self):
         cases = {

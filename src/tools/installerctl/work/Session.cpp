@@ -7,6 +7,7 @@
 #include "foundation/text/Text.h"
 #include "linux/bundle/LinuxBundle.h"
 #include "linux/process/Environment.h"
+#include "linux/seal/BundleSeal.h"
 #include "product/LocalizedText.h"
 #include "tools/installerctl/machine/Notes.h"
 
@@ -55,6 +56,10 @@ std::unique_ptr<Session> Session::open(const Scope& scope, Refusal& refusal) {
     const auto bundleFolder = LinuxBundle::runningBundleFolder();
     if (!bundleFolder) {
         refusal = {ExitStatus::bundleUnusable, "the program lies in no installer's bundle"};
+        return nullptr;
+    }
+    if (const auto problem = brokenSealOf(*bundleFolder)) {
+        refusal = {ExitStatus::bundleUnusable, *problem};
         return nullptr;
     }
     const FoundUsers found = usersAskedFor(scope.users, volumeOf(scope));

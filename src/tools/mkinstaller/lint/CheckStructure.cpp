@@ -125,14 +125,17 @@ class StructureCheck {
 
     /// A finished bundle has the whole program, or it does not start.
     void checkProgram() {
-        for (const char* folder : {"MacOS", "Frameworks"}) {
+        for (const std::string folder : {"MacOS", "Frameworks"}) {
+            const bool isStarted = folder == "MacOS";
             const std::string kit = joinPath(context_.kit.contents(), folder);
             const std::string own = joinPath(joinPath(product_.root, "Contents"), folder);
             for (const std::string& name : sortedNames(kit)) {
                 const std::string path = joinPath(own, name);
-                if (isFile(path) && ::access(path.c_str(), X_OK) == 0) continue;
+                const int right = isStarted ? X_OK : R_OK;
+                if (isFile(path) && ::access(path.c_str(), right) == 0) continue;
                 tell("M008", path,
-                     isFile(path) ? "this part of the program is not executable"
+                     isFile(path) ? std::string("this part of the program is not ") +
+                                        (isStarted ? "executable" : "readable")
                                   : "this part of the program is missing",
                      isFile(path) ? "set its mode to 0755" : "assemble the bundle anew");
             }

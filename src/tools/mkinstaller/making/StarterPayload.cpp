@@ -20,6 +20,7 @@ The sources of an installer. Names, texts and pages are in the folders LANG.lpro
 identifier in Info.plist, the icon is AppIcon.png.
 
     mkinstaller lint .                  says what is wrong with them
+    mkinstaller try .                   installs them on a sample disk and shows what happens
     mkinstaller build . --output DIR    puts the installer together in DIR
     mkinstaller pack . --output DIR     makes one file for customers of it
 
@@ -37,10 +38,6 @@ What is there now are small stand-ins: put your own files in their place.
 )";
 
 constexpr const char* program = "#!/bin/sh\n# A stand-in: put the plug-in itself here.\nexit 0\n";
-
-std::string escapedForXml(std::string_view text) {
-    return replacingAll(replacingAll(replacingAll(text, "&", "&amp;"), "<", "&lt;"), ">", "&gt;");
-}
 
 std::error_code writeProgram(const std::string& path) {
     if (const auto error = writeFile(path, program)) return error;
@@ -66,6 +63,10 @@ std::error_code writePlugIn(const std::string& package, const NewProductNames& n
 }
 
 }  // namespace
+
+std::string escapedForXml(std::string_view text) {
+    return replacingAll(replacingAll(replacingAll(text, "&", "&amp;"), "<", "&lt;"), ">", "&gt;");
+}
 
 std::error_code writeFile(const std::string& path, std::string_view contents) {
     std::error_code error;

@@ -22,4 +22,7 @@ struct NewProductNames;
 [[nodiscard]] std::error_code writeStarterPayload(const std::string& folder,
                                                   const NewProductNames& names);
 
+/// The text with what means something to XML written as it must be.
+[[nodiscard]] std::string escapedForXml(std::string_view text);
+
 }  // namespace installer

@@ -44,7 +44,7 @@ constexpr const char* stub = "Source: @NAME@\n\nPackage: @NAME@\nArchitecture: a
 // $1 the root folder, $2 the time, $3 the work folder, $4 the path of the bundle's Contents in the
 // root, $5 the path of the folder of notes there, $6 the folder for the package, $7 the name of the
 // package, $8 its version. The window needs the toolkit; a quiet installation does without.
-constexpr const char* packingLines = R"sh(
+constexpr const char* debLines = R"sh(
 export SOURCE_DATE_EPOCH="$2"
 LC_ALL=C; export LC_ALL
 # How many work at it shows in what the compression writes.
@@ -100,7 +100,7 @@ Packed packDebPackage(const PackSource& source, const std::string& folder) {
         }
     }
     packed.failure =
-        runScript({.text = packingLines,
+        runScript({.text = debLines,
                    .arguments = {root, std::to_string(source.time), work, places.contents,
                                  places.notes, folder, places.name, source.version},
                    .needed = {"dpkg-deb", "dpkg-shlibdeps", "gzip", "sed"}});

@@ -8,6 +8,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "linux/bundle/StringsTable.h"
+#include "tools/mkinstaller/making/StarterPayload.h"
 #include "tools/mkinstaller/sources/Folders.h"
 #include "tools/mkinstaller/sources/Product.h"
 #include "tools/mkinstaller/sources/SampleNames.h"
@@ -27,7 +28,10 @@ exec @PROGRAMS@/Installer "$@"
 constexpr const char* removal = R"sh(
 # What the tool for administrators installed and recorded goes with the package.
 if [ -x @PROGRAMS@/installerctl ] && [ -e "/Library/Receipts/@IDENTIFIER@.json" ]; then
-    @PROGRAMS@/installerctl remove
+    status=0
+    @PROGRAMS@/installerctl remove || status=$?
+    # 3: what somebody has changed stays, and is named; 8: there is nothing to remove.
+    case $status in 0 | 3 | 8) ;; *) exit "$status" ;; esac
 fi
 )sh";
 
@@ -74,12 +78,6 @@ as its first argument it installs without a window and without a question. With 
 the tool for administrators, which explains itself with
 .BR \-\-help .
 )";
-
-std::string escapedForXml(std::string_view text) {
-    std::string escaped = replacingAll(text, "&", "&amp;");
-    escaped = replacingAll(escaped, "<", "&lt;");
-    return replacingAll(escaped, ">", "&gt;");
-}
 
 std::string escapedForRoff(std::string_view text) {
     return replacingAll(replacingAll(text, "\\", "\\e"), "-", "\\-");

@@ -67,7 +67,6 @@ std::optional<std::string> makePackageTree(const PackSource& source, const Packa
                  "cp \"$1/Contents/Resources/AppIcon.png\" \"$3\"\n"
                  "gzip -9 --no-name \"$5\"\n"
                  "chmod -R u+rw,go-w,a+rX \"$6\"\n"
-                 "chmod 644 \"$2\"/Contents/Frameworks/*\n"
                  "chmod 755 \"$4\"\n",
          .arguments = {source.bundle(), root + parentPath(places.contents), root + places.icon,
                        root + places.command, root + places.manual, root},

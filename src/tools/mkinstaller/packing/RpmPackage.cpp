@@ -73,7 +73,7 @@ std::string specOf(const PackSource& source, const PackagePlaces& places) {
 
 // $1 the root folder, $2 the time, $3 the work folder, $4 the path of the bundle's Contents in the
 // root, $5 the folder for the package, $6 the name of the package.
-constexpr const char* packingLines = R"sh(
+constexpr const char* rpmLines = R"sh(
 export SOURCE_DATE_EPOCH="$2"
 LC_ALL=C; export LC_ALL
 umask 022
@@ -110,7 +110,7 @@ Packed packRpmPackage(const PackSource& source, const std::string& folder) {
         packed.failure = "the description cannot be written: " + error.message();
         return packed;
     }
-    packed.failure = runScript({.text = packingLines,
+    packed.failure = runScript({.text = rpmLines,
                                 .arguments = {root, std::to_string(source.time), work,
                                               places.contents, folder, places.name},
                                 .needed = {"rpmbuild", "sed"}});

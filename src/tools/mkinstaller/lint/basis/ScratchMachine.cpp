@@ -18,22 +18,22 @@ std::string newFolder() {
     return name;
 }
 
-LinuxSearchPaths searchPathsOn(const std::string& disk) {
-    return LinuxSearchPaths({.home = "/Users/maker",
+LinuxSearchPaths searchPathsOn(const std::string& disk, const std::string& login) {
+    return LinuxSearchPaths({.home = "/Users/" + login,
                              .ownHomes = {},
                              .dataHome = {},
-                             .loginName = "maker",
+                             .loginName = login,
                              .targetVolume = disk,
                              .languages = {"en"}});
 }
 
 }  // namespace
 
-ScratchMachine::ScratchMachine(Bundle& bundle, SystemLog& log)
+ScratchMachine::ScratchMachine(Bundle& bundle, SystemLog& log, const std::string& login)
     : disk_(newFolder()),
       bundle_(bundle),
       log_(log),
-      searchPaths_(searchPathsOn(disk_)),
+      searchPaths_(searchPathsOn(disk_, login)),
       bundles_({"en"}, log),
       files_(log, LinkPolicy::follow),
       fileQueries_(eventLoop_),
@@ -46,7 +46,7 @@ ScratchMachine::ScratchMachine(Bundle& bundle, SystemLog& log)
 
 ScratchMachine::~ScratchMachine() {
     std::error_code ignored;
-    std::filesystem::remove_all(disk_, ignored);
+    if (!isKept_) std::filesystem::remove_all(disk_, ignored);
 }
 
 Platform ScratchMachine::platform() {

@@ -24,8 +24,8 @@ namespace installer {
 /// that goes with this object.
 class ScratchMachine {
   public:
-    /// Both outlive this object.
-    ScratchMachine(Bundle& bundle, SystemLog& log);
+    /// Both outlive this object. `login` is the name of its user.
+    ScratchMachine(Bundle& bundle, SystemLog& log, const std::string& login = "maker");
     ~ScratchMachine();
     ScratchMachine(const ScratchMachine&) = delete;
     ScratchMachine& operator=(const ScratchMachine&) = delete;
@@ -35,9 +35,12 @@ class ScratchMachine {
     [[nodiscard]] LinuxFileManager& files() { return files_; }
     /// The disk's folder.
     [[nodiscard]] const std::string& disk() const { return disk_; }
+    /// The disk stays when this object goes.
+    void keepDisk() { isKept_ = true; }
 
   private:
     std::string disk_;
+    bool isKept_ = false;
     Bundle& bundle_;
     SystemLog& log_;
     LinuxSearchPaths searchPaths_;

@@ -22,11 +22,6 @@ namespace {
 constexpr std::array<std::string_view, 4> payloadFolders = {"HD", "LIGHTROOM", "PHOTOSHOP",
                                                             "PHOTOSHOP_PLUGINS"};
 
-/// Folders at the disk's root that belong to the system: no maker's product goes there.
-constexpr std::array<std::string_view, 16> systemFolders = {
-    "System", "bin",  "boot", "dev", "etc",  "lib", "lib32", "lib64",
-    "libx32", "proc", "root", "run", "sbin", "sys", "usr",   "var"};
-
 /// Words in the name of a folder that a user is meant to put files into.
 constexpr std::array<std::string_view, 6> wordsOfUsers = {"custom",   "my",   "own",
                                                           "personal", "user", "users"};
@@ -54,6 +49,7 @@ class PlanCheck {
         checkCompanies();
         for (const LeftOutEntry& entry : plan_.leftOut) checkLeftOut(entry);
         for (const PlannedItem& item : plan_.items) checkItem(item);
+        for (const PlannedItem& item : plan_.refused) checkRefused(item);
         if (plan_.items.empty()) {
             tell("M090", payload_, "no item in it is installed anywhere",
                  "put the product's files there");
@@ -93,12 +89,15 @@ class PlanCheck {
                      "call it " + std::string(*meant));
             }
         }
+    }
+
+    /// The installer's own rule: what it would refuse is told.
+    void checkRefused(const PlannedItem& item) {
+        const std::string path = named(item.source);
         const std::string mirror = joinPath(payload_, "HD");
-        for (const std::string& name : sortedNames(mirror)) {
-            if (std::ranges::find(systemFolders, name) == systemFolders.end()) continue;
-            tell("M089", joinPath(mirror, name), "/" + name + " belongs to the system",
-                 "install into /Applications or /Library");
-        }
+        const std::string place = path.starts_with(mirror) ? path.substr(mirror.size()) : path;
+        tell("M089", path, place + " lies in a folder of the system, so it is never installed",
+             "install into /Applications or /Library");
     }
 
     /// Folders beside the company's own, out of which something is left out.

@@ -1,0 +1,130 @@
+"""What mkinstaller packs, on a machine with nothing but this system's base: unpacked, installed,
+run, verified, removed, and refused if it is damaged.
+"""
+
+import os
+import pathlib
+import shutil
+import unittest
+
+from harness import ON_PRIVATE_MACHINE, SystemTest
+from minimal_root import MinimalRoot
+from test_packages import NAME, tool
+
+PROGRAM = pathlib.Path(os.environ["MKINSTALLER"])
+FORMATS = "run,tar,deb"
+
+
+def setUpModule():
+    if not ON_PRIVATE_MACHINE:
+        raise AssertionError("this test needs a throw-away machine")
+    folder = pathlib.Path("/run/minimal")
+    folder.mkdir()
+    MinimalRootTest.root = MinimalRoot(folder / "root")
+    product, key = folder / "product", folder / "key"
+    tool(PROGRAM, "new", product, "--company", "Acme", "--product", "Filters 2", "--id",
+         "com.acme.filters", "--languages", "en,de")
+    tool(PROGRAM, "keygen", key)
+    made = tool(PROGRAM, "pack", product, "--format", FORMATS, "--sign", key, "--output",
+                folder / "files")
+    MinimalRootTest.files = {pathlib.Path(line).suffix: pathlib.Path(line)
+                             for line in made.stdout.splitlines()}
+
+
+class MinimalRootTest(SystemTest):
+    root = files = None
+
+    def setUp(self):
+        super().setUp()
+        for folder in ("Library", "tmp"):
+            self.empty(folder)
+        self.place = self.root.root / "tmp"
+
+    def empty(self, folder):
+        for path in (self.root.root / folder).iterdir():
+            shutil.rmtree(path) if path.is_dir() else path.unlink()
+
+    def put(self, suffix, spoil=lambda contents: contents):
+        """Puts the packed file there; gives its path as the machine sees it."""
+        file = self.files[suffix]
+        copy = self.place / file.name
+        copy.write_bytes(spoil(file.read_bytes()))
+        copy.chmod(0o755)
+        return f"/tmp/{file.name}"
+
+    def is_installed(self):
+        return (self.root.root / "Library/Application Support/Acme/Filters 2/Read Me.txt").is_file()
+
+
+class MinimalRootFiles(MinimalRootTest):
+    def test_has_neither_libplist_nor_a_window_toolkit(self):
+        names = {path.name for path in (self.root.root / "usr/lib").rglob("*.so*")}
+        self.assertIn("libc.so.6", names)
+        self.assertEqual([], [name for name in names if name.startswith(("libplist", "libQt"))])
+
+    def test_one_file_installs_and_leaves_nothing_behind(self):
+        file = self.put(".run")
+        started = self.root.run(file, "-quiet")
+        self.assertEqual(0, started.returncode, started.stderr)
+        self.assertTrue(self.is_installed(), started.stderr)
+        self.assertEqual([os.path.basename(file)], os.listdir(self.place))
+
+    def test_one_file_without_a_window_toolkit_says_so(self):
+        started = self.root.run(self.put(".run"))
+        self.assertEqual(1, started.returncode)
+        self.assertIn("Start it with -quiet", started.stderr)
+
+    def test_an_archive_is_unpacked_and_installs(self):
+        unpacked = self.root.run("tar", "-xzf", self.put(".gz"), "-C", "/tmp")
+        self.assertEqual(0, unpacked.returncode, unpacked.stderr)
+        started = self.root.run("/tmp/Acme Filters 2 Installer.app/Contents/MacOS/Installer",
+                                "-quiet")
+        self.assertTrue(self.is_installed(), started.stderr)
+
+    def test_a_package_is_installed_used_verified_and_removed(self):
+        installed = self.root.run("dpkg", "--install", self.put(".deb"))
+        self.assertEqual(0, installed.returncode, installed.stderr)
+        self.assertFalse(self.is_installed())
+        verified = self.root.run("dpkg", "--verify", NAME)
+        self.assertEqual((0, ""), (verified.returncode, verified.stdout))
+        started = self.root.run(NAME, "-quiet")
+        self.assertTrue(self.is_installed(), started.stderr)
+        removed = self.root.run("dpkg", "--remove", NAME)
+        self.assertEqual(0, removed.returncode, removed.stderr)
+        self.assertFalse((self.root.root / "usr/lib/acme").exists())
+
+
+class MinimalRootDamage(MinimalRootTest):
+    """A file that lost its end or was changed installs nothing."""
+
+    def spoiled(self, suffix):
+        def changed(contents):
+            middle = len(contents) // 2
+            return contents[:middle] + bytes([contents[middle] ^ 1]) + contents[middle + 1:]
+        for spoil in (changed, lambda contents: contents[:-100]):
+            yield self.put(suffix, spoil)
+
+    def test_one_file_is_refused_with_a_clear_message(self):
+        for file in self.spoiled(".run"):
+            started = self.root.run(file, "-quiet")
+            self.assertEqual(1, started.returncode)
+            self.assertIn("is damaged or incomplete; please download it again.", started.stderr)
+            self.assertFalse(self.is_installed())
+
+    def test_an_archive_is_refused_by_the_system(self):
+        for file in self.spoiled(".gz"):
+            unpacked = self.root.run("tar", "-xzf", file, "-C", "/tmp")
+            self.assertNotEqual(0, unpacked.returncode)
+            self.assertIn("gzip: stdin: ", unpacked.stderr)
+            self.assertFalse(self.is_installed())
+
+    def test_a_package_is_refused_by_the_system(self):
+        for file in self.spoiled(".deb"):
+            installed = self.root.run("dpkg", "--install", file)
+            self.assertNotEqual(0, installed.returncode)
+            self.assertIn("dpkg: error processing", installed.stderr)
+            self.assertFalse((self.root.root / "usr/bin" / NAME).exists())
+
+
+if __name__ == "__main__":
+    unittest.main()
