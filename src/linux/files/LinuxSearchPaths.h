@@ -24,7 +24,7 @@ class LinuxSearchPaths final : public SearchPaths {
         std::vector<std::string> ownHomes;    ///< what lies below them is never protected
         std::optional<std::string> dataHome;  ///< absolute; where it is not `~/.local/share`
         std::string loginName;
-        std::string homeName;  ///< whose home it is, where that is not `loginName`
+        std::string homeName = {};  ///< whose home it is, where that is not `loginName`
         std::optional<std::string> targetVolume;  ///< absolute
         std::vector<std::string> languages;
     };

@@ -19,7 +19,7 @@ struct AdministratorAccess {
     /// One line: which product asks for the administrator's rights, and why.
     std::string reason;
     /// The words around the folders that the run may change.
-    FolderWords folderWords;
+    FolderWords folderWords = {};
     /// Shows a line to the user and in the log: before the user is asked, the reason and each of
     /// these folders; another one if the helper is lost.
     std::function<void(std::string_view line)> announce;
