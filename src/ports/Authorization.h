@@ -75,12 +75,11 @@ class Authorization {
         return AuthorizationTrouble::none;
     }
 
-    /// Starts the tool at the absolute path with the arguments, as they are: no shell. Tools run one
-    /// after the other, in the order of these calls, whether or not somebody waits for them. One
-    /// that follows another may begin only when somebody waits for it or for a later one, or when
-    /// this object is destroyed. The first
-    /// call asks for the credentials, which hold until this object is destroyed; a refusal is
-    /// remembered, so that the user is not asked twice.
+    /// Starts the tool at the absolute path with the arguments, as they are: no shell. Tools run
+    /// one after the other, in the order of these calls, whether or not somebody waits for them.
+    /// One that follows another may begin only when somebody waits for it or for a later one, or
+    /// when this object is destroyed. The first call asks for the credentials, which hold until
+    /// this object is destroyed; a refusal is remembered, so that the user is not asked twice.
     [[nodiscard]] virtual PrivilegedLaunch execute(const std::string& tool,
                                                    const std::vector<std::string>& arguments) = 0;
 

@@ -137,11 +137,11 @@ class FileManager {
                                                const std::string& destination,
                                                ProgressSink* progress) = 0;
 
-    /// Says which copies come next, so that they can be prepared out of sight; asks the schedule for
-    /// them bit by bit, until the next call of this operation. Nothing is seen of it but that the
-    /// copies are faster, and that a copy may have its final owner, group and permissions from the
-    /// moment on at which it appears. A copy that is left out, or that was not expected, is as good
-    /// as any other. An empty schedule ends it.
+    /// Says which copies come next, so that they can be prepared out of sight; asks the schedule
+    /// for them bit by bit, until the next call of this operation. Nothing is seen of it but that
+    /// the copies are faster, and that a copy may have its final owner, group and permissions from
+    /// the moment on at which it appears. A copy that is left out, or that was not expected, is as
+    /// good as any other. An empty schedule ends it.
     virtual void expectCopies(CopySchedule schedule) = 0;
 
     /// The bytes that a copy of the entry will tell its sink of, all in all: the sizes of the

@@ -152,7 +152,8 @@ class DiskFaults : public testing::TestWithParam<uid_t> {
         prepareFaultScene(fake, disk.path());
         fake.searchPaths.login = loginNameOf(user_);
         fake.searchPaths.homeName = lastPathComponent(fault_scene::home);
-        LinuxFileManager files(fake.log, user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow, 0);
+        LinuxFileManager files(fake.log, user_ == 0 ? LinkPolicy::trustedOnly : LinkPolicy::follow,
+                               0);
         actAs(user_);
         RunReport report = runInstallStep(fake, files, authorizations, faults, atStart);
         actAs(0);
