@@ -112,7 +112,8 @@ class IncludeRules(unittest.TestCase):
         for place in REAL.named("qt") + REAL.named("linux"):
             for other in (p for top in core[:-2] for p in REAL.named(top)):
                 self.assertFalse(REAL.allows(place, other), f"{place} -> {other}")
-        for place in REAL.named("linux"):
+        # An installer that root has started runs the helper's tools in its own process.
+        for place in (p for p in REAL.named("linux") if p != "linux/rights"):
             self.assertFalse(REAL.allows(place, "privileged/helper"), place)
 
     def test_what_runs_as_root_knows_itself_and_the_smallest_values(self):
