@@ -36,6 +36,13 @@ TEST(HelpPage, TheWordIsPutIntoTheMakersAddress) {
     EXPECT_EQ(helpPageAddress(fake.bundle), "https://acme.example/filters2/help?100%");
 }
 
+TEST(HelpPage, TheWordIsEncodedAsAnAddressWantsIt) {
+    FakePlatform fake;
+    fake.bundle.tables["Localizable"]["help_url_format"] = "https://acme.example/ü/%@?a=1";
+    fake.bundle.tables["installer"]["product_name"] = "Töne & Co/#1?";
+    EXPECT_EQ(helpPageAddress(fake.bundle), "https://acme.example/ü/t%C3%B6ne%26co%2F%231%3F?a=1");
+}
+
 TEST(HelpPage, AMissingFormatGivesNoAddress) {
     FakePlatform fake;
     EXPECT_EQ(helpPageAddress(fake.bundle), "");

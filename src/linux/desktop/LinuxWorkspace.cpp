@@ -26,11 +26,17 @@ bool isAsciiLetter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
+bool isOfScheme(char character) {
+    const bool isDigit = character >= '0' && character <= '9';
+    return isAsciiLetter(character) || isDigit || character == '+' || character == '-' ||
+           character == '.';
+}
+
 bool hasScheme(std::string_view address) {
     const auto colon = address.find(':');
     if (colon == std::string_view::npos || colon == 0 || colon + 1 == address.size()) return false;
     const std::string_view scheme = address.substr(0, colon);
-    return std::all_of(scheme.begin(), scheme.end(), isAsciiLetter);
+    return isAsciiLetter(scheme.front()) && std::all_of(scheme.begin(), scheme.end(), isOfScheme);
 }
 
 bool isProgram(const std::string& path) {

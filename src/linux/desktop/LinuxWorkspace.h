@@ -20,7 +20,8 @@ class LinuxWorkspace final : public Workspace {
     LinuxWorkspace(DescriptorWatcher& watcher, Bundles& bundles, SystemLog& log,
                    Environment environment = processEnvironment());
 
-    /// An address begins with a scheme of letters and a colon.
+    /// An address begins with a scheme (a letter, then letters, digits, "+", "-" and ".") and a
+    /// colon.
     bool openAddress(const std::string& address) override;
     /// The path is absolute, and there is something at it.
     bool openFile(const std::string& path) override;

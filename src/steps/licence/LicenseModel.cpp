@@ -1,12 +1,14 @@
 #include "steps/licence/LicenseModel.h"
 
 #include <cstddef>
+#include <string>
 #include <utility>
 
 #include "foundation/values/Utf8.h"
 #include "ports/Bundle.h"
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
+#include "ports/SystemLog.h"
 #include "product/LocalizedText.h"
 
 namespace installer {
@@ -17,9 +19,14 @@ constexpr std::size_t largestLicense = std::size_t{16} << 20;
 
 std::optional<std::string> readLicense(Platform& platform) {
     const auto path = platform.bundle.resourcePath("license", "txt");
-    if (!path) return std::nullopt;
+    const auto complain = [&platform](const std::string& reason) {
+        platform.log.log("The licence cannot be shown: " + reason);
+        return std::nullopt;
+    };
+    if (!path) return complain("the bundle has no license.txt");
     Result<std::string> text = platform.files.read(*path, largestLicense);
-    if (!text || !isValidUtf8(text.value())) return std::nullopt;
+    if (!text) return complain(*path + ": " + text.error().message());
+    if (!isValidUtf8(text.value())) return complain(*path + " is not UTF-8");
     return std::move(text).value();
 }
 

@@ -82,6 +82,15 @@ TEST_F(LinuxWorkspaceTest, AnAddressGoesToTheDesktopsOpenerAsItIs) {
     awaitNoChildren();
 }
 
+TEST_F(LinuxWorkspaceTest, ASchemeMayHoldDigitsAndSigns) {
+    addOpener();
+    ASSERT_TRUE(workspace_.openAddress("x-maker.app2://register"));
+    EXPECT_EQ(said(), "1\nx-maker.app2://register\n");
+    EXPECT_FALSE(workspace_.openAddress("2app://register"));
+    EXPECT_FALSE(workspace_.openAddress("-app://register"));
+    awaitNoChildren();
+}
+
 TEST_F(LinuxWorkspaceTest, WhatIsNoAddressIsRefusedWithALine) {
     addOpener("echo opened");
     const std::vector<std::string> refused = {

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "steps/licence/LicenseModel.h"
@@ -34,6 +37,25 @@ TEST_F(LicenseModelTest, AFileThatIsGoneIsNoTerms) {
 TEST_F(LicenseModelTest, TermsThatAreNotUtf8AreNone) {
     hasLicense("Sch\xf6ne Bedingungen");
     EXPECT_EQ(LicenseModel(fake.platform).licenseText(), std::nullopt);
+}
+
+TEST_F(LicenseModelTest, TheLogSaysWhyThereAreNoTerms) {
+    static_cast<void>(LicenseModel(fake.platform));
+    EXPECT_TRUE(fake.log.has("The licence cannot be shown: the bundle has no license.txt"));
+    fake.bundle.resources["license.txt"] = "/license.txt";
+    static_cast<void>(LicenseModel(fake.platform));
+    EXPECT_TRUE(std::ranges::any_of(fake.log.lines, [](const std::string& line) {
+        return line.starts_with("The licence cannot be shown: /license.txt: ");
+    }));
+    hasLicense("Sch\xf6ne Bedingungen");
+    static_cast<void>(LicenseModel(fake.platform));
+    EXPECT_TRUE(fake.log.has("The licence cannot be shown: /license.txt is not UTF-8"));
+}
+
+TEST_F(LicenseModelTest, TermsThatAreThereNeedNoLine) {
+    hasLicense("Terms");
+    static_cast<void>(LicenseModel(fake.platform));
+    EXPECT_TRUE(fake.log.lines.empty());
 }
 
 TEST_F(LicenseModelTest, TheTextsAreLookedUpAndTheExplanationIsEmpty) {
