@@ -74,8 +74,15 @@ class MinimalRoot:
                             '--keep-directory-symlink --directory="$2"', "sh", names.name,
                             str(self.root)], check=True)
 
+    def start(self, *command):
+        """In namespaces and a process group of its own, so that nothing of it stays."""
+        return subprocess.Popen(
+            ["unshare", "--mount", "--pid", "--fork", "--kill-child", "sh", "-c", MOUNTS,
+             str(self.root), *map(str, command)], stdin=subprocess.DEVNULL, text=True,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, start_new_session=True)
+
     def run(self, *command):
-        """In namespaces of its own, so that nothing of it stays."""
-        return subprocess.run(["unshare", "--mount", "--pid", "--fork", "sh", "-c", MOUNTS,
-                               str(self.root), *map(str, command)], capture_output=True, text=True,
-                              check=False, stdin=subprocess.DEVNULL, timeout=120)
+        """Gives how it ended."""
+        process = self.start(*command)
+        output, messages = process.communicate(timeout=120)
+        return subprocess.CompletedProcess(command, process.returncode, output, messages)

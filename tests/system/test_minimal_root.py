@@ -5,10 +5,13 @@ run, verified, removed, and refused if it is damaged.
 import os
 import pathlib
 import shutil
+import signal
+import subprocess
 import unittest
 
 from harness import ON_PRIVATE_MACHINE, SystemTest
 from minimal_root import MinimalRoot
+from rights import wait_until
 from test_packages import NAME, tool
 
 PROGRAM = pathlib.Path(os.environ["MKINSTALLER"])
@@ -92,6 +95,49 @@ class MinimalRootFiles(MinimalRootTest):
         removed = self.root.run("dpkg", "--remove", NAME)
         self.assertEqual(0, removed.returncode, removed.stderr)
         self.assertFalse((self.root.root / "usr/lib/acme").exists())
+
+
+class MinimalRootToolkit(MinimalRootTest):
+    """The window on a machine without a toolkit and without a font."""
+
+    def start_display(self):
+        """A display that is reached over the network namespace, which the machines share."""
+        read_end, write_end = os.pipe()
+        display = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(display.wait)
+        self.addCleanup(display.kill)
+        os.close(write_end)
+        with os.fdopen(read_end) as number:
+            return ":" + number.readline().strip()
+
+    def test_a_file_with_the_toolkit_opens_its_window_with_letters(self):
+        folder = self.root.root.parent
+        tool(PROGRAM, "pack", folder / "product", "--with-toolkit", "--output", folder / "with")
+        file, = (folder / "with").iterdir()
+        shutil.copy(file, self.place)
+        display = self.start_display()
+        started = self.root.start("/usr/bin/env", f"DISPLAY={display}", f"/tmp/{file.name}")
+        self.addCleanup(started.communicate)
+        self.addCleanup(os.killpg, started.pid, signal.SIGKILL)
+        seen = wait_until(lambda: started.poll() is not None or self.windows(display), "the window")
+        self.assertTrue(isinstance(seen, list), started.returncode)
+        # Blank texts would leave the licence's page with a few plain colours.
+        wait_until(lambda: self.colours(display, seen[-1]) > 40, "letters in the window")
+
+    @staticmethod
+    def windows(display):
+        found = subprocess.run(
+            ["xdotool", "search", "--onlyvisible", "--name", "Filters 2"], capture_output=True,
+            text=True, check=False, env={**os.environ, "DISPLAY": display})
+        return found.stdout.split()
+
+    @staticmethod
+    def colours(display, window):
+        shown = tool("import", "-display", display, "-window", window, "-crop", "600x120+200+120",
+                     "-format", "%k", "info:-")
+        return int(shown.stdout)
 
 
 class MinimalRootDamage(MinimalRootTest):

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include <dlfcn.h>
+#include <stdlib.h>
 
 #include "foundation/values/Paths.h"
 #include "ports/SystemLog.h"
@@ -17,6 +18,16 @@ std::string lastLoaderError() {
     return error == nullptr ? "unknown error" : error;
 }
 
+/// Without a font every text in the window is blank: a system without any uses the bundle's.
+void useCarriedFont(const std::string& bundleFolder) {
+    const std::string fonts = joinPath(bundleFolder, "Contents/Frameworks/fonts/fonts.conf");
+    std::error_code error;
+    if (!std::filesystem::exists(fonts, error)) return;
+    if (std::filesystem::exists("/etc/fonts/fonts.conf", error)) return;
+    constexpr int keepsTheUsersOwn = 0;
+    ::setenv("FONTCONFIG_FILE", fonts.c_str(), keepsTheUsersOwn);
+}
+
 }  // namespace
 
 std::unique_ptr<WindowModule> loadWindowModule(const std::string& bundleFolder,
@@ -27,6 +38,7 @@ std::unique_ptr<WindowModule> loadWindowModule(const std::string& bundleFolder,
         context.log.log("The installer has no window module: " + path + " is missing");
         return nullptr;
     }
+    useCarriedFont(bundleFolder);
     // Never unloaded: the toolkit leaves handlers behind that run when the process ends.
     void* module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) {

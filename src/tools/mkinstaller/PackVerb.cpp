@@ -14,6 +14,7 @@
 #include "tools/mkinstaller/Verbs.h"
 #include "tools/mkinstaller/packing/Formats.h"
 #include "tools/mkinstaller/packing/PackSource.h"
+#include "tools/mkinstaller/packing/Toolkit.h"
 #include "tools/mkinstaller/signing/Signing.h"
 
 namespace installer {
@@ -26,6 +27,7 @@ struct PackOptions {
     std::string output = ".";
     std::string maintainer;
     std::string key;
+    bool withToolkit = false;
 };
 
 Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
@@ -58,8 +60,13 @@ ExitStatus packAll(const PackOptions& options, const PackSource& source, const K
     return ExitStatus::fine;
 }
 
-/// The bundle is sealed first: what is packed carries the seal.
+/// The bundle is completed and sealed first: what is packed carries the seal.
 ExitStatus sealAndPack(const PackOptions& options, const PackSource& source, const Kit& kit) {
+    if (options.withToolkit) {
+        if (const auto failure = addToolkit(source.bundle())) {
+            return failed("the toolkit was not added: " + *failure);
+        }
+    }
     if (options.key.empty()) return packAll(options, source, kit, std::nullopt);
     std::string problem;
     const auto key = readKey(options.key, problem);
@@ -111,6 +118,8 @@ void addPackVerb(const CommandLine& line) {
                      "Sign with the secret key that \"keygen\" made: seal the bundle, and write "
                      "FILE.minisig beside each file")
         ->type_name("KEY");
+    verb->add_flag("--with-toolkit", options->withToolkit,
+                   "Carry this machine's Qt and a font along, for machines without them");
     verb->callback([options, &chosen = line.chosen] {
         chosen = [options](const Kit& kit) { return pack(*options, kit); };
     });

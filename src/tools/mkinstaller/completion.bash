@@ -20,7 +20,7 @@ _mkinstaller() {
             lint) words="--json --strict --help" ;;
             try) words="--window --keep --help" ;;
             build) words="--output --help" ;;
-            pack) words="--format --output --maintainer --sign --help" ;;
+            pack) words="--format --output --maintainer --sign --with-toolkit --help" ;;
             keygen) words="--help" ;;
             help) words="new lint try build pack keygen help" ;;
         esac

@@ -198,7 +198,7 @@ class CommandLine(unittest.TestCase):
 
 def options_of(verb):
     """The long options that the program itself says it has."""
-    return set(re.findall(r"--[a-z]+", run(verb, "--help").stdout))
+    return set(re.findall(r"--[a-z-]+", run(verb, "--help").stdout))
 
 
 def completed(*words):

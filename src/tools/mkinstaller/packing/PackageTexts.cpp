@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <vector>
 
 #include "foundation/text/Format.h"
 #include "foundation/text/Text.h"
@@ -108,8 +107,9 @@ std::string messageIn(const std::string& language, const std::string& text) {
 std::string messages(const PackSource& source) {
     const auto bundle = Product::at(source.bundle());
     std::string plain = source.title() + " needs administrator rights to install its files.";
+    if (!bundle) return messageIn("", plain);
     std::string translated;
-    for (const std::string& language : bundle ? bundle->languages() : std::vector<std::string>()) {
+    for (const std::string& language : bundle->languages()) {
         const std::string text = questionIn(bundle->languageFolder(language), source);
         if (text.empty()) continue;
         if (language == "en") {
