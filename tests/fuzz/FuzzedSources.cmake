@@ -86,6 +86,8 @@ add_library(installer_fuzzed STATIC
     ${source}/product/BundleUserDefaults.cpp
     ${source}/product/LocalizedText.cpp
     ../support/FakeAuthorization.cpp
+    ../support/FakeChildProcess.cpp
+    ../support/FakeEventLoop.cpp
     ../support/FakeFileQuery.cpp
     ../support/FakePlatform.cpp
     ../support/MemoryFileManager.cpp

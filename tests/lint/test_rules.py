@@ -3,8 +3,8 @@
 
 fixtures/promises/good and fixtures/texts/base keep every rule. Each folder
 below bad/ breaks one: its expected.txt holds the lines that the check must print, no more and no
-fewer. A case of texts, below good/ or bad/, is the base with the case's files laid over it and
-without what the case's removed.txt lists.
+fewer. A case of texts is the base with the case's files laid over it and without what the case's
+removed.txt lists.
 """
 
 import contextlib
@@ -69,11 +69,20 @@ class Rules(unittest.TestCase):
 
     def test_languages_that_agree_pass(self):
         self.assertKeepsTheRules("text_rules.py", TEXTS / "base")
-        cases = sorted((TEXTS / "good").iterdir())
-        self.assertTrue(cases)
-        for case in cases:
-            with self.subTest(case.name), over_the_base(case) as folder:
-                self.assertKeepsTheRules("text_rules.py", folder)
+
+    def test_a_folder_without_any_language_is_found(self):
+        with tempfile.TemporaryDirectory() as folder:
+            result = run("text_rules.py", folder)
+            self.assertEqual(("no language\n", 1), (result.stdout, result.returncode))
+
+    def test_a_table_that_no_language_has_holds_none_of_the_keys_that_are_asked_for(self):
+        with tempfile.TemporaryDirectory() as name:
+            folder = pathlib.Path(name)
+            (folder / "en.lproj").mkdir()
+            shutil.copy(TEXTS / "base/en.lproj/license.txt", folder / "en.lproj")
+            result = run("text_rules.py", folder, HERE / "fixtures/look-ups/good")
+            self.assertEqual(1, result.returncode, result.stderr)
+            self.assertIn('en.lproj/Localizable.strings: the sources ask for', result.stdout)
 
     def test_each_difference_between_languages_is_found(self):
         self.assertEachIsFound("text_rules.py", TEXTS, over_the_base)

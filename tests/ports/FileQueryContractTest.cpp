@@ -54,7 +54,7 @@ class SearchInMemory : public FileQueryScene {
     }
 
   private:
-    CountingEventLoop loop_;
+    FakeEventLoop loop_;
     std::vector<std::string> journal_;
     FakeFileQueries queries_{loop_.turns, journal_};
 };

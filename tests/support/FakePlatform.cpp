@@ -1,9 +1,11 @@
 #include "tests/support/FakePlatform.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "foundation/text/Text.h"
 #include "foundation/values/SystemFolders.h"
+#include "foundation/values/VisibleText.h"
 
 namespace installer::test {
 
@@ -127,6 +129,15 @@ bool FakePreferencesStore::synchronize(const std::string& domain) {
     return true;
 }
 
+std::string RecordingLog::text() const {
+    std::string text;
+    for (std::string_view line : lines) {
+        if (line.ends_with('\n')) line.remove_suffix(1);
+        text += visibleText(line) + "\n";
+    }
+    return text;
+}
+
 bool RecordingLog::has(std::string_view line) const {
     return std::find(lines.begin(), lines.end(), line) != lines.end();
 }
@@ -139,22 +150,19 @@ std::size_t RecordingAlerts::runModal(const Alert& alert) {
 
 std::int32_t RecordingApplicationDatabase::registerApplication(const std::string& path) {
     journal_.push_back("register " + path);
+    if (status == 0 && !otherItems.contains(path)) known.insert(path);
     return status;
+}
+
+std::chrono::microseconds RecordingClock::slept() const {
+    static constexpr std::chrono::microseconds none{0};
+    return std::accumulate(sleeps.begin(), sleeps.end(), none,
+                           [](auto sum, auto sleep) { return sum + std::max(sleep, none); });
 }
 
 void RecordingClock::sleep(std::chrono::microseconds duration) {
     sleeps.push_back(duration);
     if (duringSleep) duringSleep();
-}
-
-void CountingEventLoop::runUntilNow() {
-    ++turns;
-    if (duringTurn) duringTurn();
-}
-
-std::unique_ptr<ChildProcess> NoChildProcesses::create(const std::string&,
-                                                       const std::vector<std::string>&) {
-    return nullptr;
 }
 
 FakePlatform::FakePlatform() {

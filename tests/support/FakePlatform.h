@@ -13,14 +13,14 @@
 #include "ports/Alerts.h"
 #include "ports/ApplicationDatabase.h"
 #include "ports/Bundle.h"
-#include "ports/ChildProcess.h"
 #include "ports/Clock.h"
-#include "ports/EventLoop.h"
 #include "ports/Platform.h"
 #include "ports/PreferencesStore.h"
 #include "ports/SearchPaths.h"
 #include "ports/SystemLog.h"
 #include "tests/support/FakeAuthorization.h"
+#include "tests/support/FakeChildProcess.h"
+#include "tests/support/FakeEventLoop.h"
 #include "tests/support/FakeFileQuery.h"
 #include "tests/support/MemoryFileManager.h"
 #include "tests/support/RecordingFileManager.h"
@@ -101,7 +101,9 @@ class FakePreferencesStore : public PreferencesStore {
 
 class RecordingLog : public SystemLog {
   public:
-    std::vector<std::string> lines;
+    std::vector<std::string> lines;  ///< as they were given, with a line feed at their end
+    /// What a reader of the log sees.
+    [[nodiscard]] std::string text() const;
     void log(std::string_view line) override { lines.emplace_back(line); }
     [[nodiscard]] bool has(std::string_view line) const;
 };
@@ -118,6 +120,8 @@ class RecordingApplicationDatabase : public ApplicationDatabase {
   public:
     explicit RecordingApplicationDatabase(std::vector<std::string>& journal) : journal_(journal) {}
     std::int32_t status = 0;
+    std::set<std::string> otherItems;  ///< those that are no applications
+    std::set<std::string> known;
     std::int32_t registerApplication(const std::string& path) override;
 
   private:
@@ -128,22 +132,8 @@ class RecordingClock : public Clock {
   public:
     std::vector<std::chrono::microseconds> sleeps;
     std::function<void()> duringSleep;  ///< what happens on the disk meanwhile
+    [[nodiscard]] std::chrono::microseconds slept() const;
     void sleep(std::chrono::microseconds duration) override;
-};
-
-class CountingEventLoop : public EventLoop {
-  public:
-    int turns = 0;
-    std::function<void()> duringTurn;
-    void runUntilNow() override;
-    bool runOnce() override { return false; }
-};
-
-/// For code that never runs a tool as the user.
-class NoChildProcesses : public ChildProcesses {
-  public:
-    std::unique_ptr<ChildProcess> create(const std::string&,
-                                         const std::vector<std::string>&) override;
 };
 
 /// A whole platform of fakes over a file system in memory. What changes something, by the user or
@@ -156,8 +146,8 @@ class FakePlatform {
     MemoryFileManager memory;
     RecordingFileManager files{memory, journal};
     FakeAuthorizations authorizations{memory, journal};
-    NoChildProcesses processes;
-    CountingEventLoop eventLoop;
+    FakeEventLoop eventLoop;
+    FakeChildProcesses processes{eventLoop};
     FakeFileQueries fileQueries{eventLoop.turns, journal};
     FakePreferencesStore preferences;
     FakeBundle bundle;

@@ -159,14 +159,12 @@ class FakeInterfaceLoader : public InterfaceLoader {
     }
 };
 
+/// A user who chooses the folder `answer`, or cancels where the panel does not offer it.
 class FakeFolderPanel : public FolderPanel {
   public:
     std::vector<FolderRequest> requests;
     std::optional<std::string> answer;
-    std::optional<std::string> runModal(const FolderRequest& request) override {
-        requests.push_back(request);
-        return answer;
-    }
+    std::optional<std::string> runModal(const FolderRequest& request) override;
 };
 
 class FakeClipboard : public Clipboard {
@@ -175,10 +173,11 @@ class FakeClipboard : public Clipboard {
     void setText(const std::string& newText) override { text = newText; }
 };
 
-/// A desktop made of values. What happens stands in `journal`.
+/// A desktop over the files in memory, made of values. What happens stands in `journal`.
 class FakeWorkspace : public Workspace {
   public:
-    explicit FakeWorkspace(std::vector<std::string>& journal) : journal_(journal) {}
+    FakeWorkspace(MemoryFileManager& files, SystemLog& log, std::vector<std::string>& journal)
+        : files_(files), log_(log), journal_(journal) {}
 
     std::vector<std::string> running;
     bool canLaunch = true;
@@ -187,7 +186,8 @@ class FakeWorkspace : public Workspace {
     std::map<std::string, Image> icons;
     std::string system = "Testix 1";
 
-    /// The application ends: it is gone from `running`, and then whoever observes is told.
+    /// The application ends: it is gone from `running`, and then whoever observes is told, if it
+    /// was among the running ones when these were last asked for.
     void end(const std::string& name) { endAtOnce({name}); }
     /// They all are gone before anybody is told of the first.
     void endAtOnce(const std::vector<std::string>& names);
@@ -195,7 +195,7 @@ class FakeWorkspace : public Workspace {
 
     bool openAddress(const std::string& address) override;
     bool openFile(const std::string& path) override;
-    std::vector<std::string> runningApplications() override { return running; }
+    std::vector<std::string> runningApplications() override;
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
     /// Journals "launch PATH ARGUMENTS..."; ending it journals "terminate PATH".
@@ -205,7 +205,12 @@ class FakeWorkspace : public Workspace {
     Image iconOfFile(const std::string& path) override;
 
   private:
+    bool open(const std::string& addressOrPath, bool isThere);
+
+    MemoryFileManager& files_;
+    SystemLog& log_;
     std::vector<std::string>& journal_;
+    std::multiset<std::string> watched_;
     ObserverList<const std::string&> terminations_;
 };
 
@@ -214,7 +219,7 @@ class FakeWindowPlatform : public FakePlatform {
   public:
     FakeInterfaceLoader interfaces;
     FakeFolderPanel folderPanel;
-    FakeWorkspace workspace{journal};
+    FakeWorkspace workspace{memory, log, journal};
     FakeClipboard clipboard;
 
     WindowPlatform windowPlatform{{platform}, interfaces, folderPanel, workspace, clipboard};

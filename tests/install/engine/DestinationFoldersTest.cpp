@@ -22,6 +22,14 @@ TEST(DestinationFoldersEnsureDirExists, AnExistingFolderIsLeftAsItIs) {
     EXPECT_THAT(engine.operations(), ElementsAre());
 }
 
+TEST(DestinationFoldersEnsureDirExists, WhateverElseIsInThePlaceIsLeftAsItIsToo) {
+    EngineParts engine;
+    engine.fake.memory.addFile("/file");
+    engine.fake.memory.addLink("/link", "/nowhere");
+    for (const char* path : {"/file", "/link"}) engine.folders.ensureDirExists(path);
+    EXPECT_THAT(engine.operations(), ElementsAre());
+}
+
 TEST(DestinationFoldersEnsureDirExists, OnlyTheFolderIsMadeWhenItsParentIsThere) {
     EngineParts engine;
     engine.fake.memory.addFolder("/a");

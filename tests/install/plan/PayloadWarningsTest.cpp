@@ -73,11 +73,16 @@ TEST_F(PayloadWarningsTest, NameHiddenEntriesWithOneLineForAFolder) {
     memory.addFile(mirror + "/.hidden/Tool.app/x");
     memory.addFile(mirrorSupport + "/Acme/Filters 2/.hidden");
     memory.addFile(payload + "/PHOTOSHOP/deep/.hidden");
+    // Of two reasons against an entry, its name is told.
+    memory.addFile(mirror + "/.plain");
+    memory.addLink(payload + "/PHOTOSHOP/.link", "deep");
     log();
-    EXPECT_THAT(fake.log.lines,
-                UnorderedElementsAre(warning(payload + "/.DS_Store"), warning(mirror + "/.hidden"),
-                                     warning(mirrorSupport + "/Acme/Filters 2/.hidden"),
-                                     warning(payload + "/PHOTOSHOP/deep/.hidden")));
+    EXPECT_THAT(
+        fake.log.lines,
+        UnorderedElementsAre(warning(payload + "/.DS_Store"), warning(mirror + "/.hidden"),
+                             warning(mirror + "/.plain"), warning(payload + "/PHOTOSHOP/.link"),
+                             warning(mirrorSupport + "/Acme/Filters 2/.hidden"),
+                             warning(payload + "/PHOTOSHOP/deep/.hidden")));
 }
 
 TEST_F(PayloadWarningsTest, NameLinksAndSpecialFilesThatAreNoPartOfAnItem) {

@@ -6,8 +6,8 @@
 
 #include "install/rights/OneLineTasksWithOutput.h"
 #include "ports/Authorization.h"
-#include "ports/ChildProcess.h"
-#include "ports/EventLoop.h"
+#include "tests/support/FakeChildProcess.h"
+#include "tests/support/FakeEventLoop.h"
 
 namespace installer::test {
 namespace {
@@ -64,20 +64,6 @@ class StreamingAuthorization : public Authorization {
     };
 };
 
-class NoProcesses : public ChildProcesses {
-  public:
-    std::unique_ptr<ChildProcess> create(const std::string&,
-                                         const std::vector<std::string>&) override {
-        return nullptr;
-    }
-};
-
-class NoLoop : public EventLoop {
-  public:
-    void runUntilNow() override {}
-    bool runOnce() override { return false; }
-};
-
 class OneLineTasksWithOutputPrivilegedRun : public testing::Test {
   protected:
     std::optional<std::string> run(bool wait = true) {
@@ -85,8 +71,8 @@ class OneLineTasksWithOutputPrivilegedRun : public testing::Test {
                                                         &error, wait);
     }
 
-    NoProcesses processes;
-    NoLoop loop;
+    FakeEventLoop loop;
+    FakeChildProcesses processes{loop};
     OneLineTasksWithOutput tasks{processes, loop};
     StreamingAuthorization authorization;
     // Holds something, so that a slot that is not stored to shows.

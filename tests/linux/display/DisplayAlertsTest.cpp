@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <map>
 #include <string>
 
@@ -6,28 +5,13 @@
 #include <gtest/gtest.h>
 
 #include "linux/display/DisplayAlerts.h"
-#include "ports/window/WindowModule.h"
-#include "tests/support/FakePlatform.h"
+#include "tests/support/AlertsOnlyModule.h"
 
 namespace installer::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::SizeIs;
-
-/// A module of which alerts are the only part that anybody may use.
-class AlertsOnlyModule final : public WindowModule {
-  public:
-    RecordingAlerts shown;
-
-    EventLoop& eventLoop() override { std::abort(); }
-    DescriptorWatcher& descriptors() override { std::abort(); }
-    Alerts& alerts() override { return shown; }
-    FolderPanel& folderPanel() override { std::abort(); }
-    InterfaceLoader& interfaces() override { std::abort(); }
-    Clipboard& clipboard() override { std::abort(); }
-    void run() override { std::abort(); }
-};
 
 class DisplayAlertsTest : public testing::Test {
   protected:

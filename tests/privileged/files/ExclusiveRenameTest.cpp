@@ -71,6 +71,15 @@ TEST_P(ExclusiveRename, SaysWhenThereIsNothingToMove) {
     EXPECT_TRUE(disk_.names().empty());
 }
 
+TEST_P(ExclusiveRename, AFailureLeavesNothingUnderTheNewName) {
+    disk_.makeFolder("old");
+    const FileDescriptor folder(open(disk_.path().c_str(), O_PATH | O_CLOEXEC));
+    const FileDescriptor inside(open(disk_.path("old").c_str(), O_PATH | O_CLOEXEC));
+    EXPECT_EQ(GetParam().rename(folder.get(), "old", inside.get(), "new"),
+              std::errc::invalid_argument);
+    EXPECT_TRUE(disk_.names("old").empty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Ways, ExclusiveRename,
                          testing::Values(Way{"InOneCall", renameWithoutReplacing},
                                          Way{"AfterClaiming", renameAfterClaiming}),

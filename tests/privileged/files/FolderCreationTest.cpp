@@ -122,6 +122,15 @@ TEST(FolderCreationTouchFile, NeverFollowsALink) {
     EXPECT_FALSE(disk.exists("nowhere"));
 }
 
+TEST(FolderCreationTouchFile, SaysWhyAFileCannotBeMade) {
+    const Disk disk;
+    EXPECT_EQ(asOrdinaryUser([&] {
+                  disk.makeFolder("closed", 0555);
+                  return touchFile(disk.path("closed/file"), LinkPolicy::follow).message();
+              }),
+              "Permission denied");
+}
+
 TEST(FolderCreationTouchFile, NeverWaitsForAFifo) {
     const Disk disk;
     disk.makeFifo("fifo");

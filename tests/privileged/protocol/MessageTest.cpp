@@ -44,6 +44,16 @@ TEST(Message, IsNotTakenForAnotherKind) {
     EXPECT_FALSE(progressBytes(decoded(encodedEnded(1))));
 }
 
+TEST(Message, SaysNothingWhenItsNumberHasAnotherLength) {
+    for (const std::size_t size : {0U, 3U, 5U, 8U}) {
+        EXPECT_FALSE(exitStatus({MessageType::ended, std::string(size, '\1')})) << size;
+        EXPECT_FALSE(helloVersion({MessageType::hello, std::string(size, '\1')})) << size;
+    }
+    for (const std::size_t size : {0U, 4U, 7U, 9U}) {
+        EXPECT_FALSE(progressBytes({MessageType::progress, std::string(size, '\1')})) << size;
+    }
+}
+
 TEST(Message, IsReadWhenItComesByteForByte) {
     const std::string bytes = encodedRequest({"/bin/touch", {"/x"}}).value() + encodedEnded(3);
     MessageDecoder decoder;

@@ -60,6 +60,7 @@ TEST_F(ApertureRunControllerTest, EnteringShowsTheViewAndAnnouncesWhatItShows) {
 TEST_F(ApertureRunControllerTest, LeavingStartsTheInstalledApplicationOnceAndEndsIt) {
     fake.memory.addFolder(standAlone + "/Tonewright.app");
     fake.memory.addFolder(standAlone + "/Another.app");
+    fake.memory.addFolder("/Applications/Tonewright.app");
     enter();
     fake.clock.duringSleep = [this] { fake.journal.emplace_back("sleep"); };
     controller.didProceed(1);
@@ -71,6 +72,7 @@ TEST_F(ApertureRunControllerTest, LeavingStartsTheInstalledApplicationOnceAndEnd
 TEST_F(ApertureRunControllerTest, TheApplicationOnTheTargetVolumeIsStarted) {
     fake.searchPaths.volume = "/Volumes/Other";
     fake.memory.addFolder(standAlone + "/Tonewright.app");
+    fake.memory.addFolder("/Volumes/Other/Applications/Tonewright.app");
     enter();
     controller.didProceed(1);
     EXPECT_THAT(fake.journal,
@@ -113,9 +115,11 @@ TEST_F(ApertureRunControllerTest, WithoutTheFolderNothingIsStarted) {
 
 TEST_F(ApertureRunControllerTest, TheViewIsShownUntilTheApplicationHasEnded) {
     fake.memory.addFolder(standAlone + "/Tonewright.app");
+    fake.memory.addFolder("/Applications/Tonewright.app");
     enter();
     fake.clock.duringSleep = [this] { EXPECT_FALSE(view->hidden); };
     controller.didProceed(1);
+    EXPECT_THAT(fake.clock.sleeps, ElementsAre(2s));
     EXPECT_TRUE(view->hidden);
 }
 

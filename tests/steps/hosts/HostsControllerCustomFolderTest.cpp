@@ -21,7 +21,10 @@ using testing::SizeIs;
 /// Choosing the folder on the custom install, and what its controls show.
 class HostsControllerCustomFolder : public HostsControllerScene {
   protected:
-    void answer(const std::string& folder) { fake.folderPanel.answer = folder; }
+    void answer(const std::string& folder) {
+        fake.memory.addFolder(folder);
+        fake.folderPanel.answer = folder;
+    }
 };
 
 // The folder panel.

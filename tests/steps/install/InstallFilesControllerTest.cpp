@@ -452,6 +452,15 @@ TEST_F(InstallFilesControllerProgress, StartsAnewWithTheNextRun) {
     EXPECT_EQ(indicator.fractions.back(), 1.0);
 }
 
+TEST_F(InstallFilesControllerProgress, IsEmptyAlreadyWhileTheNextRunReadsThePayload) {
+    controller.install({customHost()}, false);
+    ASSERT_EQ(indicator.fractions.back(), 1.0);
+    indicator.fractions.clear();
+    controller.install({customHost()}, false);
+    EXPECT_EQ(indicator.fractions.front(), 0.0);
+    EXPECT_TRUE(std::is_sorted(indicator.fractions.begin(), indicator.fractions.end()));
+}
+
 TEST_F(InstallFilesControllerProgress, IsNotFullAfterARunThatFailed) {
     failItem("guide.txt");
     controller.install({customHost()}, false);
