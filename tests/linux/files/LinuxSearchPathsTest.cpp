@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "linux/files/LinuxSearchPaths.h"
+#include "privileged/system/Accounts.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
