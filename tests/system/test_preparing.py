@@ -32,7 +32,7 @@ class Preparing(SystemTest):
             depth = [str(chance.randint(1, 3)) for _ in range(chance.randint(0, 3))]
             name = "/".join([folder, *depth, f"{number}.dat"])
             path = self.product.add(name, chance.randbytes(chance.choice(SIZES)).hex())
-            path.chmod(chance.choice((0o644, 0o755, 0o600, 0o4755)))
+            path.chmod(chance.choice((0o644, 0o755, 0o604, 0o4755)))
             os.utime(path, ns=(chance.randrange(2**60), chance.randrange(2**60)))
             if chance.random() < 0.1:
                 (path.parent / f"{number} link").symlink_to(chance.choice(("1", "/nowhere")))
