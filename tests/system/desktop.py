@@ -50,6 +50,7 @@ class Desktop:
         try:
             self._make_folders()
             self._make_browser()
+            self._make_dialogue()
             self.display = ":" + self._start_and_read(
                 ["Xvfb", "-displayfd", "{}", "-screen", "0", screen, "-nolisten", "tcp", "-noreset",
                  # The lock file names a process, which means nothing in another process namespace.
@@ -80,6 +81,15 @@ class Desktop:
         browser = self.programs / "xdg-open"
         browser.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >> "{self._opened}"\n')
         browser.chmod(0o755)
+
+    def _make_dialogue(self):
+        """A person who closes each dialogue at once; what it said is remembered."""
+        self._said = self.folder / "said"
+        self._said.touch()
+        self._said.chmod(0o666)
+        dialogue = self.programs / "kdialog"
+        dialogue.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >> "{self._said}"\n')
+        dialogue.chmod(0o755)
 
     def _start_and_read(self, command, as_user=True):
         """Starts a server that tells where it is on a descriptor; gives what it tells."""
@@ -128,6 +138,10 @@ class Desktop:
     def opened(self):
         """The addresses and files that the browser was asked to open."""
         return self._opened.read_text().splitlines()
+
+    def said(self):
+        """What the desktop's own dialogues have said in this desktop's life."""
+        return self._said.read_text()
 
     def forget_opened(self):
         self._opened.write_text("")

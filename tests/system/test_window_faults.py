@@ -30,6 +30,7 @@ class DamagedBundle(WindowTest):
     def assertEndsSaying(self, window, part):
         self.assertEqual(window.wait_for_end(), 1, window.messages)
         self.assertIn(part, window.messages)
+        self.assertIn("Start it with -quiet", self.desktop.said())
         self.assertFalse(os.path.lexists(self.installed[0]))
 
     def assertWalks(self):

@@ -54,14 +54,15 @@ bool lockUnlessTaken(int descriptor) {
 bool isFirstVisit(int folder) {
     using Identity = std::array<std::uint64_t, 5>;
     static std::mutex mutex;
-    static std::set<Identity> visited;
+    // Never destroyed: settings are also written while the process is on its way out.
+    static auto* const visited = new std::set<Identity>();
     struct statx status = {};
     if (statx(folder, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &status) != 0) return false;
     const Identity identity = {status.stx_dev_major, status.stx_dev_minor, status.stx_ino,
                                static_cast<std::uint64_t>(status.stx_btime.tv_sec),
                                status.stx_btime.tv_nsec};
     const std::scoped_lock guard(mutex);
-    return visited.insert(identity).second;
+    return visited->insert(identity).second;
 }
 
 /// Root removes every user's dead temporaries, other users only their own.
