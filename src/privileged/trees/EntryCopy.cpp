@@ -14,7 +14,7 @@ namespace installer {
 
 namespace {
 
-constexpr mode_t modeBits = 07777;
+constexpr mode_t permissionBits = 07777;
 constexpr mode_t privilegeBits = S_ISUID | S_ISGID;
 
 std::array<timespec, 2> timesOf(const struct stat& status) {
@@ -39,7 +39,7 @@ std::error_code copyProperties(int source, const struct stat& status, int destin
     if (attributeCount.value() > 0) task.hasAttributes = true;
     if (!give(destination, task)) {
         const mode_t kept =
-            task.privileges == Privileges::keep ? modeBits : modeBits & ~privilegeBits;
+            task.privileges == Privileges::keep ? permissionBits : permissionBits & ~privilegeBits;
         const mode_t wanted = status.st_mode & kept;
         const bool modeIsRight = mode == wanted && attributeCount.value() == 0 && !task.given;
         if (!modeIsRight && fchmod(destination, wanted) != 0) return systemError();
