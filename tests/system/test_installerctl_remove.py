@@ -9,6 +9,7 @@ import unittest
 
 from ctl import (DIFFERENCES, DONE, NOT_INSTALLED, ctl, program, small_product, versioned)
 from harness import Product, SystemTest, tree, write
+from traced import tracer
 
 KILLS = int(os.environ.get("INSTALLER_CTL_KILLS", "12"))
 
@@ -133,7 +134,7 @@ class InstallerctlRemoveKilled(Scene):
     def traced_calls(self, verb):
         """The calls that the program itself makes, each by its name and its number of that name."""
         log = self.scratch / "calls"
-        subprocess.run(["strace", "-o", log, "-e", self.CALLS, program(self.product), verb],
+        subprocess.run([*tracer(["-e", self.CALLS], log), program(self.product), verb],
                        env=self.environment, check=True, capture_output=True)
         seen, calls = {}, []
         for line in log.read_text(errors="replace").splitlines():
@@ -154,8 +155,7 @@ class InstallerctlRemoveKilled(Scene):
         """Kills the run at one of its calls that change the disk."""
         name, number = place
         ended = subprocess.run(
-            ["strace", "-f", "-o", "/dev/null", "-e", self.CALLS,
-             "-e", f"inject={name}:signal=SIGKILL:when={number}",
+            [*tracer(["-f", "-e", self.CALLS, "-e", f"inject={name}:signal=SIGKILL:when={number}"]),
              program(self.product), verb], env=self.environment, check=False, capture_output=True)
         # Threads that prepare copies may make the call in the main one's place: then nothing dies.
         self.kills += ended.returncode == -signal.SIGKILL
