@@ -51,7 +51,7 @@ std::string FailureReport::failureReason() const {
     const Bundle& bundle = platform_.bundle;
     if (installation_.authDenied()) return localizedText(bundle, "rights_refused");
     if (!installation_.authorizationFailed()) return "";
-    const std::string reason = localizedText(bundle, "auth_error");
+    std::string reason = localizedText(bundle, "auth_error");
     switch (installation_.authorizationTrouble()) {
         case AuthorizationTrouble::noWay:
             return reason + " " + localizedText(bundle, "rights_no_way");

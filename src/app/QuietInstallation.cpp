@@ -43,7 +43,7 @@ std::string outcome(const InstallFilesController& controller, const std::string&
     if (controller.fileOpErrorOccurred()) {
         return formatted("The installation is not complete (%@ items installed)", {count});
     }
-    const std::string text =
+    std::string text =
         controller.installerLogIsWritten()
             ? formatted("The installation is complete (%@ items installed, listed in %@)",
                         {count, logPath})

@@ -173,7 +173,7 @@ void HostsController::selectCustomHostAgain() {
     const UnknownHostModel* host = customFolderHost();
     if (mainController_ == nullptr || host == nullptr || host->hostIsSelected()) return;
     for (const HostModel& found : mainController_->foundHosts()) {
-        found.setHostIsSelected(found == *customHost_);
+        found.setHostIsSelected(customHost_ && found == *customHost_);
     }
 }
 

@@ -7,7 +7,7 @@ namespace installer {
 namespace {
 
 const unsigned char* bytesOf(std::string_view text) {
-    return static_cast<const unsigned char*>(static_cast<const void*>(text.data()));
+    return reinterpret_cast<const unsigned char*>(text.data());
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ EntryRecord recordOf(int parent, const std::string& name, const std::string& pat
 /// Collects the records on a walk, which tells names and not paths.
 class Recorder final : public TreeVisitor {
   public:
-    Recorder(std::string path, const ReadProgress& progress)
+    Recorder(const std::string& path, const ReadProgress& progress)
         : path_(parentPath(path)), progress_(progress) {}
 
     [[nodiscard]] Result<FileDescriptor> enterFolder(int parent, const std::string& name) override {
