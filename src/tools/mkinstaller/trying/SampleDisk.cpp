@@ -47,7 +47,8 @@ std::error_code addApplication(const std::string& disk, const std::string& name)
     const std::string program = contents + "/MacOS/" + name;
     if (const auto error = writeFile(program, "#!/bin/sh\n")) return error;
     std::error_code error;
-    fs::permissions(program, fs::perms(0755), error);
+    fs::permissions(program, fs::perms::group_exec | fs::perms::others_exec | fs::perms::owner_exec,
+                    fs::perm_options::add, error);
     if (error) return error;
     return writeFile(contents + "/Info.plist", starterPropertyList({{"CFBundleName", name},
                                                                     {"CFBundleExecutable", name},
