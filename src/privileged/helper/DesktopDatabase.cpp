@@ -20,8 +20,10 @@ constexpr const char* machineWideApplications = "/usr/share/applications";
 /// Else the peer's connection would stay open as long as this process.
 void leaveStandardStreams() {
     const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) ::dup2(nothing, stream);
-    ::close(nothing);
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (nothing < 0 || ::dup2(nothing, stream) < 0) ::close(stream);
+    }
+    if (nothing >= 0) ::close(nothing);
 }
 
 [[noreturn]] void serve(int requests) {
