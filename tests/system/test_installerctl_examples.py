@@ -42,7 +42,7 @@ class InstallerctlExamples(SystemTest):
 
 class InstallerctlExamplesStatuses(unittest.TestCase):
     def test_every_page_has_the_statuses_of_the_program(self):
-        header = (SOURCES / "src/tools/installerctl/work/ExitStatus.h").read_text()
+        header = (SOURCES / "src/tools/installerctl/operations/ExitStatus.h").read_text()
         statuses = set(re.findall(r"= (\d+),", header))
         self.assertEqual(len(statuses), 11)
         self.assertEqual(set(re.findall(r"^\| (\d+) \|", PAGE, re.MULTILINE)), statuses)

@@ -5,7 +5,7 @@
 
 #include "tools/installerctl/Verbs.h"
 #include "tools/installerctl/machine/RunLock.h"
-#include "tools/installerctl/work/InstallationRun.h"
+#include "tools/installerctl/operations/InstallationRun.h"
 
 namespace installer {
 

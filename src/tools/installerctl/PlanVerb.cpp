@@ -5,8 +5,8 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/installerctl/Verbs.h"
-#include "tools/installerctl/work/RunPlan.h"
-#include "tools/installerctl/work/Summaries.h"
+#include "tools/installerctl/operations/RunPlan.h"
+#include "tools/installerctl/operations/Summaries.h"
 
 namespace installer {
 

@@ -6,7 +6,7 @@
 #include "tools/installerctl/Verbs.h"
 #include "tools/installerctl/machine/Notes.h"
 #include "tools/installerctl/machine/RunLock.h"
-#include "tools/installerctl/work/RemovalRun.h"
+#include "tools/installerctl/operations/RemovalRun.h"
 
 namespace installer {
 

@@ -3,8 +3,8 @@
 #include <functional>
 #include <memory>
 
-#include "tools/installerctl/work/ExitStatus.h"
-#include "tools/installerctl/work/Session.h"
+#include "tools/installerctl/operations/ExitStatus.h"
+#include "tools/installerctl/operations/Session.h"
 
 namespace CLI {
 class App;

@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include "tools/installerctl/Verbs.h"
-#include "tools/installerctl/work/Verification.h"
+#include "tools/installerctl/operations/Verification.h"
 
 namespace installer {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tools/installerctl/work/Session.h"
+#include "tools/installerctl/operations/Session.h"
 
 namespace installer::test {
 namespace {

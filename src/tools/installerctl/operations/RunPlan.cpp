@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/RunPlan.h"
+#include "tools/installerctl/operations/RunPlan.h"
 
 #include <algorithm>
 #include <map>
@@ -15,8 +15,8 @@
 #include "ports/Platform.h"
 #include "product/PlugInFilesModel.h"
 #include "product/ProductFacts.h"
+#include "tools/installerctl/operations/Comparison.h"
 #include "tools/installerctl/records/Sha256.h"
-#include "tools/installerctl/work/Comparison.h"
 
 namespace installer {
 

@@ -1,14 +1,14 @@
-#include "tools/installerctl/work/RemovalRun.h"
+#include "tools/installerctl/operations/RemovalRun.h"
 
 #include <algorithm>
 #include <ranges>
 #include <set>
 
 #include "foundation/values/Paths.h"
+#include "tools/installerctl/operations/Comparison.h"
 #include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/records/EntryMap.h"
 #include "tools/installerctl/records/TreeRecords.h"
-#include "tools/installerctl/work/Comparison.h"
 
 namespace installer {
 

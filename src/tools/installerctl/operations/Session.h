@@ -7,9 +7,9 @@
 
 #include "tools/installerctl/machine/UserMachine.h"
 #include "tools/installerctl/machine/Users.h"
+#include "tools/installerctl/operations/ExitStatus.h"
 #include "tools/installerctl/output/Report.h"
 #include "tools/installerctl/records/ReceiptFile.h"
-#include "tools/installerctl/work/ExitStatus.h"
 
 namespace installer {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tools/installerctl/operations/Remover.h"
+#include "tools/installerctl/operations/Session.h"
 #include "tools/installerctl/output/Report.h"
 #include "tools/installerctl/records/Receipt.h"
-#include "tools/installerctl/work/Remover.h"
-#include "tools/installerctl/work/Session.h"
 
 namespace installer {
 

@@ -1,10 +1,10 @@
-#include "tools/installerctl/work/Summaries.h"
+#include "tools/installerctl/operations/Summaries.h"
 
 #include <algorithm>
 #include <string_view>
 
 #include "tools/installerctl/machine/Notes.h"
-#include "tools/installerctl/work/RunPlan.h"
+#include "tools/installerctl/operations/RunPlan.h"
 
 namespace installer {
 

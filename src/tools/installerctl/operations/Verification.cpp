@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/Verification.h"
+#include "tools/installerctl/operations/Verification.h"
 
 #include <algorithm>
 #include <set>
@@ -7,10 +7,10 @@
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "product/PlugInFilesModel.h"
+#include "tools/installerctl/operations/Comparison.h"
+#include "tools/installerctl/operations/RunPlan.h"
 #include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/records/EntryMap.h"
-#include "tools/installerctl/work/Comparison.h"
-#include "tools/installerctl/work/RunPlan.h"
 
 namespace installer {
 

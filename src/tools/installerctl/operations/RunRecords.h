@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/installerctl/operations/RunPlan.h"
 #include "tools/installerctl/records/Receipt.h"
-#include "tools/installerctl/work/RunPlan.h"
 
 namespace installer {
 

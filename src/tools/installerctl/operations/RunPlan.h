@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "install/plan/InstallPlan.h"
+#include "tools/installerctl/operations/Session.h"
 #include "tools/installerctl/records/EntryMap.h"
 #include "tools/installerctl/records/Receipt.h"
 #include "tools/installerctl/records/TreeRecords.h"
-#include "tools/installerctl/work/Session.h"
 
 namespace installer {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "tools/installerctl/operations/ExitStatus.h"
 #include "tools/installerctl/output/Report.h"
-#include "tools/installerctl/work/ExitStatus.h"
 
 namespace installer {
 

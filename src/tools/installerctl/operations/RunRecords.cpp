@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/RunRecords.h"
+#include "tools/installerctl/operations/RunRecords.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/Session.h"
+#include "tools/installerctl/operations/Session.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/Remover.h"
+#include "tools/installerctl/operations/Remover.h"
 
 #include <filesystem>
 

@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/UserFilesAside.h"
+#include "tools/installerctl/operations/UserFilesAside.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/Comparison.h"
+#include "tools/installerctl/operations/Comparison.h"
 
 #include <algorithm>
 #include <set>

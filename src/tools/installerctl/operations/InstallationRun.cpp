@@ -1,4 +1,4 @@
-#include "tools/installerctl/work/InstallationRun.h"
+#include "tools/installerctl/operations/InstallationRun.h"
 
 #include <algorithm>
 #include <ranges>
@@ -14,13 +14,13 @@
 #include "tools/installerctl/machine/Notes.h"
 #include "tools/installerctl/machine/RunLock.h"
 #include "tools/installerctl/machine/RunningHosts.h"
+#include "tools/installerctl/operations/Remover.h"
+#include "tools/installerctl/operations/RunPlan.h"
+#include "tools/installerctl/operations/RunRecords.h"
+#include "tools/installerctl/operations/Summaries.h"
+#include "tools/installerctl/operations/UserFilesAside.h"
 #include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/records/EntryMap.h"
-#include "tools/installerctl/work/Remover.h"
-#include "tools/installerctl/work/RunPlan.h"
-#include "tools/installerctl/work/RunRecords.h"
-#include "tools/installerctl/work/Summaries.h"
-#include "tools/installerctl/work/UserFilesAside.h"
 
 namespace installer {
 
