@@ -223,6 +223,10 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     if (copy.state == Prepared::State::notPrepared) return std::nullopt;
     waitFor(copy, progress);
     if (copy.state != Prepared::State::filled) return std::nullopt;
+    // Closed on return, although the thread that filled it may keep `copy` for a moment longer: a
+    // program that somebody has open for writing cannot be started.
+    const NamelessFile file = std::move(*copy.file);
+    copy.file.reset();
     struct stat status = {};
     if (fstatat(copy.sourceFolder->get(), nameOf(copy.source).c_str(), &status,
                 AT_SYMLINK_NOFOLLOW) != 0 ||
@@ -232,7 +236,7 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     const Folder folder = destinationFolder(folderOf(copy.destination));
     if (!folder) return std::nullopt;
     const std::string name = nameOf(copy.destination);
-    if (const auto error = copy.file->publish(folder->get(), name)) {
+    if (const auto error = file.publish(folder->get(), name)) {
         if (error == std::errc::file_exists) return error;
         destination_ = {};
         return std::nullopt;
