@@ -12,6 +12,7 @@
 #include "foundation/values/PackageName.h"
 #include "linux/files/FolderReading.h"
 #include "ports/SystemLog.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/files/EntryMode.h"
 #include "privileged/files/FolderCreation.h"
 #include "privileged/files/FolderListing.h"
@@ -21,7 +22,6 @@
 #include "privileged/system/SystemError.h"
 #include "privileged/system/WriteAll.h"
 #include "privileged/trees/Temporary.h"
-#include "privileged/trees/TreeCopy.h"
 #include "privileged/trees/TreeRemoval.h"
 #include "privileged/trees/TreeSize.h"
 
