@@ -18,8 +18,16 @@ constexpr double megabyte = 1e6;
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::string what, std::uint64_t bytes)
-    : what_(std::move(what)), bytes_(bytes), isOnTerminal_(::isatty(STDERR_FILENO) == 1) {}
+ProgressBar::Place ProgressBar::standardError() {
+    return {::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr, Clock::now};
+}
+
+ProgressBar::ProgressBar(std::string what, std::uint64_t bytes, Place place)
+    : what_(std::move(what)),
+      bytes_(bytes),
+      place_(std::move(place)),
+      start_(place_.now()),
+      lastShown_(start_) {}
 
 void ProgressBar::add(std::uint64_t bytes) {
     done_ += bytes;
@@ -27,32 +35,33 @@ void ProgressBar::add(std::uint64_t bytes) {
 }
 
 void ProgressBar::setFraction(double fraction) {
-    if (!isOnTerminal_) return;
-    const auto now = Clock::now();
+    if (place_.terminal == nullptr) return;
+    const auto now = place_.now();
     if (now - start_ < beforeTheFirst || (isShown_ && now - lastShown_ < betweenTwo)) return;
     show(std::clamp(fraction, 0.0, 1.0), now);
 }
 
 void ProgressBar::show(double fraction, Clock::time_point now) {
+    std::ostream& terminal = *place_.terminal;
     isShown_ = true;
     lastShown_ = now;
     const int filled = static_cast<int>(std::lround(fraction * width));
     const double seconds = std::chrono::duration<double>(now - start_).count();
-    std::cerr << '\r' << what_ << " [" << std::string(static_cast<std::size_t>(filled), '#')
-              << std::string(static_cast<std::size_t>(width - filled), ' ') << "] "
-              << std::lround(fraction * 100) << " %";
+    terminal << '\r' << what_ << " [" << std::string(static_cast<std::size_t>(filled), '#')
+             << std::string(static_cast<std::size_t>(width - filled), ' ') << "] "
+             << std::lround(fraction * 100) << " %";
     if (bytes_ > 0) {
         const double rate = fraction * static_cast<double>(bytes_) / seconds / megabyte;
-        std::cerr << ", " << std::lround(rate) << " MB/s";
+        terminal << ", " << std::lround(rate) << " MB/s";
     }
     if (fraction > 0) {
-        std::cerr << ", " << std::lround(seconds * (1 - fraction) / fraction) << " s left";
+        terminal << ", " << std::lround(seconds * (1 - fraction) / fraction) << " s left";
     }
-    std::cerr << "\033[K" << std::flush;
+    terminal << "\033[K" << std::flush;
 }
 
 void ProgressBar::clear() {
-    if (isShown_) std::cerr << "\r\033[K" << std::flush;
+    if (isShown_) *place_.terminal << "\r\033[K" << std::flush;
     isShown_ = false;
 }
 
