@@ -20,7 +20,7 @@ const std::string wiped = "\r\033[K";
 /// A bar on a terminal whose time the test turns.
 class ProgressBarTest : public testing::Test {
   protected:
-    ProgressBar::Place place() {
+    LiveLine::Place place() {
         return {&terminal_, [this] { return now_; }};
     }
 
@@ -35,7 +35,7 @@ class ProgressBarTest : public testing::Test {
 
   private:
     std::ostringstream terminal_;
-    ProgressBar::Clock::time_point now_{};
+    LiveLine::Clock::time_point now_{};
 };
 
 TEST_F(ProgressBarTest, ShortWorkShowsNothing) {

@@ -2,32 +2,23 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <utility>
-
-#include <unistd.h>
 
 namespace installer {
 
 namespace {
 
-constexpr auto beforeTheFirst = std::chrono::milliseconds(500);
-constexpr auto betweenTwo = std::chrono::milliseconds(100);
 constexpr int width = 30;
 constexpr double megabyte = 1e6;
 
-}  // namespace
-
-ProgressBar::Place ProgressBar::standardError() {
-    return {::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr, Clock::now};
+std::string rounded(double number) {
+    return std::to_string(std::lround(number));
 }
 
-ProgressBar::ProgressBar(std::string what, std::uint64_t bytes, Place place)
-    : what_(std::move(what)),
-      bytes_(bytes),
-      place_(std::move(place)),
-      start_(place_.now()),
-      lastShown_(start_) {}
+}  // namespace
+
+ProgressBar::ProgressBar(std::string what, std::uint64_t bytes, LiveLine::Place place)
+    : what_(std::move(what)), bytes_(bytes), line_(std::move(place)) {}
 
 void ProgressBar::add(std::uint64_t bytes) {
     done_ += bytes;
@@ -35,34 +26,21 @@ void ProgressBar::add(std::uint64_t bytes) {
 }
 
 void ProgressBar::setFraction(double fraction) {
-    if (place_.terminal == nullptr) return;
-    const auto now = place_.now();
-    if (now - start_ < beforeTheFirst || (isShown_ && now - lastShown_ < betweenTwo)) return;
-    show(std::clamp(fraction, 0.0, 1.0), now);
+    if (line_.isDue()) line_.show(textAt(std::clamp(fraction, 0.0, 1.0)));
 }
 
-void ProgressBar::show(double fraction, Clock::time_point now) {
-    std::ostream& terminal = *place_.terminal;
-    isShown_ = true;
-    lastShown_ = now;
-    const int filled = static_cast<int>(std::lround(fraction * width));
-    const double seconds = std::chrono::duration<double>(now - start_).count();
-    terminal << '\r' << what_ << " [" << std::string(static_cast<std::size_t>(filled), '#')
-             << std::string(static_cast<std::size_t>(width - filled), ' ') << "] "
-             << std::lround(fraction * 100) << " %";
+std::string ProgressBar::textAt(double fraction) const {
+    const auto filled = static_cast<std::size_t>(std::lround(fraction * width));
+    const double seconds = line_.seconds();
+    std::string text = what_ + " [" + std::string(filled, '#') +
+                       std::string(static_cast<std::size_t>(width) - filled, ' ') + "] " +
+                       rounded(fraction * 100) + " %";
     if (bytes_ > 0) {
-        const double rate = fraction * static_cast<double>(bytes_) / seconds / megabyte;
-        terminal << ", " << std::lround(rate) << " MB/s";
+        text +=
+            ", " + rounded(fraction * static_cast<double>(bytes_) / seconds / megabyte) + " MB/s";
     }
-    if (fraction > 0) {
-        terminal << ", " << std::lround(seconds * (1 - fraction) / fraction) << " s left";
-    }
-    terminal << "\033[K" << std::flush;
-}
-
-void ProgressBar::clear() {
-    if (isShown_) *place_.terminal << "\r\033[K" << std::flush;
-    isShown_ = false;
+    if (fraction > 0) text += ", " + rounded(seconds * (1 - fraction) / fraction) + " s left";
+    return text;
 }
 
 }  // namespace installer
