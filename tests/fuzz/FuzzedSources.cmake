@@ -85,6 +85,9 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/system/WriteAll.cpp
     ${source}/product/BundleUserDefaults.cpp
     ${source}/product/LocalizedText.cpp
+    ${source}/tools/installerctl/records/EntryMap.cpp
+    ${source}/tools/installerctl/records/EntryRecord.cpp
+    ${source}/tools/installerctl/records/Receipt.cpp
     ../support/FakeAuthorization.cpp
     ../support/FakeChildProcess.cpp
     ../support/FakeEventLoop.cpp
@@ -100,4 +103,5 @@ target_compile_definitions(installer_fuzzed PUBLIC _GLIBCXX_ASSERTIONS)
 # Warnings are for the compiler that builds what ships, and for the static analysis.
 target_compile_options(installer_fuzzed PUBLIC -fsanitize=fuzzer-no-link -w)
 find_library(SODIUM_ARCHIVE libsodium.a REQUIRED)
-target_link_libraries(installer_fuzzed PUBLIC installer_options PkgConfig::PLIST ${SODIUM_ARCHIVE})
+target_link_libraries(installer_fuzzed PUBLIC installer_options nlohmann_json::nlohmann_json
+    PkgConfig::PLIST ${SODIUM_ARCHIVE})

@@ -32,6 +32,7 @@ Packed packRunFile(const PackSource& source, const Kit& kit, const std::string& 
         return {file, head + " cannot be written: " + error.message()};
     }
     const ToolScript script{
+        .what = "Packing " + file,
         .text = std::string(archiveCommand) +
                 "sum=$({ head -n 1 \"$5\"; tail -n +3 \"$5\"; cat \"$4.gz\"; } | sha256sum)\n"
                 "{ sed \"2s/@SUM@/${sum%% *}/\" \"$5\"; cat \"$4.gz\"; } > \"$6.new\"\n"

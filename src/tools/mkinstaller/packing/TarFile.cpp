@@ -9,6 +9,7 @@ Packed packTarFile(const PackSource& source, const std::string& folder) {
     const std::string file = source.fileTitle() + "-" + source.version + ".tar.gz";
     const std::string work = source.newWorkFolder("tar");
     const ToolScript script{
+        .what = "Packing " + file,
         .text = std::string(archiveCommand) + "cp \"$4.gz\" \"$5.new\"\nmv \"$5.new\" \"$5\"\n",
         .arguments = {source.bundleFolder(), lastPathComponent(source.bundle()),
                       std::to_string(source.time), work + "/archive", joinPath(folder, file)},
