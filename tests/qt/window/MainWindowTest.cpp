@@ -205,10 +205,10 @@ TEST_F(MainWindowTest, TheDotsOfOtherStepsAreQuietInADarkWindowToo) {
         const QImage picture = dot->pixmap(Qt::ReturnByValue).toImage();
         return contrast(picture.pixelColor(picture.rect().center()), colorOfPane());
     };
-    EXPECT_LE(contrastOfDot(), 4);
+    EXPECT_LE(contrastOfDot(), 5);
     QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(43, 43, 46)));
     QCoreApplication::processEvents();
-    EXPECT_LE(contrastOfDot(), 4);
+    EXPECT_LE(contrastOfDot(), 5);
     EXPECT_GE(contrastOfDot(), 2);
     QApplication::setPalette(QPalette());
 }
