@@ -48,6 +48,7 @@ add_library(installer_fuzzed STATIC
     ${source}/linux/bundle/PackageLayout.cpp
     ${source}/linux/files/CopyStager.cpp
     ${source}/linux/files/CopyThreads.cpp
+    ${source}/linux/files/FilledFolder.cpp
     ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp

@@ -1,10 +1,21 @@
 #include "privileged/copies/FinishedTree.h"
 
+#include <utility>
+
+#include <fcntl.h>
+
 namespace installer {
 
-void FinishedTree::remember(const struct stat& status, const CopyTask& task) {
+void FinishedTree::forget() {
+    isKnown_ = false;
+    place_ = {};
+}
+
+void FinishedTree::remember(Place place, const struct stat& status, const CopyTask& task) {
+    forget();
     isKnown_ = task.given.has_value() && task.allGiven;
     if (!isKnown_) return;
+    place_ = std::move(place);
     status_ = status;
     given_ = *task.given;
     hasAttributes_ = task.hasAttributes;
@@ -24,8 +35,12 @@ bool FinishedTree::hasNoAttributes(const std::string& path) const {
 
 bool FinishedTree::isAt(const std::string& path) const {
     struct stat now = {};
-    return lstat(path.c_str(), &now) == 0 && now.st_dev == status_.st_dev &&
-           now.st_ino == status_.st_ino && now.st_ctim.tv_sec == status_.st_ctim.tv_sec &&
+    const bool isInFolder = place_.folder != nullptr && path == place_.path;
+    const int seen =
+        isInFolder ? fstatat(place_.folder->get(), place_.name.c_str(), &now, AT_SYMLINK_NOFOLLOW)
+                   : lstat(path.c_str(), &now);
+    return seen == 0 && now.st_dev == status_.st_dev && now.st_ino == status_.st_ino &&
+           now.st_ctim.tv_sec == status_.st_ctim.tv_sec &&
            now.st_ctim.tv_nsec == status_.st_ctim.tv_nsec;
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include <sys/stat.h>
 #include <sys/types.h>
 
 #include "privileged/copies/TreeCopy.h"
+#include "privileged/system/FileDescriptor.h"
 
 namespace installer {
 
@@ -14,10 +16,18 @@ namespace installer {
 /// change of the tree's top since then shows in its change time, and then nothing is known.
 class FinishedTree {
   public:
-    void forget() { isKnown_ = false; }
+    /// Where the tree is. Asked for under this very path, it is looked for in the open folder: one
+    /// step instead of a walk.
+    struct Place {
+        std::string path;
+        std::shared_ptr<const FileDescriptor> folder = nullptr;  ///< null: the path is walked
+        std::string name = {};                                   ///< in the folder
+    };
+
+    void forget();
 
     /// `status` is that of the entry at its place.
-    void remember(const struct stat& status, const CopyTask& task);
+    void remember(Place place, const struct stat& status, const CopyTask& task);
 
     [[nodiscard]] bool hasOwner(const std::string& path, uid_t owner, gid_t group) const;
     [[nodiscard]] bool hasMode(const std::string& path, mode_t mode) const;
@@ -28,6 +38,7 @@ class FinishedTree {
     [[nodiscard]] bool isAt(const std::string& path) const;
 
     bool isKnown_ = false;
+    Place place_;
     struct stat status_ = {};
     GivenAttributes given_;
     bool hasAttributes_ = false;
