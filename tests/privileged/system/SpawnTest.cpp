@@ -101,8 +101,20 @@ TEST(Spawn, RefusesAStreamThatIsNotOpen) {
     }
 }
 
-TEST(Spawn, StreamsThatAreNotGivenAreEmpty) {
-    EXPECT_EQ(run(shell("test -z \"$(cat)\" && echo x && echo y >&2")), 0);
+TEST(Spawn, StreamsThatAreNotGivenAreNotThisProcessesOwn) {
+    EXPECT_EQ(inChild([] {
+                  Pipe input;
+                  Pipe output;
+                  static_cast<void>(!write(input.writing.get(), "not empty\n", 10));
+                  dup2(input.reading.get(), STDIN_FILENO);
+                  for (const int own : {STDOUT_FILENO, STDERR_FILENO}) {
+                      dup2(output.writing.get(), own);
+                  }
+                  const auto status = run(shell("echo out; echo err >&2; read line"));
+                  for (const int own : {STDOUT_FILENO, STDERR_FILENO}) close(own);
+                  return output.contents() + (status == 0 ? "it could read" : "nothing to read");
+              }),
+              "nothing to read");
 }
 
 TEST(Spawn, AStreamMayBeThisProcessesOwn) {
@@ -138,6 +150,23 @@ TEST(Spawn, StreamsMayHaveTheNumbersOfOthers) {
               }),
               "");
     EXPECT_EQ(output.contents(), "out in");
+    EXPECT_EQ(error.contents(), "err");
+}
+
+TEST(Spawn, ConnectsItsStreamsInAProcessThatWasStartedWithoutSome) {
+    Pipe output;
+    Pipe error;
+    EXPECT_EQ(inChild([&] {
+                  dup2(output.writing.get(), STDOUT_FILENO);
+                  dup2(error.writing.get(), STDERR_FILENO);
+                  close(STDIN_FILENO);
+                  SpawnRequest request = shell("cat; printf out; printf err >&2");
+                  request.standardOutput = STDOUT_FILENO;
+                  request.standardError = STDERR_FILENO;
+                  return run(request) == 0 ? std::string() : std::string("failed");
+              }),
+              "");
+    EXPECT_EQ(output.contents(), "out");
     EXPECT_EQ(error.contents(), "err");
 }
 
