@@ -39,6 +39,16 @@ TEST(Accounts, RefusesAnEmptyNameAndANameWithANul) {
     }
 }
 
+// The data base may hold a line without a name.
+TEST(Accounts, AnEmptyNameIsNobodys) {
+    EXPECT_EQ(withAccounts(":x:0:0::/root:\n", ":x:0:\n",
+                           [] {
+                               return userNamed("").error().message() + ", " +
+                                      groupNamed("").error().message();
+                           }),
+              "Invalid argument, Invalid argument");
+}
+
 TEST(Accounts, FindsAnAccountHoweverLongItsEntryIs) {
     std::string members = "first";
     for (int index = 0; index < 3000; ++index) members += ",member" + std::to_string(index);
@@ -128,6 +138,8 @@ TEST(AccountsIsOwnHome, IsAFolderThatBelongsToTheUser) {
     const UserAccount root{0, "root", disk.path("roots")};
     EXPECT_TRUE(isOwnHome(disk.path("users"), root)) << "root acts for its owner";
     EXPECT_TRUE(isOwnHome(disk.path("roots"), root));
+    const UserAccount homeless{0, "root", disk.path("missing")};
+    EXPECT_FALSE(isOwnHome(disk.path("missing"), homeless));
     EXPECT_FALSE(isOwnHome(disk.path(), root)) << "root's, but not its home";
 }
 
