@@ -14,7 +14,7 @@
 namespace installer::test {
 namespace {
 
-class HelperSession : public PrivilegedHelperProgram {
+class HelperSessionTest : public PrivilegedHelperProgram {
   protected:
     void addSource(int files) {
         for (int index = 0; index < files; ++index) {
@@ -26,7 +26,7 @@ class HelperSession : public PrivilegedHelperProgram {
     }
 };
 
-TEST_F(HelperSession, TellsOfProgressAtMostTwentyTimesASecond) {
+TEST_F(HelperSessionTest, TellsOfProgressAtMostTwentyTimesASecond) {
     addSource(2000);
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
@@ -59,7 +59,7 @@ void fill(int pipe) {
     ASSERT_EQ(::fcntl(pipe, F_SETFL, 0), 0);
 }
 
-TEST_F(HelperSession, ACopyDoesNotWaitForAPeerThatDoesNotReadItsProgress) {
+TEST_F(HelperSessionTest, ACopyDoesNotWaitForAPeerThatDoesNotReadItsProgress) {
     addSource(1);
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
