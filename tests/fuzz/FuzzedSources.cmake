@@ -7,6 +7,7 @@ add_library(installer_fuzzed STATIC
     ${source}/foundation/observers/Observable.cpp
     ${source}/foundation/values/Paths.cpp
     ${source}/foundation/rtf/RtfReader.cpp
+    ${source}/foundation/text/ShownLength.cpp
     ${source}/foundation/text/StyledText.cpp
     ${source}/foundation/text/Text.cpp
     ${source}/foundation/values/SystemFolders.cpp
