@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <limits.h>
 
-#include "privileged/helper/HelperArguments.h"
+#include "privileged/wall/HelperArguments.h"
 
 namespace installer::test {
 namespace {
