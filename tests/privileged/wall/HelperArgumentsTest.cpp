@@ -13,23 +13,23 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::optional<HelperArguments> read(const std::vector<const char*>& words) {
+std::optional<HelperArguments> argumentsOf(const std::vector<const char*>& words) {
     return helperArguments(words);
 }
 
 TEST(HelperArguments, AreReadInAnyOrder) {
-    const auto arguments = read({"--into", "/a", "--home", "/home/ada", "--started-by", "sudo",
-                                 "--into", "/b c", "--volume", "/mnt/disk"});
+    const auto arguments = argumentsOf({"--into", "/a", "--home", "/home/ada", "--started-by",
+                                        "sudo", "--into", "/b c", "--volume", "/mnt/disk"});
     ASSERT_TRUE(arguments);
     EXPECT_EQ(arguments->startedBy, StartedBy::sudo);
     EXPECT_EQ(arguments->home, "/home/ada");
     EXPECT_EQ(arguments->volume, "/mnt/disk");
     EXPECT_THAT(arguments->folders, ElementsAre("/a", "/b c"));
-    EXPECT_EQ(read({"--started-by", "polkit"}).value().startedBy, StartedBy::polkit);
+    EXPECT_EQ(argumentsOf({"--started-by", "polkit"}).value().startedBy, StartedBy::polkit);
 }
 
 TEST(HelperArguments, MayAllBeLeftAway) {
-    const auto arguments = read({});
+    const auto arguments = argumentsOf({});
     ASSERT_TRUE(arguments);
     EXPECT_EQ(arguments->startedBy, StartedBy::root);
     EXPECT_EQ(arguments->home, "");
@@ -47,7 +47,7 @@ TEST(HelperArguments, AreRefusedIfOneIsUnknownOrHasNoValue) {
                                                {"--started-by", "root"},
                                                {"--started-by", "su"},
                                                {"--started-by", ""}}) {
-        EXPECT_FALSE(read(words)) << words.front();
+        EXPECT_FALSE(argumentsOf(words)) << words.front();
     }
 }
 
@@ -55,7 +55,7 @@ TEST(HelperArguments, PassOverAPathThatIsNotPlain) {
     const std::string tooLong = "/" + std::string(PATH_MAX, 'x');
     for (const char* path : {"", "relative", "/a/../b", "/a//b", "/a/", "/./a", tooLong.c_str()}) {
         const auto arguments =
-            read({"--volume", path, "--home", path, "--into", path, "--into", "/good"});
+            argumentsOf({"--volume", path, "--home", path, "--into", path, "--into", "/good"});
         ASSERT_TRUE(arguments) << path;
         EXPECT_EQ(arguments->volume, "") << path;
         EXPECT_EQ(arguments->home, "") << path;
@@ -64,7 +64,7 @@ TEST(HelperArguments, PassOverAPathThatIsNotPlain) {
 }
 
 TEST(HelperArguments, OnlyTheFoldersOfTheRunMayBeTheRoot) {
-    const auto arguments = read({"--volume", "/", "--home", "/", "--into", "/"});
+    const auto arguments = argumentsOf({"--volume", "/", "--home", "/", "--into", "/"});
     ASSERT_TRUE(arguments);
     EXPECT_EQ(arguments->volume, "");
     EXPECT_EQ(arguments->home, "");
