@@ -48,6 +48,35 @@ TEST_F(HelperSessionTest, TellsOfProgressAtMostTwentyTimesASecond) {
     EXPECT_LE(told, time / std::chrono::milliseconds(50) + 2);
 }
 
+TEST_F(HelperSessionTest, TellsOfTheBytesOfEachCopyAlone) {
+    addSource(1);
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    for (const char* name : {"first", "second", "third"}) {
+        const ToolRequest copy{"/bin/cp", {"-R", folder / "source", folder / name}};
+        ASSERT_TRUE(helper.sendBytes(encodedRequest(copy).value()));
+        std::uint64_t bytes = 0;
+        std::optional<Message> message = helper.stream().receive();
+        for (; message && progressBytes(*message); message = helper.stream().receive()) {
+            bytes += *progressBytes(*message);
+        }
+        ASSERT_TRUE(message);
+        EXPECT_EQ(bytes, std::string("contents").size()) << name;
+    }
+}
+
+TEST_F(HelperSessionTest, FailsIfNobodyIsThereForItsHello) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    FileDescriptor reading(ends[0]);
+    const FileDescriptor writing(ends[1]);
+    reading.reset();
+    HelperProcess helper(afterDoing([&] {
+        if (::dup2(writing.get(), STDOUT_FILENO) < 0) ::_exit(98);
+    }));
+    EXPECT_EQ(helper.exitStatus(), 1);
+}
+
 /// Writes until the pipe takes nothing more, not even a byte.
 void fill(int pipe) {
     const std::string page(4096, '\0');
