@@ -39,11 +39,11 @@ TEST(RowHeightThatFits, IsNeverBelowTheLeastInAListThatIsTooLowForOneRow) {
     EXPECT_EQ(rowHeightThatFits(30, 3, 40, 48), 40);
 }
 
-class RowHeightOfRowsInAList : public testing::Test {
+class RowHeightFollowed : public testing::Test {
   protected:
     QListWidget list;
 
-    RowHeightOfRowsInAList() {
+    RowHeightFollowed() {
         list.setItemDelegate(new ListRowDelegate(&list));
         new RowsFollowHeight(list);
         for (int row = 0; row < 9; ++row) {
@@ -68,7 +68,7 @@ class RowHeightOfRowsInAList : public testing::Test {
     }
 };
 
-TEST_F(RowHeightOfRowsInAList, ARowIsShownWholeOrNotAtAllAtWhateverHeight) {
+TEST_F(RowHeightFollowed, ARowIsShownWholeOrNotAtAllAtWhateverHeight) {
     for (int height = 90; height < 300; height += 7) {
         resizeTo(height);
         const int row = list.visualItemRect(list.item(0)).height();
