@@ -294,7 +294,7 @@ PlainOrStyledText SetupController::informativeText() const {
 }
 
 StyledText SetupController::licenseText() const {
-    return licenseTextOf(licenseModel_.get());
+    return licenseTextOf(licenseModel_.get(), platform_.bundle);
 }
 
 StyledText SetupController::registerText() const {

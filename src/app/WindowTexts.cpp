@@ -1,8 +1,11 @@
 #include "app/WindowTexts.h"
 
-#include <optional>
+#include <string_view>
 
 #include "foundation/text/Format.h"
+#include "foundation/text/ShownLength.h"
+#include "ports/Bundle.h"
+#include "product/CutNote.h"
 #include "product/LocalizedText.h"
 #include "product/RtfResource.h"
 #include "steps/licence/LicenseModel.h"
@@ -72,10 +75,14 @@ PlainOrStyledText informativeTextOf(const StepModel* model) {
     return model == nullptr ? std::string() : model->informativeText();
 }
 
-StyledText licenseTextOf(const LicenseModel* model) {
-    if (model == nullptr) return nilText();
-    const std::optional<std::string>& terms = model->licenseText();
-    return terms ? StyledText::fromPlainText(*terms) : nilText();
+StyledText licenseTextOf(const LicenseModel* model, const Bundle& bundle) {
+    if (model == nullptr || !model->licenseText()) return nilText();
+    const std::string& terms = *model->licenseText();
+    const std::string_view shown = shownPart(terms);
+    StyledText text = StyledText::fromPlainText(shown);
+    text.isCut = shown.size() < terms.size();
+    addCutNote(text, bundle, bundle.resourcePath("license", "txt").value_or("license.txt"));
+    return text;
 }
 
 }  // namespace installer

@@ -37,7 +37,8 @@ class StepModel;
 /// The explanation of a step, given its model or null: empty without one.
 [[nodiscard]] PlainOrStyledText informativeTextOf(const StepModel* model);
 
-/// The licence terms without styles; "nil" when there are none.
-[[nodiscard]] StyledText licenseTextOf(const LicenseModel* model);
+/// The licence terms without styles; "nil" when there are none. Terms that are too long for a
+/// window are cut, and say so at their end.
+[[nodiscard]] StyledText licenseTextOf(const LicenseModel* model, const Bundle& bundle);
 
 }  // namespace installer

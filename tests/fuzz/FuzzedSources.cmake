@@ -7,6 +7,7 @@ add_library(installer_fuzzed STATIC
     ${source}/foundation/observers/Observable.cpp
     ${source}/foundation/values/Paths.cpp
     ${source}/foundation/rtf/RtfReader.cpp
+    ${source}/foundation/text/ShownLength.cpp
     ${source}/foundation/text/StyledText.cpp
     ${source}/foundation/text/Text.cpp
     ${source}/foundation/values/SystemFolders.cpp
@@ -48,6 +49,7 @@ add_library(installer_fuzzed STATIC
     ${source}/linux/bundle/PackageLayout.cpp
     ${source}/linux/files/CopyStager.cpp
     ${source}/linux/files/CopyThreads.cpp
+    ${source}/linux/files/FilledFolder.cpp
     ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp
@@ -61,16 +63,16 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/files/RegularFile.cpp
     ${source}/linux/bundle/StringsTable.cpp
     ${source}/linux/bundle/StringsTableText.cpp
-    ${source}/privileged/trees/EntryCopy.cpp
+    ${source}/privileged/copies/EntryCopy.cpp
     ${source}/privileged/files/EntryMode.cpp
     ${source}/privileged/files/ExclusiveRename.cpp
-    ${source}/privileged/trees/ExtendedAttributes.cpp
-    ${source}/privileged/trees/FileContents.cpp
+    ${source}/privileged/copies/ExtendedAttributes.cpp
+    ${source}/privileged/copies/FileContents.cpp
     ${source}/privileged/files/FolderChain.cpp
-    ${source}/privileged/trees/FinishedTree.cpp
-    ${source}/privileged/trees/FolderCopy.cpp
-    ${source}/privileged/trees/NamelessFile.cpp
-    ${source}/privileged/trees/PieceGroup.cpp
+    ${source}/privileged/copies/FinishedTree.cpp
+    ${source}/privileged/copies/FolderCopy.cpp
+    ${source}/privileged/copies/NamelessFile.cpp
+    ${source}/privileged/copies/PieceGroup.cpp
     ${source}/privileged/files/FolderCreation.cpp
     ${source}/privileged/files/FolderListing.cpp
     ${source}/privileged/files/Location.cpp
@@ -78,7 +80,7 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/trees/TakeApart.cpp
     ${source}/privileged/trees/Temporary.cpp
     ${source}/privileged/trees/TreeAttributes.cpp
-    ${source}/privileged/trees/TreeCopy.cpp
+    ${source}/privileged/copies/TreeCopy.cpp
     ${source}/privileged/trees/TreeRemoval.cpp
     ${source}/privileged/trees/TreeSize.cpp
     ${source}/privileged/trees/TreeWalk.cpp

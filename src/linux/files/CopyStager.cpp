@@ -11,11 +11,11 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include "privileged/copies/EntryCopy.h"
+#include "privileged/copies/NamelessFile.h"
 #include "privileged/files/RegularFile.h"
 #include "privileged/system/AwaitReadable.h"
 #include "privileged/system/SystemError.h"
-#include "privileged/trees/EntryCopy.h"
-#include "privileged/trees/NamelessFile.h"
 #include "privileged/trees/Temporary.h"
 
 namespace installer {
@@ -64,6 +64,14 @@ bool isSameEntry(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
+void removeIfSame(int folder, const std::string& name, const struct stat& status) {
+    struct stat found = {};
+    const bool isSeen = fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
+    if (isSeen && isSameEntry(found, status)) {
+        static_cast<void>(unlinkat(folder, name.c_str(), 0));
+    }
+}
+
 }  // namespace
 
 /// One expected copy. Whoever changes its state from `waiting` fills it, and alone.
@@ -81,7 +89,6 @@ class CopyStager::Prepared {
     // Valid once it is filled.
     std::optional<NamelessFile> file;
     struct stat sourceStatus = {};
-    struct stat status = {};
     CopyTask task;
 
     [[nodiscard]] bool begin() {
@@ -105,7 +112,8 @@ void CopyStager::end() {
     giveUpPrepared();
     expected_.clear();
     next_ = nullptr;
-    source_ = staging_ = destination_ = {};
+    source_ = staging_ = {};
+    destination_.forget();
 }
 
 bool CopyStager::giveUpPrepared() {
@@ -127,11 +135,14 @@ void CopyStager::giveUp(Prepared& copy) {
 }
 
 void CopyStager::forgetFolder(const std::string& path) {
-    for (KeptFolder* kept : {&source_, &staging_, &destination_}) {
-        const bool isBelow = kept->path.starts_with(path) &&
-                             (kept->path.size() == path.size() || kept->path[path.size()] == '/');
-        if (isBelow) *kept = {};
+    const auto isThereOrBelow = [&path](const std::string& kept) {
+        return kept.starts_with(path) && (kept.size() == path.size() || kept[path.size()] == '/');
+    };
+    for (KeptFolder* kept : {&source_, &staging_}) {
+        if (isThereOrBelow(kept->path)) *kept = {};
     }
+    destination_.doubtItsPath();
+    if (isThereOrBelow(destination_.path())) destination_.forget();
 }
 
 std::shared_ptr<CopyStager::Prepared> CopyStager::take(const std::string& source,
@@ -193,8 +204,7 @@ void CopyStager::fill(Prepared& copy) {
         if (!file) return false;
         const int descriptor = file.value().descriptor();
         if (fillFile(source.value().descriptor.get(), copy.sourceStatus, descriptor, unknownMode,
-                     copy.task, {}) ||
-            fstat(descriptor, &copy.status) != 0) {
+                     copy.task, {})) {
             return false;
         }
         copy.file = std::move(file).value();
@@ -233,25 +243,27 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
         !isUnchanged(copy.sourceStatus, status)) {
         return std::nullopt;
     }
-    const Folder folder = destinationFolder(folderOf(copy.destination));
+    const Folder folder = destination_.at(folderOf(copy.destination));
     if (!folder) return std::nullopt;
     const std::string name = nameOf(copy.destination);
     if (const auto error = file.publish(folder->get(), name)) {
         if (error == std::errc::file_exists) return error;
-        destination_ = {};
+        destination_.forget();
         return std::nullopt;
     }
-    if (lstat(copy.destination.c_str(), &status) != 0 || !isSameEntry(status, copy.status)) {
-        // The path leads elsewhere by now: the kept folder was moved or removed.
-        destination_ = {};
-        if (fstatat(folder->get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-            isSameEntry(status, copy.status)) {
-            static_cast<void>(unlinkat(folder->get(), name.c_str(), 0));
-        }
+    if (fstat(file.descriptor(), &status) != 0) {
+        static_cast<void>(unlinkat(folder->get(), name.c_str(), 0));
         return std::nullopt;
     }
-    finished.remember(status, copy.task);
-    for (auto rest = static_cast<std::uint64_t>(copy.status.st_size); progress && rest > 0;) {
+    if (!leadsTo(copy.destination, status)) {
+        // The kept folder was moved or removed.
+        destination_.forget();
+        removeIfSame(folder->get(), name, status);
+        return std::nullopt;
+    }
+    destination_.entryHasCome(name);
+    finished.remember({copy.destination, folder, name}, status, copy.task);
+    for (auto rest = static_cast<std::uint64_t>(status.st_size); progress && rest > 0;) {
         const std::uint64_t step = std::min(rest, progressStep);
         progress(step);
         rest -= step;
@@ -290,14 +302,11 @@ CopyStager::Folder CopyStager::stagingFolder(const std::string& path) {
     return staging_.folder;
 }
 
-CopyStager::Folder CopyStager::destinationFolder(const std::string& path) {
-    if (destination_.path == path && destination_.folder) return destination_.folder;
-    destination_ = {};
-    auto folder = openFolder(path, policy_);
-    if (!folder) return nullptr;
-    clearDeadTemporaries(folder.value().get());
-    destination_ = {path, std::make_shared<FileDescriptor>(std::move(folder).value())};
-    return destination_.folder;
+/// Whether the path leads to the entry of that status, which was just put into the kept folder.
+bool CopyStager::leadsTo(const std::string& path, const struct stat& status) {
+    if (destination_.isAtItsPath()) return true;
+    struct stat found = {};
+    return lstat(path.c_str(), &found) == 0 && isSameEntry(found, status);
 }
 
 /// What is held ready must never be why something else does not fit.

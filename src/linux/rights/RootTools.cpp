@@ -5,8 +5,8 @@
 
 #include <unistd.h>
 
+#include "privileged/copies/FinishedTree.h"
 #include "privileged/system/AdminGroup.h"
-#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 namespace {

@@ -101,7 +101,6 @@ std::optional<std::string> encodedRequest(const ToolRequest& request) {
     std::string body;
     appendNumber(body, request.arguments.size() + 1, 4);
     const auto append = [&body](std::string_view text) {
-        if (text.size() > message_limits::bodySize) return false;
         appendText(body, text);
         return body.size() <= message_limits::bodySize;
     };

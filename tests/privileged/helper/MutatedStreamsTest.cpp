@@ -22,7 +22,7 @@
 
 #include "privileged/helper/HelperSession.h"
 #include "tests/privileged/helper/HelperProcess.h"
-#include "tests/privileged/helper/ReadOnlyMachine.h"
+#include "tests/privileged/wall/ReadOnlyMachine.h"
 
 namespace installer::test {
 namespace {
