@@ -37,18 +37,19 @@ std::size_t filesForTheDescriptorLimit() {
     return std::clamp<std::size_t>(limit.rlim_cur / 8, 1, mostFilesAhead);
 }
 
-std::string folderOf(const std::string& path) {
+std::string_view folderOf(std::string_view path) {
     const std::size_t slash = path.rfind('/');
     return path.substr(0, slash == 0 ? 1 : slash);
 }
 
-std::string nameOf(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
+/// Ends where the path ends.
+const char* nameOf(const std::string& path) {
+    return path.c_str() + path.rfind('/') + 1;
 }
 
 bool hasName(const std::string& path) {
-    return path.starts_with('/') && !path.ends_with('/') && path.find('\0') == std::string::npos &&
-           nameOf(path) != "." && nameOf(path) != "..";
+    return path.starts_with('/') && !path.ends_with('/') && !path.ends_with("/.") &&
+           !path.ends_with("/..") && path.find('\0') == std::string::npos;
 }
 
 bool isUnchanged(const struct stat& before, const struct stat& now) {
@@ -162,14 +163,14 @@ std::shared_ptr<CopyStager::Prepared> CopyStager::take(const std::string& source
 
 void CopyStager::topUp() {
     while (next_ && expected_.size() < mostFiles_ && bytes_ < mostBytesAhead) {
-        const std::optional<ExpectedCopy> copy = next_();
+        std::optional<ExpectedCopy> copy = next_();
         if (!copy) {
             next_ = nullptr;
             return;
         }
         auto prepared = std::make_shared<Prepared>();
-        prepared->source = copy->source;
-        prepared->destination = copy->destination;
+        prepared->source = std::move(copy->source);
+        prepared->destination = std::move(copy->destination);
         prepared->task.privileges = privileges_;
         prepared->task.given = given_;
         expected_.push_back(prepared);
@@ -238,8 +239,7 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     const NamelessFile file = std::move(*copy.file);
     copy.file.reset();
     struct stat status = {};
-    if (fstatat(copy.sourceFolder->get(), nameOf(copy.source).c_str(), &status,
-                AT_SYMLINK_NOFOLLOW) != 0 ||
+    if (fstatat(copy.sourceFolder->get(), nameOf(copy.source), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
         !isUnchanged(copy.sourceStatus, status)) {
         return std::nullopt;
     }
@@ -261,7 +261,7 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
         removeIfSame(folder->get(), name, status);
         return std::nullopt;
     }
-    destination_.entryHasCome(name);
+    destination_.entryHasCome(name, status);
     finished.remember({copy.destination, folder, name}, status, copy.task);
     for (auto rest = static_cast<std::uint64_t>(status.st_size); progress && rest > 0;) {
         const std::uint64_t step = std::min(rest, progressStep);
@@ -271,8 +271,9 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     return std::error_code();
 }
 
-CopyStager::Folder CopyStager::sourceFolder(const std::string& path) {
-    if (source_.path == path) return source_.folder;
+CopyStager::Folder CopyStager::sourceFolder(std::string_view folderPath) {
+    if (source_.path == folderPath) return source_.folder;
+    const std::string path(folderPath);
     auto folder = openFolder(path, policy_);
     source_ = {path,
                folder ? std::make_shared<FileDescriptor>(std::move(folder).value()) : nullptr};
@@ -282,13 +283,14 @@ CopyStager::Folder CopyStager::sourceFolder(const std::string& path) {
 /// A folder on whose file system the copies into that folder can be filled: it itself, or the
 /// nearest one above it, as long as it is missing. What a folder hands down to new entries must be
 /// the same in both.
-CopyStager::Folder CopyStager::stagingFolder(const std::string& path) {
-    if (staging_.path == path) return staging_.folder;
+CopyStager::Folder CopyStager::stagingFolder(std::string_view folderPath) {
+    if (staging_.path == folderPath) return staging_.folder;
+    const std::string path(folderPath);
     staging_ = {path, nullptr};
     std::string existing = path;
     auto folder = openFolder(existing, policy_);
     while (folder.error() == std::errc::no_such_file_or_directory && existing != "/") {
-        existing = folderOf(existing);
+        existing = std::string(folderOf(existing));
         folder = openFolder(existing, policy_);
     }
     if (!folder || !hasRoom(folder.value().get())) return nullptr;

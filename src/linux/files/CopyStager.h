@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "linux/files/CopyThreads.h"
@@ -76,8 +77,8 @@ class CopyStager {
     void fill(Prepared& copy);
     void waitFor(Prepared& copy, const CopyProgress& progress);
     void giveUp(Prepared& copy);
-    [[nodiscard]] Folder sourceFolder(const std::string& path);
-    [[nodiscard]] Folder stagingFolder(const std::string& path);
+    [[nodiscard]] Folder sourceFolder(std::string_view folderPath);
+    [[nodiscard]] Folder stagingFolder(std::string_view folderPath);
     [[nodiscard]] bool leadsTo(const std::string& path, const struct stat& status);
     [[nodiscard]] static bool hasRoom(int folder);
 

@@ -9,24 +9,27 @@
 
 namespace installer {
 
-FilledFolder::Folder FilledFolder::at(const std::string& path) {
+FilledFolder::Folder FilledFolder::at(std::string_view path) {
     if (folder_ && path == path_) return folder_;
     forget();
-    auto folder = openFolder(path, policy_);
+    std::string wanted(path);
+    auto folder = openFolder(wanted, policy_);
     if (!folder || fstat(folder.value().get(), &status_) != 0) return nullptr;
     clearDeadTemporaries(folder.value().get());
-    path_ = path;
+    path_ = std::move(wanted);
     folder_ = std::make_shared<const FileDescriptor>(std::move(folder).value());
     return folder_;
 }
 
 Result<struct stat> FilledFolder::statusOf(const std::string& path) {
     struct stat status = {};
-    const bool isInside = holdsEntryOf(path);
+    const std::string_view name = nameOfEntryAt(path);
+    if (!name.empty() && name == std::exchange(newest_, {})) return newestStatus_;
     newest_.clear();
-    if (isInside) {
-        const char* name = path.c_str() + path.rfind('/') + 1;
-        if (fstatat(folder_->get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0) return systemError();
+    if (!name.empty() && isAtItsPath_) {
+        if (fstatat(folder_->get(), name.data(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+            return systemError();
+        }
         return status;
     }
     const bool isSeen = lstat(path.c_str(), &status) == 0;
@@ -40,9 +43,10 @@ Result<struct stat> FilledFolder::statusOf(const std::string& path) {
     return status;
 }
 
-void FilledFolder::entryHasCome(std::string_view name) {
+void FilledFolder::entryHasCome(std::string_view name, const struct stat& status) {
     isAtItsPath_ = false;
     newest_ = name;
+    newestStatus_ = status;
 }
 
 void FilledFolder::doubtItsPath() {
@@ -56,13 +60,12 @@ void FilledFolder::forget() {
     folder_.reset();
 }
 
-/// Whether the path names an entry that is to be looked for in the open folder.
-bool FilledFolder::holdsEntryOf(std::string_view path) const {
-    if (!folder_ || (!isAtItsPath_ && newest_.empty())) return false;
+/// The name of the entry in the open folder that the path stands for; empty if it is another path.
+/// It ends where the path ends.
+std::string_view FilledFolder::nameOfEntryAt(std::string_view path) const {
     const auto slash = path.rfind('/');
-    if (slash != path_.size() || !path.starts_with(path_)) return false;
-    const std::string_view name = path.substr(slash + 1);
-    return !name.empty() && (isAtItsPath_ || name == newest_);
+    if (!folder_ || slash != path_.size() || !path.starts_with(path_)) return {};
+    return path.substr(slash + 1);
 }
 
 }  // namespace installer

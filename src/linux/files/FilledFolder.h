@@ -23,7 +23,7 @@ class FilledFolder {
 
     /// The folder at the path, which is kept from now on. Temporaries that dead processes have left
     /// in it are removed when it is opened. Null if it cannot be opened.
-    [[nodiscard]] Folder at(const std::string& path);
+    [[nodiscard]] Folder at(std::string_view path);
 
     /// The entry's status, a link's own; the path is one that the system calls take. A look at the
     /// kept folder itself finds out whether its path still leads there.
@@ -32,9 +32,9 @@ class FilledFolder {
     /// Whether the path leads to the kept folder, as far as is known.
     [[nodiscard]] bool isAtItsPath() const { return isAtItsPath_; }
 
-    /// A copy of that name has just come into the folder: where its path leads is known for one
-    /// more look.
-    void entryHasCome(std::string_view name);
+    /// A copy of that name, with that status, has just come into the folder. It is the answer if
+    /// the next look is at it: whoever copies looks whether the copy is there.
+    void entryHasCome(std::string_view name, const struct stat& status);
 
     /// What is known of the path may be wrong by now.
     void doubtItsPath();
@@ -45,7 +45,7 @@ class FilledFolder {
     [[nodiscard]] const std::string& path() const { return path_; }
 
   private:
-    [[nodiscard]] bool holdsEntryOf(std::string_view path) const;
+    [[nodiscard]] std::string_view nameOfEntryAt(std::string_view path) const;
 
     LinkPolicy policy_;
     std::string path_;
@@ -53,6 +53,7 @@ class FilledFolder {
     struct stat status_ = {};  ///< of the folder when it was opened
     bool isAtItsPath_ = false;
     std::string newest_;  ///< the entry that has come, if nothing was looked at since
+    struct stat newestStatus_ = {};
 };
 
 }  // namespace installer

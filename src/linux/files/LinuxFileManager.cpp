@@ -81,9 +81,10 @@ LinkPolicy LinuxFileManager::linkPolicyOfThisProcess() {
 }
 
 bool LinuxFileManager::exists(const std::string& path) {
-    const auto usable = usablePath(path);
-    const auto status =
-        usable ? stager_.destination().statusOf(*usable) : Result<struct stat>(systemError(ENOENT));
+    // Asked several times for each item: a path that is right as it is need not be copied.
+    const bool isRight = path.size() > 1 && path.front() == '/' && path.back() != '/' &&
+                         path.find('\0') == std::string::npos;
+    const auto status = isRight ? stager_.destination().statusOf(path) : statusOf(path);
     const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
                            status.error() == std::errc::not_a_directory;
     // The caller goes on as if there was no entry, so the log must say why, once for each path.

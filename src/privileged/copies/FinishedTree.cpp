@@ -8,6 +8,7 @@ namespace installer {
 
 void FinishedTree::forget() {
     isKnown_ = false;
+    wasJustSeen_ = false;
     place_ = {};
 }
 
@@ -33,7 +34,16 @@ bool FinishedTree::hasNoAttributes(const std::string& path) const {
     return isKnown_ && !hasAttributes_ && isAt(path);
 }
 
+/// The commands for owner and mode come together: one look serves both.
 bool FinishedTree::isAt(const std::string& path) const {
+    const bool isAtItsPlace = path == place_.path;
+    if (std::exchange(wasJustSeen_, false) && isAtItsPlace) return true;
+    const bool isSeen = isSeenAt(path);
+    wasJustSeen_ = isSeen && isAtItsPlace;
+    return isSeen;
+}
+
+bool FinishedTree::isSeenAt(const std::string& path) const {
     struct stat now = {};
     const bool isInFolder = place_.folder != nullptr && path == place_.path;
     const int seen =

@@ -36,12 +36,14 @@ class FinishedTree {
 
   private:
     [[nodiscard]] bool isAt(const std::string& path) const;
+    [[nodiscard]] bool isSeenAt(const std::string& path) const;
 
     bool isKnown_ = false;
     Place place_;
     struct stat status_ = {};
     GivenAttributes given_;
     bool hasAttributes_ = false;
+    mutable bool wasJustSeen_ = false;  ///< at its place, by the question before
 };
 
 }  // namespace installer

@@ -51,15 +51,19 @@ bool MessageStream::send(std::string_view encodedMessage) {
     return true;
 }
 
-std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
+std::optional<Message> MessageStream::received() {
     Message message;
-    while (ending_ == Ending::none) {
-        const MessageDecoder::State state = decoder_.next(message);
-        if (state == MessageDecoder::State::message) return message;
-        if (state == MessageDecoder::State::malformed) {
-            ending_ = Ending::malformed;
-            break;
-        }
+    if (ending_ != Ending::none) return std::nullopt;
+    const MessageDecoder::State state = decoder_.next(message);
+    if (state == MessageDecoder::State::message) return message;
+    if (state == MessageDecoder::State::malformed) ending_ = Ending::malformed;
+    return std::nullopt;
+}
+
+std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
+    for (;;) {
+        if (std::optional<Message> message = received()) return message;
+        if (ending_ != Ending::none) return std::nullopt;
         std::array<char, 16384> buffer;
         const ssize_t count = readSome(input_, buffer, whileWaiting);
         if (count > 0) {
@@ -73,7 +77,6 @@ std::optional<Message> MessageStream::receive(const std::function<void()>& while
             ending_ = errno == ECONNRESET ? Ending::closed : Ending::failed;
         }
     }
-    return std::nullopt;
 }
 
 bool MessageStream::canSend() const {

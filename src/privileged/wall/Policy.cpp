@@ -74,10 +74,12 @@ bool take(const Argument& place, const std::string& text, InvokingUser& user, Co
     return false;
 }
 
-std::optional<Command> matched(const Rule& rule, const ToolRequest& request, InvokingUser& user) {
+std::optional<Command> matched(const Rule& rule, const ToolRequestView& request,
+                               InvokingUser& user) {
+    if (request.tool != rule.tool) return std::nullopt;
     const auto count = static_cast<std::size_t>(std::ranges::count_if(
         rule.arguments, [](const Argument& a) { return a.kind != Argument::Kind::nothing; }));
-    if (request.tool != rule.tool || request.arguments.size() != count) return std::nullopt;
+    if (request.arguments.size() != count) return std::nullopt;
     Command command;
     command.action = rule.action;
     command.mode = rule.mode;
@@ -91,10 +93,10 @@ std::optional<Command> matched(const Rule& rule, const ToolRequest& request, Inv
 
 }  // namespace
 
-std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user,
+std::optional<Command> allowedCommand(const ToolRequestView& request, InvokingUser& user,
                                       const ProtectedFolders& folders) {
     for (const Rule& rule : rules) {
-        const std::optional<Command> command = matched(rule, request, user);
+        std::optional<Command> command = matched(rule, request, user);
         if (command && !folders.hold(command->path)) return command;
     }
     return std::nullopt;

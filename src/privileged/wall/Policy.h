@@ -35,7 +35,8 @@ struct Command {
 /// The request as a command, when its tool and every argument are as the policy's table has them
 /// and each path is one that `isPlainPath`, and what is acted upon lies in no protected folder.
 /// nullopt otherwise.
-[[nodiscard]] std::optional<Command> allowedCommand(const ToolRequest& request, InvokingUser& user,
+[[nodiscard]] std::optional<Command> allowedCommand(const ToolRequestView& request,
+                                                    InvokingUser& user,
                                                     const ProtectedFolders& folders);
 
 /// Absolute, not the root itself, within PATH_MAX, without a NUL and without the components "",

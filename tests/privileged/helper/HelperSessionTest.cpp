@@ -27,7 +27,7 @@ class HelperSessionTest : public PrivilegedHelperProgram {
 };
 
 TEST_F(HelperSessionTest, TellsOfProgressAtMostTwentyTimesASecond) {
-    addSource(2000);
+    addSource(200);
     HelperProcess helper;
     ASSERT_TRUE(helper.saysHello());
     const auto start = std::chrono::steady_clock::now();
@@ -43,9 +43,38 @@ TEST_F(HelperSessionTest, TellsOfProgressAtMostTwentyTimesASecond) {
         std::chrono::steady_clock::now() - start);
     ASSERT_TRUE(message);
     EXPECT_EQ(exitStatus(*message), 0U);
-    EXPECT_EQ(bytes, 2000 * std::string("contents").size());
+    EXPECT_EQ(bytes, 200 * std::string("contents").size());
     // One at once, and one with what is left at the end.
     EXPECT_LE(told, time / std::chrono::milliseconds(50) + 2);
+}
+
+TEST_F(HelperSessionTest, TellsOfTheBytesOfEachCopyAlone) {
+    addSource(1);
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    for (const char* name : {"first", "second", "third"}) {
+        const ToolRequest copy{"/bin/cp", {"-R", folder / "source", folder / name}};
+        ASSERT_TRUE(helper.sendBytes(encodedRequest(copy).value()));
+        std::uint64_t bytes = 0;
+        std::optional<Message> message = helper.stream().receive();
+        for (; message && progressBytes(*message); message = helper.stream().receive()) {
+            bytes += *progressBytes(*message);
+        }
+        ASSERT_TRUE(message);
+        EXPECT_EQ(bytes, std::string("contents").size()) << name;
+    }
+}
+
+TEST_F(HelperSessionTest, FailsIfNobodyIsThereForItsHello) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
+    FileDescriptor reading(ends[0]);
+    const FileDescriptor writing(ends[1]);
+    reading.reset();
+    HelperProcess helper(afterDoing([&] {
+        if (::dup2(writing.get(), STDOUT_FILENO) < 0) ::_exit(98);
+    }));
+    EXPECT_EQ(helper.exitStatus(), 1);
 }
 
 /// Writes until the pipe takes nothing more, not even a byte.

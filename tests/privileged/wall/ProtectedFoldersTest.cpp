@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "privileged/wall/ProtectedFolders.h"
+#include "tests/privileged/system/OwnAccounts.h"
 
 namespace installer::test {
 namespace {
@@ -30,6 +31,38 @@ TEST(ProtectedFolders, AreThoseOfTheTargetVolumeWhereverItLies) {
     for (const char* path : {"/var/tmp/vol/Library/x", "/var/tmp/vol/Users/nobody/x"}) {
         EXPECT_FALSE(folders.hold(path)) << path;
     }
+}
+
+TEST(ProtectedFolders, HoldTheTargetVolumeItselfWhereverItLies) {
+    const ProtectedFolders folders("/mnt/disk", "", user);
+    EXPECT_TRUE(folders.hold("/mnt/disk"));
+    EXPECT_TRUE(folders.hold("/mnt/disk/usr/x"));
+    EXPECT_FALSE(folders.hold("/mnt/disk/Library/x"));
+    EXPECT_FALSE(folders.hold("/mnt/disk2/usr/x"));
+}
+
+TEST(ProtectedFolders, OnlyATargetVolumeHasTheFolderUsers) {
+    EXPECT_TRUE(ProtectedFolders("", "", user).hold("/Users/nobody/x"));
+    EXPECT_FALSE(ProtectedFolders("/mnt/disk", "", user).hold("/mnt/disk/Users/nobody/x"));
+    constexpr uid_t unknown = 4'000'000'000;
+    EXPECT_TRUE(ProtectedFolders("/mnt/disk", "", unknown).hold("/mnt/disk/Users/nobody/x"))
+        << "a user without a name has no home on it";
+}
+
+TEST(ProtectedFolders, HoldNotTheHomeOfTheUsersAccount) {
+    constexpr uid_t ada = 4242;
+    const auto heldInHomeOf = [](uid_t owner) {
+        return withAccounts("ada:x:4242:4242::/home/ada:\n", "", [owner]() -> std::string {
+            if (::mount("none", "/home", "tmpfs", 0, "size=1m,mode=0755") != 0 ||
+                ::mkdir("/home/ada", 0755) != 0 || ::chown("/home/ada", owner, 0) != 0) {
+                return "no home";
+            }
+            const ProtectedFolders folders("", "/home/other", ada);
+            return folders.hold("/home/ada/x") ? "held" : "not held";
+        });
+    };
+    EXPECT_EQ(heldInHomeOf(ada), "not held");
+    EXPECT_EQ(heldInHomeOf(0), "held");
 }
 
 TEST(ProtectedFolders, HoldNotTheHomeThatBelongsToTheUser) {
