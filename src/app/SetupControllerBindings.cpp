@@ -1,9 +1,10 @@
 #include <variant>
 
-#include "app/HostRows.h"
-#include "app/HostsTexts.h"
 #include "app/SetupController.h"
-#include "app/WindowTexts.h"
+#include "app/texts/HostRows.h"
+#include "app/texts/HostsTexts.h"
+#include "app/texts/ProgressTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "ports/Alerts.h"
@@ -117,21 +118,41 @@ void SetupController::bindPages() {
     bindProperty("selectionNote",
                  [this] { return selectionNote(platform_.bundle, selectedHosts()); },
                  {"foundHosts", "enableForward", stepOrOutcome});
+    bindProperty("spaceNote", [this] { return spaceNote(); },
+                 {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
                  {"enableForward", stepOrOutcome});
     bindProperty("waitingText", [this] { return waitingText(); },
                  {"runningApplication", "enableForward", stepOrOutcome});
     bindConstant("notOfferedText",
                  [this] { return notOfferedText(platform_.bundle, hostsModel_->notOffered()); });
+    bindProperty("showsOutcome",
+                 [this] { return stateController_->currentState() == step_number::completion; },
+                 {stepOrOutcome});
     bindProperty("outcomeText", [this] { return outcomeText(); }, {stepOrOutcome});
     bindProperty("noPhotoshopText", [this] { return noPhotoshopText(); }, {stepOrOutcome});
     bindProperty("showsOutcomeText", [this] { return noPhotoshopText().empty(); }, {stepOrOutcome});
     bindProperty("installedPlaces", [this] { return installedPlaces(); }, {stepOrOutcome});
 }
 
+void SetupController::bindProgress() {
+    bindProperty("progressNote",
+                 [this] {
+                     return progressNote(platform_.bundle,
+                                         installFilesController_->progressReport());
+                 },
+                 {"progressReport", stepOrOutcome});
+    bindProperty("authorizationReason",
+                 [this] {
+                     return installFilesController_->asksForRights()
+                                ? authorizationReason(platform_.bundle)
+                                : "";
+                 },
+                 {"asksForRights", stepOrOutcome});
+}
+
 void SetupController::bindFailureReport() {
     bindProperty("installationFailed", [this] { return installationFailed(); }, {stepOrOutcome});
-    bindConstant("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
     bindProperty("failureReason", [this] { return failureReport_.failureReason(); },
                  {stepOrOutcome});
     bindProperty("failedItems", [this] { return failureReport_.failedItems(); }, {stepOrOutcome});
@@ -174,6 +195,12 @@ void SetupController::pressExtraButton(const void* sender) {
 
 void SetupController::confirmCopy() {
     setOption("copiedNote", isCopied_, true);
+}
+
+std::string SetupController::spaceNote() {
+    // The payload is looked at on the page that shows it, and not before.
+    if (stateController_->currentState() != step_number::hostSelection) return "";
+    return spaceText(platform_.bundle, neededSpace_.of(selectedHosts(), foundHosts()));
 }
 
 PropertyValue SetupController::pageText() const {

@@ -11,6 +11,7 @@
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
+#include "product/CutNote.h"
 
 namespace installer {
 
@@ -35,7 +36,9 @@ std::optional<StyledText> rtfResource(Platform& platform, const std::string& nam
     if (const auto* error = std::get_if<RtfError>(&text)) {
         return refused(platform, *path + ": " + error->reason);
     }
-    return std::get<StyledText>(std::move(text));
+    StyledText page = std::get<StyledText>(std::move(text));
+    addCutNote(page, platform.bundle, *path);
+    return page;
 }
 
 StyledText nilText() {

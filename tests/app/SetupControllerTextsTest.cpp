@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/text/ShownLength.h"
 #include "tests/app/Announcements.h"
 #include "tests/app/Wizard.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;
@@ -176,6 +178,16 @@ TEST_F(SetupControllerTextsTest, EmptyTermsAreTermsAllTheSame) {
     hasLicense("");
     start();
     EXPECT_EQ(plainTextOf("licenseText"), "");
+}
+
+TEST_F(SetupControllerTextsTest, TermsThatAreTooLongAreCutAndSayWhereAllOfThemAre) {
+    hasLicense("Terms\n" + std::string(ShownLength::mostBytes, 'x'));
+    start();
+    const std::string text = plainTextOf("licenseText");
+    EXPECT_TRUE(text.starts_with("Terms\nx"));
+    EXPECT_LT(text.size(), ShownLength::mostBytes + 1000);
+    EXPECT_THAT(text, HasSubstr("too long"));
+    EXPECT_THAT(text, HasSubstr("license.txt"));
 }
 
 TEST_F(SetupControllerTextsTest, TheTermsCannotBeReplaced) {

@@ -85,6 +85,7 @@ TEST_P(FileManagerContractLooking, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_FALSE(files().exists(name));
         EXPECT_FALSE(files().isPackage(name));
         EXPECT_EQ(files().bytesToCopy(name), 0U);
+        EXPECT_EQ(files().freeBytes(name), std::nullopt);
         EXPECT_EQ(files().attributes(name).error(), missing);
         EXPECT_EQ(files().list(name).error(), missing);
         EXPECT_EQ(files().readTree(name, nullptr).error(), missing);
@@ -99,6 +100,16 @@ TEST_P(FileManagerContractLooking, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_THAT(walked(files(), name, WalkDepth::everything, ""), IsEmpty());
     }
     EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_P(FileManagerContractLooking, FreeBytesAreThoseOfTheNearestFolderThatExists) {
+    scene_->makeFile("file");
+    const auto here = files().freeBytes(path());
+    ASSERT_TRUE(here.has_value());
+    EXPECT_GT(*here, 0U);
+    for (const char* name : {"file", "missing", "missing/deeper/still"}) {
+        EXPECT_TRUE(files().freeBytes(path(name)).has_value()) << name;
+    }
 }
 
 TEST_P(FileManagerContractLooking, ListGivesHiddenNamesTooAndFollowsLinks) {
@@ -221,6 +232,32 @@ TEST_P(FileManagerContractLooking, ATreeHasHiddenEntriesAndWhatIsInPackages) {
                         "Tool.app/Contents/x 3", "empty/", "file.app 5", "link@", "special?"))
             << top;
     }
+}
+
+TEST_P(FileManagerContractLooking, ATreeTellsWhichNamesAreOneFile) {
+    scene_->makeFolder("a");
+    scene_->makeFile("a/one", "123");
+    scene_->makeHardLink("a/one", "a/other");
+    scene_->makeFile("a/alone", "123");
+    scene_->makeFile("outside", "123");
+    scene_->makeHardLink("outside", "a/inside");
+    auto tree = entries("a");
+    EXPECT_EQ(tree["one"].sharedFile, tree["other"].sharedFile);
+    EXPECT_NE(tree["one"].sharedFile, 0U);
+    EXPECT_EQ(tree["alone"].sharedFile, 0U);
+    EXPECT_NE(tree["inside"].sharedFile, 0U);
+    EXPECT_NE(tree["inside"].sharedFile, tree["one"].sharedFile);
+    ASSERT_FALSE(files().remove(path("a/one")));
+    EXPECT_EQ(entries("a")["other"].sharedFile, 0U);
+}
+
+TEST_P(FileManagerContractLooking, AFileWithSeveralNamesIsMeasuredOnce) {
+    scene_->makeFolder("a");
+    scene_->makeFile("a/one", "123");
+    scene_->makeHardLink("a/one", "a/other");
+    scene_->makeFile("a/alone", "12345");
+    EXPECT_EQ(files().bytesToCopy(path("a")), 8U);
+    EXPECT_EQ(files().bytesToCopy(path("a/other")), 3U);
 }
 
 TEST_P(FileManagerContractLooking, ATreeMarksWhatCannotBeListedAndReadsTheRest) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "foundation/text/ShownLength.h"
 #include "product/RtfResource.h"
 #include "tests/support/FakePlatform.h"
 
@@ -50,6 +51,14 @@ TEST_F(RtfResourceTest, IsNoneWhenTheFileIsNoRtf) {
     fake.memory.addFile(path, "Done. %@ %s");
     EXPECT_FALSE(rtfResource(fake.platform, "register"));
     EXPECT_THAT(fake.log.lines, ElementsAre(path + ": the text does not begin with {\\rtf"));
+}
+
+TEST_F(RtfResourceTest, SaysAtTheEndOfAPageThatIsTooLongWhereAllOfItIs) {
+    fake.bundle.tables["Localizable"]["text_cut_fmt"] = "See %@";
+    fake.memory.addFile(path, "{\\rtf1 " + std::string(ShownLength::mostBytes + 1, 'x') + "}");
+    const auto text = rtfResource(fake.platform, "register");
+    ASSERT_TRUE(text);
+    EXPECT_TRUE(text->plainText().ends_with("x\n\nSee " + path));
 }
 
 TEST_F(RtfResourceTest, IsNoneWhenTheFileIsCutShort) {

@@ -15,6 +15,7 @@ import display
 from control import TIME_LIMIT, CallFailed, application_of, poll
 
 MOST_CONTROLS = 50
+MOST_OF_A_TEXT = 300
 # In the environment of everything that an installer starts.
 MARK = "INSTALLER_TEST_RUN"
 
@@ -270,7 +271,7 @@ class Window:
         lines = [f"running: {self.running}, messages:", self.messages, "controls:"]
         try:
             for control in self.controls():
-                lines.append(f"  {control} {sorted(control.states)} {control.text!r}")
+                lines.append(f"  {control} {sorted(control.states)} {control.text[:MOST_OF_A_TEXT]!r}")
         except CallFailed as error:
             lines.append(f"  (no answer: {error})")
         return "\n".join(lines)

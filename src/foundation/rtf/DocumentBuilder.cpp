@@ -1,5 +1,6 @@
 #include "foundation/rtf/DocumentBuilder.h"
 
+#include <string>
 #include <utility>
 
 #include "foundation/values/Utf8.h"
@@ -7,18 +8,28 @@
 namespace installer::rtf {
 
 void DocumentBuilder::add(char32_t character, const CharacterFormat& format) {
+    std::string bytes;
+    appendUtf8(bytes, character);
+    const bool beginsRun = text_.empty() || format != format_;
+    if (!length_.takes(bytes.size(), beginsRun ? 1 : 0)) return;
     if (format != format_) {
         endRun();
         format_ = format;
     }
-    appendUtf8(text_, character);
+    text_ += bytes;
 }
 
 void DocumentBuilder::endParagraph(const ParagraphFormat& format) {
+    if (!length_.takes(1, 1) && !hasOpenParagraph()) return;
     endRun();
     Paragraph paragraph = emptyParagraph(format);
     paragraph.runs = std::exchange(runs_, {});
     document_.paragraphs.push_back(std::move(paragraph));
+}
+
+StyledText DocumentBuilder::take() {
+    document_.isCut = length_.isExceeded();
+    return std::move(document_);
 }
 
 bool DocumentBuilder::hasOpenParagraph() const {

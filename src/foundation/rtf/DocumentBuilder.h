@@ -1,13 +1,13 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "foundation/rtf/ColorTable.h"
 #include "foundation/rtf/Fields.h"
 #include "foundation/rtf/FontTable.h"
 #include "foundation/rtf/TextFormat.h"
+#include "foundation/text/ShownLength.h"
 #include "foundation/text/StyledText.h"
 
 namespace installer::rtf {
@@ -19,7 +19,8 @@ struct DocumentTables {
     Fields fields;
 };
 
-/// Collects characters into runs of one style, and runs into paragraphs.
+/// Collects characters into runs of one style, and runs into paragraphs. Takes no more than a
+/// window shows of one text.
 class DocumentBuilder {
   public:
     /// The tables outlive the builder. They may still grow.
@@ -29,8 +30,8 @@ class DocumentBuilder {
     void endParagraph(const ParagraphFormat& format);
     [[nodiscard]] bool hasOpenParagraph() const;
 
-    /// The whole text. End the open paragraph first; add nothing afterwards.
-    [[nodiscard]] StyledText take() { return std::move(document_); }
+    /// The text, cut if it was too long. End the open paragraph first; add nothing afterwards.
+    [[nodiscard]] StyledText take();
 
   private:
     void endRun();
@@ -38,6 +39,7 @@ class DocumentBuilder {
 
     const DocumentTables& tables_;
     StyledText document_;
+    ShownLengthCount length_;
     std::vector<TextRun> runs_;  ///< of the open paragraph
     std::string text_;           ///< text in `format_` that is not in a run yet
     CharacterFormat format_;

@@ -16,7 +16,7 @@ struct RtfError {
 /// Reads RTF as text editors write it. Unknown destinations and control words are ignored, as the
 /// format demands. An error if the text is empty, does not begin as RTF, ends inside a group, or
 /// nests groups deeper than 10,000. Text after the last group is ignored. Time and memory are
-/// linear in the length of the text.
+/// linear in the length of the text; what the window would not show (`ShownLength`) is left out.
 ///
 /// Unicode escapes give any character. Other bytes are read in the code page of their font or
 /// document: all single-byte ones of Windows, the common ones of DOS, Mac Roman, Japanese (932) and

@@ -57,6 +57,7 @@ struct Paragraph {
 /// Text with styles: a plain value that does not depend on a toolkit.
 struct StyledText {
     std::vector<Paragraph> paragraphs = {};
+    bool isCut = false;  ///< true if the text was too long to be shown, and its end is left out
 
     /// One paragraph for each line of the text, without any style.
     [[nodiscard]] static StyledText fromPlainText(std::string_view text);

@@ -11,11 +11,11 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include "privileged/copies/EntryCopy.h"
+#include "privileged/copies/NamelessFile.h"
 #include "privileged/files/RegularFile.h"
 #include "privileged/system/AwaitReadable.h"
 #include "privileged/system/SystemError.h"
-#include "privileged/trees/EntryCopy.h"
-#include "privileged/trees/NamelessFile.h"
 #include "privileged/trees/Temporary.h"
 
 namespace installer {

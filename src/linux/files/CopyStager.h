@@ -15,9 +15,9 @@
 #include "linux/files/CopyThreads.h"
 #include "linux/files/FilledFolder.h"
 #include "ports/FileManager.h"
+#include "privileged/copies/FinishedTree.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/files/Location.h"
-#include "privileged/trees/FinishedTree.h"
-#include "privileged/trees/TreeCopy.h"
 
 namespace installer {
 

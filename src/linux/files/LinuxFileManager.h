@@ -10,8 +10,8 @@
 #include "linux/files/CopyStager.h"
 #include "linux/files/CopyThreads.h"
 #include "ports/FileManager.h"
+#include "privileged/copies/FinishedTree.h"
 #include "privileged/files/Location.h"
-#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 
@@ -47,6 +47,7 @@ class LinuxFileManager : public FileManager {
                          ProgressSink* progress) override;
     void expectCopies(CopySchedule schedule) override;
     std::uint64_t bytesToCopy(const std::string& path) override;
+    std::optional<std::uint64_t> freeBytes(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
     Result<FileAttributes> attributes(const std::string& path) override;

@@ -5,9 +5,9 @@
 
 #include <unistd.h>
 
+#include "privileged/copies/FinishedTree.h"
 #include "privileged/helper/DesktopDatabase.h"
 #include "privileged/system/AdminGroup.h"
-#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 namespace {

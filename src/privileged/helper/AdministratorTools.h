@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "foundation/values/WriteGrant.h"
-#include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/Policy.h"
-#include "privileged/helper/ProtectedFolders.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/protocol/Message.h"
-#include "privileged/trees/TreeCopy.h"
+#include "privileged/wall/InvokingUser.h"
+#include "privileged/wall/Policy.h"
+#include "privileged/wall/ProtectedFolders.h"
 
 namespace installer {
 

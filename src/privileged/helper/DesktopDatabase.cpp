@@ -8,9 +8,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "privileged/helper/KernelWall.h"
 #include "privileged/system/Spawn.h"
 #include "privileged/system/SystemError.h"
+#include "privileged/wall/KernelWall.h"
 
 namespace installer {
 

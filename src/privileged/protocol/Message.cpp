@@ -106,7 +106,6 @@ std::optional<std::string> encodedRequest(std::string_view tool,
     std::string body;
     appendNumber(body, arguments.size() + 1, 4);
     const auto append = [&body](std::string_view text) {
-        if (text.size() > message_limits::bodySize) return false;
         appendText(body, text);
         return body.size() <= message_limits::bodySize;
     };

@@ -21,12 +21,12 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
     return ::write(descriptor, bytes.data(), bytes.size());
 }
 
-/// Until the descriptor is ready for that event, at its end or broken. Its other users may have
-/// made it one that does not block: sudo with output logging does.
+/// Until the descriptor is ready for that event, at its end or broken, or a signal has come: the
+/// caller tries again. Its other users may have made it one that does not block: sudo with output
+/// logging does.
 void awaitReady(int descriptor, short event) {
     pollfd polled{descriptor, event, 0};
-    while (::poll(&polled, 1, -1) < 0 && errno == EINTR) {
-    }
+    static_cast<void>(::poll(&polled, 1, -1));
 }
 
 ssize_t readSome(int descriptor, std::span<char> buffer,

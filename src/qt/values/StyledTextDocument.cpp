@@ -85,6 +85,8 @@ void setStyledText(QTextDocument& document, const StyledText& text, const TextLo
     document.setUndoRedoEnabled(false);
     document.setDefaultFont(look.font);
     QTextCursor cursor(&document);
+    // Without the block, every insertion is laid out before the next one.
+    cursor.beginEditBlock();
     bool isFirst = true;
     for (const Paragraph& paragraph : text.paragraphs) {
         if (!isFirst) cursor.insertBlock();
@@ -96,6 +98,7 @@ void setStyledText(QTextDocument& document, const StyledText& text, const TextLo
             cursor.insertText(lineBroken(run.text), charFormat(run.style, look));
         }
     }
+    cursor.endEditBlock();
 }
 
 }  // namespace installer

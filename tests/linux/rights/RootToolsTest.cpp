@@ -18,7 +18,7 @@
 
 #include "linux/rights/LinuxAuthorization.h"
 #include "linux/rights/RootTools.h"
-#include "tests/privileged/helper/PolicyRows.h"
+#include "tests/privileged/wall/PolicyRows.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace installer::test {

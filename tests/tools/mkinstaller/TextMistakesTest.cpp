@@ -229,6 +229,13 @@ INSTANTIATE_TEST_SUITE_P(
                                                  (std::uintmax_t{16} << 20U) + 1);
                 },
                 "de.lproj/register.rtf"},
+        Mistake{"LicenceLongerThanTheWindowShows", "M044",
+                writing("de.lproj/license.txt", "Lizenz\n" + std::string(512U << 10U, 'x')),
+                "de.lproj/license.txt", "xxx"},
+        Mistake{"LastPageLongerThanTheWindowShows", "M044",
+                writing("de.lproj/register.rtf",
+                        "{\\rtf1 Fertig. " + std::string(512U << 10U, 'x') + "}"),
+                "de.lproj/register.rtf"},
         Mistake{"MarkOfTheHostLost", "M045",
                 writing("de.lproj/host_running.rtf", "{\\rtf1 Bitte beenden.}"),
                 "de.lproj/host_running.rtf"},

@@ -7,6 +7,7 @@
 
 #include "foundation/rtf/RtfReader.h"
 #include "foundation/rtf/Tokenizer.h"
+#include "foundation/text/ShownLength.h"
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "foundation/values/Utf8.h"
@@ -81,6 +82,13 @@ class PageCheck {
         context_.findings.add(code, {file_, line}, std::move(problem), std::move(repair));
     }
 
+    void tellTooLong(std::size_t line) {
+        tell("M044", line,
+             "the window shows 512 kB of a page in at most 8192 lines or changes of style, and "
+             "cuts the rest",
+             "shorten it, or put the long text into a file that is installed");
+    }
+
     void checkLicence(const std::string& text) {
         if (!isValidUtf8(text)) {
             tell("M042", lineOf(text, firstDamagedByte(text)),
@@ -88,6 +96,8 @@ class PageCheck {
                  "save it as UTF-8");
         } else if (trimmed(replacingAll(text, "\n", "")).empty()) {
             tell("M047", 1, "the licence is empty", "write the licence's text");
+        } else if (const auto shown = shownPart(text); shown.size() < text.size()) {
+            tellTooLong(lineOf(text, shown.size()));
         }
     }
 
@@ -106,6 +116,7 @@ class PageCheck {
             tell("M047", 1, "the page is empty", "write what the page should say");
             return;
         }
+        if (std::get<StyledText>(read).isCut) tellTooLong(1);
         checkEnd(bytes);
         if (contains(text, replacement)) {
             tell("M049", 1, "the page has characters that the reader does not know",
