@@ -29,8 +29,17 @@ QImage fitted(const QImage& picture, QSize area) {
 
 }  // namespace
 
+QImage readPicture(const std::string& path) {
+    const QString file = toQt(path);
+    // To find out the kind from the contents, the toolkit loads every plug-in for pictures.
+    QImageReader named(file, QFileInfo(file).suffix().toLower().toLatin1());
+    named.setAutoDetectImageFormat(false);
+    QImage picture = named.read();
+    return picture.isNull() ? QImageReader(file).read() : picture;
+}
+
 void showPicture(QLabel& label, const Image& image) {
-    const QImage picture = image.path.empty() ? QImage() : QImageReader(toQt(image.path)).read();
+    const QImage picture = image.path.empty() ? QImage() : readPicture(image.path);
     if (picture.isNull()) {
         label.setPixmap(QPixmap());
         return;

@@ -3,11 +3,13 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QPixmap>
 #include <clocale>
 
 #include "foundation/values/Paths.h"
 #include "ports/Bundle.h"
 #include "qt/theme/WindowStyle.h"
+#include "qt/values/Picture.h"
 #include "qt/values/QtText.h"
 
 namespace installer {
@@ -23,7 +25,10 @@ std::vector<std::string> commandLine(const std::string& executablePath,
 void setIcon(const Bundle& bundle) {
     for (const char* type : {"svg", "png"}) {
         if (const auto path = bundle.resourcePath("AppIcon", type)) {
-            QApplication::setWindowIcon(QIcon(toQt(*path)));
+            // An icon without a size of its own is drawn in each size that is asked for.
+            const QImage picture = path->ends_with("png") ? readPicture(*path) : QImage();
+            QApplication::setWindowIcon(picture.isNull() ? QIcon(toQt(*path))
+                                                         : QIcon(QPixmap::fromImage(picture)));
             return;
         }
     }

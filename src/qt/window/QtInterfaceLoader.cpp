@@ -1,5 +1,6 @@
 #include "qt/window/QtInterfaceLoader.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -25,7 +26,6 @@ namespace {
 class DescriptionReader final : public QUiLoader {
   public:
     DescriptionReader() {
-        // A description is made of the toolkit's own controls; plug-ins would only be looked for.
         clearPluginPaths();
         setLanguageChangeEnabled(false);
         setTranslationEnabled(false);
@@ -42,6 +42,16 @@ class DescriptionReader final : public QUiLoader {
   private:
     QString unknownClass_;
 };
+
+/// A description is made of the toolkit's own controls. The reader would load all plug-ins of the
+/// toolkit's designer when it is made, and with them a dozen libraries.
+std::unique_ptr<DescriptionReader> readerWithoutPlugIns() {
+    const QStringList paths = QCoreApplication::libraryPaths();
+    QCoreApplication::setLibraryPaths({});
+    auto reader = std::make_unique<DescriptionReader>();
+    QCoreApplication::setLibraryPaths(paths);
+    return reader;
+}
 
 }  // namespace
 
@@ -62,14 +72,14 @@ std::unique_ptr<Interface> QtInterfaceLoader::load(const std::string& name, Inte
     QFile file(toQt(*path));
     if (!file.open(QIODevice::ReadOnly)) return refuse(name, fromQt(file.errorString()));
 
-    DescriptionReader reader;
+    const auto reader = readerWithoutPlugIns();
     // Pictures that a description names itself lie beside it.
-    reader.setWorkingDirectory(QFileInfo(file).absoluteDir());
-    std::unique_ptr<QWidget> root(reader.load(&file));
-    if (!reader.unknownClass().isEmpty()) {
-        return refuse(name, "unknown class " + fromQt(reader.unknownClass()) + ".");
+    reader->setWorkingDirectory(QFileInfo(file).absoluteDir());
+    std::unique_ptr<QWidget> root(reader->load(&file));
+    if (!reader->unknownClass().isEmpty()) {
+        return refuse(name, "unknown class " + fromQt(reader->unknownClass()) + ".");
     }
-    if (!root) return refuse(name, fromQt(reader.errorString()));
+    if (!root) return refuse(name, fromQt(reader->errorString()));
 
     if (auto* window = qobject_cast<QMainWindow*>(root.get())) {
         new WindowManners(*window);
