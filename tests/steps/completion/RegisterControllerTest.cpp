@@ -101,6 +101,18 @@ TEST_F(RegisterControllerTest, APageThatCannotBeOpenedLeavesTheStepAsItIs) {
     EXPECT_THAT(fake.alerts.shown, IsEmpty());
 }
 
+TEST_F(RegisterControllerTest, NamesTheAddressThatCouldNotBeOpenedUntilItIsOpened) {
+    fake.bundle.tables["Localizable"]["register_url"] = "https://acme.example/register";
+    enter();
+    EXPECT_EQ(controller.unopenedAddress(), "");
+    fake.workspace.canOpen = false;
+    controller.buttonPressed(nullptr);
+    EXPECT_EQ(controller.unopenedAddress(), "https://acme.example/register");
+    fake.workspace.canOpen = true;
+    controller.buttonPressed(nullptr);
+    EXPECT_EQ(controller.unopenedAddress(), "");
+}
+
 TEST_F(RegisterControllerTest, ShowsItsViewWhileItIsCurrentAndSharesItNoLonger) {
     enter();
     EXPECT_FALSE(view->hidden);

@@ -387,6 +387,14 @@ TEST_F(HostsControllerCustomFolderNote, IsEmptyForAFolderThatIsThere) {
     EXPECT_EQ(note(), "");
 }
 
+TEST_F(HostsControllerCustomFolderNote, IsEmptyForAFolderThatTheUserMayNotList) {
+    remember("/My Plug-Ins");
+    fake.memory.addFolder("/My Plug-Ins");
+    fake.memory.makeUnlistable("/My Plug-Ins");
+    enterCustomScreen();
+    EXPECT_EQ(note(), "");
+}
+
 TEST_F(HostsControllerCustomFolderNote, IsEmptyWhileNoFolderIsChosen) {
     enterCustomScreen();
     EXPECT_EQ(note(), "");
