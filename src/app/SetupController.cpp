@@ -7,7 +7,7 @@
 
 #include "app/AboutAlert.h"
 #include "app/HelpPage.h"
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "hosts/HostLists.h"
 #include "ports/window/InterfaceLoader.h"

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "app/FailureReport.h"
 #include "app/MainWindow.h"
-#include "app/NeededSpace.h"
 #include "app/StepRegistry.h"
+#include "app/texts/FailureReport.h"
+#include "app/texts/NeededSpace.h"
 #include "foundation/observers/Observable.h"
 #include "foundation/observers/Subscription.h"
 #include "foundation/text/StyledText.h"

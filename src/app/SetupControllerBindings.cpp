@@ -1,10 +1,10 @@
 #include <variant>
 
-#include "app/HostRows.h"
-#include "app/HostsTexts.h"
-#include "app/ProgressTexts.h"
 #include "app/SetupController.h"
-#include "app/WindowTexts.h"
+#include "app/texts/HostRows.h"
+#include "app/texts/HostsTexts.h"
+#include "app/texts/ProgressTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "ports/Alerts.h"

@@ -1,4 +1,4 @@
-#include "app/SizeText.h"
+#include "app/texts/SizeText.h"
 
 #include <algorithm>
 

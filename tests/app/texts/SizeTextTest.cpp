@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "app/SizeText.h"
+#include "app/texts/SizeText.h"
 #include "tests/support/FakePlatform.h"
 
 namespace installer::test {

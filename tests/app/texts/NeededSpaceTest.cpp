@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/NeededSpace.h"
+#include "app/texts/NeededSpace.h"
 #include "ports/window/InterfaceOwner.h"
 #include "tests/app/Wizard.h"
 

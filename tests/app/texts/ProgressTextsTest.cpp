@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/ProgressTexts.h"
+#include "app/texts/ProgressTexts.h"
 #include "install/run/InstallProgress.h"
 #include "tests/app/Wizard.h"
 

@@ -1,8 +1,8 @@
-#include "app/ProgressTexts.h"
+#include "app/texts/ProgressTexts.h"
 
 #include <cstdint>
 
-#include "app/SizeText.h"
+#include "app/texts/SizeText.h"
 #include "foundation/text/Format.h"
 #include "install/run/InstallProgress.h"
 #include "product/LocalizedText.h"

@@ -1,10 +1,10 @@
-#include "app/NeededSpace.h"
+#include "app/texts/NeededSpace.h"
 
 #include <algorithm>
 #include <set>
 #include <utility>
 
-#include "app/SizeText.h"
+#include "app/texts/SizeText.h"
 #include "foundation/text/Format.h"
 #include "ports/FileManager.h"
 #include "ports/Platform.h"
