@@ -17,6 +17,15 @@ file(MAKE_DIRECTORY "${contents}/Resources")
 file(COPY "${RESOURCES}/" DESTINATION "${contents}/Resources" PATTERN "Info.plist" EXCLUDE)
 file(COPY "${RESOURCES}/Info.plist" DESTINATION "${contents}")
 
+# British English differs in the spelling of one word, so nobody keeps a second copy of the texts. The
+# word is changed where a blank or the end of a text follows it: never in a key or a file's name.
+file(GLOB english RELATIVE "${RESOURCES}/en.lproj" "${RESOURCES}/en.lproj/*")
+foreach(name IN LISTS english)
+    file(READ "${RESOURCES}/en.lproj/${name}" text)
+    string(REGEX REPLACE "([Ll])icense( |\";)" "\\1icence\\2" text "${text}")
+    file(WRITE "${contents}/Resources/en_GB.lproj/${name}" "${text}")
+endforeach()
+
 # A payload without one of the two is a bundle that lacks it; the installer copes with that.
 if(EXISTS "${PAYLOAD}/files")
     file(COPY "${PAYLOAD}/files" DESTINATION "${contents}/Resources")

@@ -158,6 +158,7 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] PropertyValue pageText() const;
     [[nodiscard]] std::string waitingText() const;
     [[nodiscard]] std::string outcomeText() const;
+    [[nodiscard]] std::string pageName() const;
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
     /// What the last page says after a success that put the plug-in into no host; else empty.
     [[nodiscard]] std::string noPhotoshopText() const;

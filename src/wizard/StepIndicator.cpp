@@ -3,6 +3,7 @@
 #include "ports/Bundle.h"
 #include "ports/window/InterfaceLoader.h"
 #include "ports/window/WindowPlatform.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 
@@ -24,7 +25,10 @@ std::unique_ptr<StepIndicator> StepIndicator::load(WindowPlatform& platform) {
 }
 
 StepIndicator::StepIndicator(const WindowPlatform& platform)
-    : dotBlue_(dot(platform.bundle, "DotBlue")), dotGray_(dot(platform.bundle, "DotGray")) {}
+    : dotBlue_(dot(platform.bundle, "DotBlue")),
+      dotGray_(dot(platform.bundle, "DotGray")),
+      stepName_(localizedText(platform.bundle, "step_picture_name")),
+      currentStepName_(localizedText(platform.bundle, "current_step_picture_name")) {}
 
 StepIndicator::~StepIndicator() = default;
 
@@ -54,7 +58,10 @@ void StepIndicator::setText(const std::optional<std::string>& text) {
 }
 
 void StepIndicator::setCurrentStep(bool isCurrent) {
-    if (indicator_) indicator_->setImage(isCurrent ? dotBlue_ : dotGray_);
+    if (indicator_) {
+        indicator_->setImage(isCurrent ? dotBlue_ : dotGray_);
+        indicator_->setAccessibleName(isCurrent ? currentStepName_ : stepName_);
+    }
     if (!label_) return;
     label_->setSystemFont(isCurrent ? TextField::Weight::bold : TextField::Weight::regular);
     label_->setColor(isCurrent ? black : grey);

@@ -93,6 +93,10 @@ void QtImageView::setImage(const Image& image) {
     if (label_) showPicture(*label_, image);
 }
 
+void QtImageView::setAccessibleName(const std::string& name) {
+    if (label_) label_->setAccessibleName(toQt(name));
+}
+
 void QtListSelection::setSelectedRow(std::size_t row) {
     if (!list_) return;
     if (row >= static_cast<std::size_t>(list_->count())) {

@@ -28,6 +28,7 @@ class QtImageView final : public ImageView {
   public:
     explicit QtImageView(QLabel* label) : label_(label) {}
     void setImage(const Image& image) override;
+    void setAccessibleName(const std::string& name) override;
 
   private:
     QPointer<QLabel> label_;
