@@ -126,6 +126,9 @@ void SetupController::bindPages() {
                  {"runningApplication", "enableForward", stepOrOutcome});
     bindConstant("notOfferedText",
                  [this] { return notOfferedText(platform_.bundle, hostsModel_->notOffered()); });
+    bindProperty("showsOutcome",
+                 [this] { return stateController_->currentState() == step_number::completion; },
+                 {stepOrOutcome});
     bindProperty("outcomeText", [this] { return outcomeText(); }, {stepOrOutcome});
     bindProperty("noPhotoshopText", [this] { return noPhotoshopText(); }, {stepOrOutcome});
     bindProperty("showsOutcomeText", [this] { return noPhotoshopText().empty(); }, {stepOrOutcome});

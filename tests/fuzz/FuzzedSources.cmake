@@ -49,6 +49,7 @@ add_library(installer_fuzzed STATIC
     ${source}/linux/bundle/PackageLayout.cpp
     ${source}/linux/files/CopyStager.cpp
     ${source}/linux/files/CopyThreads.cpp
+    ${source}/linux/files/FilledFolder.cpp
     ${source}/linux/files/FolderReading.cpp
     ${source}/linux/files/LinuxFileManager.cpp
     ${source}/linux/files/LinuxSearchPaths.cpp
@@ -62,16 +63,16 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/files/RegularFile.cpp
     ${source}/linux/bundle/StringsTable.cpp
     ${source}/linux/bundle/StringsTableText.cpp
-    ${source}/privileged/trees/EntryCopy.cpp
+    ${source}/privileged/copies/EntryCopy.cpp
     ${source}/privileged/files/EntryMode.cpp
     ${source}/privileged/files/ExclusiveRename.cpp
-    ${source}/privileged/trees/ExtendedAttributes.cpp
-    ${source}/privileged/trees/FileContents.cpp
+    ${source}/privileged/copies/ExtendedAttributes.cpp
+    ${source}/privileged/copies/FileContents.cpp
     ${source}/privileged/files/FolderChain.cpp
-    ${source}/privileged/trees/FinishedTree.cpp
-    ${source}/privileged/trees/FolderCopy.cpp
-    ${source}/privileged/trees/NamelessFile.cpp
-    ${source}/privileged/trees/PieceGroup.cpp
+    ${source}/privileged/copies/FinishedTree.cpp
+    ${source}/privileged/copies/FolderCopy.cpp
+    ${source}/privileged/copies/NamelessFile.cpp
+    ${source}/privileged/copies/PieceGroup.cpp
     ${source}/privileged/files/FolderCreation.cpp
     ${source}/privileged/files/FolderListing.cpp
     ${source}/privileged/files/Location.cpp
@@ -79,13 +80,16 @@ add_library(installer_fuzzed STATIC
     ${source}/privileged/trees/TakeApart.cpp
     ${source}/privileged/trees/Temporary.cpp
     ${source}/privileged/trees/TreeAttributes.cpp
-    ${source}/privileged/trees/TreeCopy.cpp
+    ${source}/privileged/copies/TreeCopy.cpp
     ${source}/privileged/trees/TreeRemoval.cpp
     ${source}/privileged/trees/TreeSize.cpp
     ${source}/privileged/trees/TreeWalk.cpp
     ${source}/privileged/system/WriteAll.cpp
     ${source}/product/BundleUserDefaults.cpp
     ${source}/product/LocalizedText.cpp
+    ${source}/tools/installerctl/records/EntryMap.cpp
+    ${source}/tools/installerctl/records/EntryRecord.cpp
+    ${source}/tools/installerctl/records/Receipt.cpp
     ../support/FakeAuthorization.cpp
     ../support/FakeChildProcess.cpp
     ../support/FakeEventLoop.cpp
@@ -101,4 +105,5 @@ target_compile_definitions(installer_fuzzed PUBLIC _GLIBCXX_ASSERTIONS)
 # Warnings are for the compiler that builds what ships, and for the static analysis.
 target_compile_options(installer_fuzzed PUBLIC -fsanitize=fuzzer-no-link -w)
 find_library(SODIUM_ARCHIVE libsodium.a REQUIRED)
-target_link_libraries(installer_fuzzed PUBLIC installer_options PkgConfig::PLIST ${SODIUM_ARCHIVE})
+target_link_libraries(installer_fuzzed PUBLIC installer_options nlohmann_json::nlohmann_json
+    PkgConfig::PLIST ${SODIUM_ARCHIVE})

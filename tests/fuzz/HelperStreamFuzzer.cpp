@@ -18,10 +18,10 @@
 #include "foundation/text/Text.h"
 #include "privileged/helper/Actions.h"
 #include "privileged/helper/HelperSession.h"
-#include "privileged/helper/Policy.h"
 #include "privileged/helper/Report.h"
 #include "privileged/protocol/Message.h"
 #include "privileged/system/FileDescriptor.h"
+#include "privileged/wall/Policy.h"
 #include "tests/fuzz/FuzzInput.h"
 
 namespace {

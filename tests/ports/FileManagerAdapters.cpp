@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include <grp.h>
+#include <pwd.h>
 #include <unistd.h>
 
 #include "linux/files/LinuxFileManager.h"
@@ -60,6 +61,9 @@ class LinuxFiles : public FileManagerScene {
     void makeLink(const std::string& target, const std::string& name) override {
         disk_.makeLink(target, name);
     }
+    void makeHardLink(const std::string& file, const std::string& name) override {
+        EXPECT_EQ(::link(path(file).c_str(), path(name).c_str()), 0);
+    }
     void makeSpecial(const std::string& name) override { disk_.makeFifo(name); }
     void setPermissions(const std::string& name, std::uint32_t permissions) override {
         disk_.setMode(name, permissions);
@@ -80,6 +84,8 @@ class LinuxFiles : public FileManagerScene {
         });
         return true;
     }
+    std::string userName() const override { return ::getpwuid(geteuid())->pw_name; }
+    std::string groupName() const override { return ::getgrgid(getegid())->gr_name; }
     std::string contents(const std::string& name) override { return disk_.contents(name); }
     std::string linkTarget(const std::string& name) override { return disk_.linkTarget(name); }
     std::vector<std::string> logged() const override { return log_.lines; }
@@ -107,6 +113,9 @@ class FilesInMemory : public FileManagerScene {
     void makeLink(const std::string& target, const std::string& name) override {
         memory_.addLink(path(name), target);
     }
+    void makeHardLink(const std::string& file, const std::string& name) override {
+        memory_.addHardLink(path(name), path(file));
+    }
     void makeSpecial(const std::string& name) override { memory_.addOther(path(name)); }
     void setPermissions(const std::string& name, std::uint32_t permissions) override {
         EXPECT_FALSE(memory_.setAttributes(path(name), {{}, {}, permissions}));
@@ -122,6 +131,8 @@ class FilesInMemory : public FileManagerScene {
         memory_.makeUnwritable(path(folder));
         return true;
     }
+    std::string userName() const override { return "tester"; }
+    std::string groupName() const override { return "tester"; }
     std::string contents(const std::string& name) override { return memory_.contents(path(name)); }
     std::string linkTarget(const std::string& name) override {
         return memory_.contents(path(name));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,8 @@ class FileManagerScene {
     virtual void makeFolder(const std::string& name) = 0;
     virtual void makeFile(const std::string& name, const std::string& contents = "") = 0;
     virtual void makeLink(const std::string& target, const std::string& name) = 0;
+    /// One more name of the file.
+    virtual void makeHardLink(const std::string& file, const std::string& name) = 0;
     /// Something that is no file, folder or link.
     virtual void makeSpecial(const std::string& name) = 0;
     virtual void setPermissions(const std::string& name, std::uint32_t permissions) = 0;
@@ -32,6 +35,10 @@ class FileManagerScene {
     /// The folder and what is in it belong to somebody else, and the user may only look. False
     /// where a test cannot have that.
     [[nodiscard]] virtual bool makeForeign(const std::string& folder) = 0;
+
+    /// The names by which the system knows the user and their own group.
+    [[nodiscard]] virtual std::string userName() const = 0;
+    [[nodiscard]] virtual std::string groupName() const = 0;
 
     [[nodiscard]] virtual std::string contents(const std::string& name) = 0;
     [[nodiscard]] virtual std::string linkTarget(const std::string& name) = 0;
@@ -51,6 +58,16 @@ class FileManagerContract : public Contract<FileManagerScene> {
     FileManager& files() { return scene_->files(); }
     [[nodiscard]] std::string path(const std::string& name = "") const {
         return scene_->path(name);
+    }
+
+    /// The entries of the tree by their names.
+    std::map<std::string, TreeEntry> entries(const std::string& folder) {
+        std::map<std::string, TreeEntry> byName;
+        const auto tree = files().readTree(path(folder), nullptr);
+        EXPECT_TRUE(tree);
+        if (!tree) return byName;
+        for (const TreeEntry& entry : tree.value()) byName[entry.name] = entry;
+        return byName;
     }
 
     /// The names in the folder, sorted.

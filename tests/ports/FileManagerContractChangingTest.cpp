@@ -55,6 +55,73 @@ TEST_P(FileManagerContractChanging, ACopyOfALinkIsALinkAndLeavesItsTargetAlone) 
     EXPECT_THAT(names(), ElementsAre("dangling", "link", "target"));
 }
 
+TEST_P(FileManagerContractChanging, ACopyKeepsTheNamesOfOneFileTogether) {
+    scene_->makeFolder("a");
+    scene_->makeFile("a/one", "123");
+    scene_->makeHardLink("a/one", "a/other");
+    scene_->makeFile("outside", "12345");
+    scene_->makeHardLink("outside", "a/inside");
+    CountingSink sink;
+    ASSERT_FALSE(files().copy(path("a"), path("b"), &sink));
+    EXPECT_EQ(sink.sum, 8U);
+    auto copy = entries("b");
+    EXPECT_EQ(copy["one"].sharedFile, copy["other"].sharedFile);
+    EXPECT_NE(copy["one"].sharedFile, 0U);
+    EXPECT_EQ(copy["inside"].sharedFile, 0U) << "its other name is not in the item";
+    auto file = files().openForWriting(path("b/one"));
+    ASSERT_TRUE(file);
+    ASSERT_FALSE(file.value()->write("new"));
+    EXPECT_EQ(scene_->contents("b/other"), "new");
+    EXPECT_EQ(scene_->contents("a/one"), "123");
+}
+
+TEST_P(FileManagerContractChanging, RemovingOneNameOfAFileLeavesTheOthers) {
+    scene_->makeFile("one", "123");
+    scene_->makeHardLink("one", "other");
+    ASSERT_FALSE(files().remove(path("one")));
+    EXPECT_EQ(scene_->contents("other"), "123");
+}
+
+TEST_P(FileManagerContractChanging, AFileThatIsMadeAnewLeavesTheOtherNamesOfTheOldOne) {
+    scene_->makeFile("one", "old");
+    scene_->makeHardLink("one", "other");
+    ASSERT_FALSE(files().createFile(path("one"), "new"));
+    EXPECT_EQ(scene_->contents("one"), "new");
+    EXPECT_EQ(scene_->contents("other"), "old");
+}
+
+TEST_P(FileManagerContractChanging, AttributesBelongToTheFileWhateverItsName) {
+    scene_->makeFile("one");
+    scene_->makeHardLink("one", "other");
+    ASSERT_FALSE(files().setAttributes(path("one"), {{}, {}, 0640}));
+    EXPECT_EQ(files().attributes(path("other")).value().permissions, 0640U);
+}
+
+TEST_P(FileManagerContractChanging, OwnerGroupAndPermissionsAreSetTogether) {
+    scene_->makeFile("file");
+    EXPECT_FALSE(
+        files().setAttributes(path("file"), {scene_->userName(), scene_->groupName(), 04750}));
+    EXPECT_EQ(files().attributes(path("file")).value().permissions, 04750U);
+}
+
+TEST_P(FileManagerContractChanging, AnOwnerOrGroupThatIsNotKnownChangesNothing) {
+    scene_->makeFile("file");
+    scene_->setPermissions("file", 0640);
+    for (const std::string name : {"no such name", "", "12345678901"}) {
+        EXPECT_TRUE(files().setAttributes(path("file"), {name, {}, 0777})) << name;
+        EXPECT_TRUE(files().setAttributes(path("file"), {{}, name, 0777})) << name;
+    }
+    EXPECT_EQ(files().attributes(path("file")).value().permissions, 0640U);
+}
+
+TEST_P(FileManagerContractChanging, TheUserCannotGiveAFileAway) {
+    scene_->makeFile("file");
+    scene_->setPermissions("file", 0640);
+    EXPECT_EQ(files().setAttributes(path("file"), {"root", {}, 0777}),
+              std::errc::operation_not_permitted);
+    EXPECT_EQ(files().attributes(path("file")).value().permissions, 0640U);
+}
+
 TEST_P(FileManagerContractChanging, ACopyNeverTouchesWhatIsAtItsDestination) {
     scene_->makeFile("file", "new");
     scene_->makeFile("old", "old");

@@ -223,6 +223,32 @@ TEST_P(FileManagerContractLooking, ATreeHasHiddenEntriesAndWhatIsInPackages) {
     }
 }
 
+TEST_P(FileManagerContractLooking, ATreeTellsWhichNamesAreOneFile) {
+    scene_->makeFolder("a");
+    scene_->makeFile("a/one", "123");
+    scene_->makeHardLink("a/one", "a/other");
+    scene_->makeFile("a/alone", "123");
+    scene_->makeFile("outside", "123");
+    scene_->makeHardLink("outside", "a/inside");
+    auto tree = entries("a");
+    EXPECT_EQ(tree["one"].sharedFile, tree["other"].sharedFile);
+    EXPECT_NE(tree["one"].sharedFile, 0U);
+    EXPECT_EQ(tree["alone"].sharedFile, 0U);
+    EXPECT_NE(tree["inside"].sharedFile, 0U);
+    EXPECT_NE(tree["inside"].sharedFile, tree["one"].sharedFile);
+    ASSERT_FALSE(files().remove(path("a/one")));
+    EXPECT_EQ(entries("a")["other"].sharedFile, 0U);
+}
+
+TEST_P(FileManagerContractLooking, AFileWithSeveralNamesIsMeasuredOnce) {
+    scene_->makeFolder("a");
+    scene_->makeFile("a/one", "123");
+    scene_->makeHardLink("a/one", "a/other");
+    scene_->makeFile("a/alone", "12345");
+    EXPECT_EQ(files().bytesToCopy(path("a")), 8U);
+    EXPECT_EQ(files().bytesToCopy(path("a/other")), 3U);
+}
+
 TEST_P(FileManagerContractLooking, ATreeMarksWhatCannotBeListedAndReadsTheRest) {
     for (const char* folder : {"a", "a/closed", "a/open"}) scene_->makeFolder(folder);
     scene_->makeFile("a/closed/file");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 #include <string_view>
 #include <utility>
 
@@ -47,21 +48,23 @@ class MemoryFileManager::OpenFile : public WritableFile {
     OpenFile(MemoryFileManager& files, std::string path) : files_(files), path_(std::move(path)) {}
 
     std::error_code write(std::string_view text) override {
-        Node* file = files_.find(path_);
-        if (file == nullptr) return failure(std::errc::io_error);
-        if (file->contents.size() < place_ && !text.empty()) file->contents.resize(place_);
-        file->contents.replace(std::min(place_, file->contents.size()), text.size(), text);
+        const auto names = files_.namesOf(path_);
+        if (names.empty()) return failure(std::errc::io_error);
+        for (Node* file : names) {
+            if (file->contents.size() < place_ && !text.empty()) file->contents.resize(place_);
+            file->contents.replace(std::min(place_, file->contents.size()), text.size(), text);
+        }
         place_ += text.size();
         return {};
     }
 
     std::error_code setSize(std::uint64_t size) override {
-        Node* file = files_.find(path_);
-        if (file == nullptr) return failure(std::errc::io_error);
+        const auto names = files_.namesOf(path_);
+        if (names.empty()) return failure(std::errc::io_error);
         if (size > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
             return failure(std::errc::file_too_large);
         }
-        file->contents.resize(static_cast<std::size_t>(size));
+        for (Node* file : names) file->contents.resize(static_cast<std::size_t>(size));
         return {};
     }
 
@@ -121,6 +124,37 @@ Result<std::string> MemoryFileManager::listable(const std::string& folder) const
 MemoryFileManager::Node* MemoryFileManager::find(const std::string& path) {
     const auto place = existing(path, LinkAtEnd::keep);
     return place ? &nodes_.at(place.value()) : nullptr;
+}
+
+std::vector<MemoryFileManager::Node*> MemoryFileManager::namesOf(const std::string& path) {
+    Node* entry = find(path);
+    if (entry == nullptr) return {};
+    if (entry->sharedFile == 0) return {entry};
+    std::vector<Node*> names;
+    for (auto& [name, node] : nodes_) {
+        if (node.sharedFile == entry->sharedFile) names.push_back(&node);
+    }
+    return names;
+}
+
+std::uint64_t MemoryFileManager::sharedFile(const Node& node) const {
+    const auto names = std::count_if(nodes_.begin(), nodes_.end(), [&](const auto& other) {
+        return other.second.sharedFile == node.sharedFile;
+    });
+    return names > 1 ? node.sharedFile : 0;
+}
+
+std::vector<std::uint64_t> MemoryFileManager::sizesOfFiles(
+    const std::vector<std::string>& paths) const {
+    std::vector<std::uint64_t> sizes;
+    std::set<std::uint64_t> counted;
+    for (const std::string& path : paths) {
+        const Node& node = nodes_.at(path);
+        if (node.type != FileType::regular) continue;
+        if (node.sharedFile != 0 && !counted.insert(node.sharedFile).second) continue;
+        sizes.push_back(node.contents.size());
+    }
+    return sizes;
 }
 
 bool MemoryFileManager::mayChange(const std::string& path) const {
@@ -203,6 +237,7 @@ std::vector<TreeEntry> MemoryFileManager::treeEntriesOf(const std::string& folde
         entry.type = node.type;
         entry.isPackage = node.type == FileType::folder && isPackageName(entry.name);
         if (node.type == FileType::regular) entry.bytes = node.contents.size();
+        if (node.sharedFile != 0) entry.sharedFile = sharedFile(node);
         entry.isUnreadable = unlistable_.contains(path);
         if (!entry.isUnreadable) entry.entries = treeEntriesOf(path);
         entries.push_back(std::move(entry));
@@ -232,10 +267,14 @@ std::error_code MemoryFileManager::copyLocated(const std::string& source,
         if (nodes_.at(path).type == FileType::other) return failure(std::errc::invalid_argument);
         if (unlistable_.contains(path)) return failure(std::errc::permission_denied);
     }
+    std::map<std::uint64_t, std::uint64_t> copies;  // of the files with several names
     for (const std::string& path : tree) {
         Node node = nodes_.at(path);
         node.owner = "tester";
         node.group = "tester";
+        if (node.sharedFile != 0) {
+            node.sharedFile = copies.emplace(node.sharedFile, ++nextOrder_).first->second;
+        }
         if (path == source) node.order = ++nextOrder_;
         nodes_[destination + path.substr(source.size())] = node;
     }
@@ -253,10 +292,7 @@ std::error_code MemoryFileManager::copy(const std::string& source, const std::st
     }
     const std::error_code error = copyLocated(from.value(), to.value());
     if (error || progress == nullptr) return error;
-    for (const std::string& path : treeOf(to.value())) {
-        const Node& node = nodes_.at(path);
-        if (node.type == FileType::regular) progress->bytesCopied(node.contents.size());
-    }
+    for (const auto size : sizesOfFiles(treeOf(to.value()))) progress->bytesCopied(size);
     return {};
 }
 
@@ -270,15 +306,13 @@ void MemoryFileManager::expectCopies(CopySchedule schedule) {
 std::uint64_t MemoryFileManager::bytesToCopy(const std::string& path) {
     const auto place = existing(path, LinkAtEnd::keep);
     if (!place) return 0;
-    std::uint64_t bytes = 0;
-    for (const std::string& entry : treeOf(place.value())) {
-        const Node& node = nodes_.at(entry);
-        const bool isHeldBack =
-            std::any_of(unlistable_.begin(), unlistable_.end(),
-                        [&](const std::string& folder) { return isBelow(entry, folder); });
-        if (node.type == FileType::regular && !isHeldBack) bytes += node.contents.size();
-    }
-    return bytes;
+    std::vector<std::string> tree = treeOf(place.value());
+    std::erase_if(tree, [this](const std::string& entry) {
+        return std::any_of(unlistable_.begin(), unlistable_.end(),
+                           [&](const std::string& folder) { return isBelow(entry, folder); });
+    });
+    const std::vector<std::uint64_t> sizes = sizesOfFiles(tree);
+    return std::accumulate(sizes.begin(), sizes.end(), std::uint64_t{0});
 }
 
 std::error_code MemoryFileManager::remove(const std::string& path) {
@@ -315,12 +349,20 @@ std::error_code MemoryFileManager::setAttributes(const std::string& path,
                                                  const FileAttributeChanges& changes) {
     const auto place = existing(path, LinkAtEnd::keep);
     if (!place) return place.error();
-    if (!mayChange(place.value())) return failure(std::errc::operation_not_permitted);
-    Node& node = nodes_.at(place.value());
-    if (changes.owner) node.owner = *changes.owner;
-    if (changes.group) node.group = *changes.group;
-    if (changes.permissions && node.type != FileType::symbolicLink) {
-        node.permissions = *changes.permissions;
+    if (changes.owner && !users.contains(*changes.owner)) {
+        return failure(std::errc::invalid_argument);
+    }
+    if (changes.group && !groups.contains(*changes.group)) {
+        return failure(std::errc::invalid_argument);
+    }
+    const bool givesAway = changes.owner && *changes.owner != "tester";
+    if (givesAway || !mayChange(place.value())) return failure(std::errc::operation_not_permitted);
+    for (Node* node : namesOf(place.value())) {
+        if (changes.owner) node->owner = *changes.owner;
+        if (changes.group) node->group = *changes.group;
+        if (changes.permissions && node->type != FileType::symbolicLink) {
+            node->permissions = *changes.permissions;
+        }
     }
     return {};
 }

@@ -12,7 +12,7 @@ namespace installer::test {
 
 /// A file system in memory that keeps the promises of `FileManager`, as the user "tester". Folders
 /// list their entries in the order in which they were made. Owners are names, so tests can read
-/// them; any name is one. There are no hard links and no extended attributes.
+/// them. There are no extended attributes.
 class MemoryFileManager : public FileManager {
   public:
     struct Node {
@@ -22,12 +22,17 @@ class MemoryFileManager : public FileManager {
         FileTime modificationDate = {};
         std::string owner = "tester";
         std::string group = "tester";
-        std::uint64_t order = 0;  ///< place among its siblings
+        std::uint64_t order = 0;       ///< place among its siblings
+        std::uint64_t sharedFile = 0;  ///< the same for all names of one file, if it has several
 
         friend bool operator==(const Node&, const Node&) = default;
     };
 
     MemoryFileManager();
+
+    /// The names that the system knows.
+    std::set<std::string> users = {"root", "tester"};
+    std::set<std::string> groups = {"root", "tester", "admin", "staff"};
 
     // Making a scene. Missing folders above are made.
     void addFile(const std::string& path, const std::string& contents = "",
@@ -35,6 +40,8 @@ class MemoryFileManager : public FileManager {
     void addFolder(const std::string& path, std::uint32_t permissions = 0755);
     void addLink(const std::string& path, const std::string& target);
     void addOther(const std::string& path);
+    /// One more name of a file.
+    void addHardLink(const std::string& path, const std::string& file);
     void setModificationDate(const std::string& path, FileTime date);
 
     /// The user may change nothing in this folder and below it: every change there gives EACCES.
@@ -94,6 +101,13 @@ class MemoryFileManager : public FileManager {
     /// The same for a folder that the user may list. Follows a link at the end.
     [[nodiscard]] Result<std::string> listable(const std::string& folder) const;
     [[nodiscard]] Node* find(const std::string& path);
+    /// All names of the file at that path, or the entry alone.
+    [[nodiscard]] std::vector<Node*> namesOf(const std::string& path);
+    /// 0 for a file with one name.
+    [[nodiscard]] std::uint64_t sharedFile(const Node& node) const;
+    /// The sizes of the regular files among the entries, each file once.
+    [[nodiscard]] std::vector<std::uint64_t> sizesOfFiles(
+        const std::vector<std::string>& paths) const;
 
     // These take paths as `located` gives them.
     [[nodiscard]] bool mayChange(const std::string& path) const;

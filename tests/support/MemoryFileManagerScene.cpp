@@ -39,6 +39,17 @@ void MemoryFileManager::addOther(const std::string& path) {
     add(path, FileType::other);
 }
 
+void MemoryFileManager::addHardLink(const std::string& path, const std::string& file) {
+    Node* original = find(file);
+    if (original == nullptr) return;
+    if (original->sharedFile == 0) original->sharedFile = ++nextOrder_;
+    const Node copy = *original;
+    Node& name = add(path, FileType::regular);
+    const std::uint64_t order = name.order;
+    name = copy;
+    name.order = order;
+}
+
 void MemoryFileManager::setModificationDate(const std::string& path, FileTime date) {
     if (Node* node = find(path)) node->modificationDate = date;
 }

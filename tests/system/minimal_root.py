@@ -28,7 +28,7 @@ def base_packages():
     for line in lines_of("dpkg-query", "--show", "--showformat",
                          "${Package} ${binary:Package} ${Essential} ${db:Status-Status}\n"):
         name, full_name, essential, status = line.split(" ")
-        if status == "installed":
+        if status == "installed" or status.startswith("triggers-"):
             installed[name] = (full_name, essential == "yes")
     base, found = [name for name, (_, essential) in installed.items() if essential], set()
     while base:

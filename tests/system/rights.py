@@ -133,14 +133,16 @@ class Agent:
 
 
 class Installation:
-    """A quiet run of an account's installer, with agents that answer for it or without any."""
+    """A run of an account's installer, a quiet one unless told, with agents that answer for it or
+    without any.
+    """
 
-    def __init__(self, test, product, account, environment=None, agent=None):
+    def __init__(self, test, product, account, environment=None, agent=None, arguments=("-quiet",)):
         self.product, self.account = product, account
         self.messages_file = test.scratch / f"messages {time.monotonic_ns()}"
         with open(self.messages_file, "wb") as messages:
             self.process = subprocess.Popen(
-                [*STOPPED, str(product.executable), "-quiet"], env=environment or {},
+                [*STOPPED, str(product.executable), *arguments], env=environment or {},
                 stdin=subprocess.DEVNULL, stdout=messages, stderr=messages, start_new_session=True,
                 **account.options)
         test.addCleanup(self.end)

@@ -1,4 +1,6 @@
-"""The examples of docs/installerctl.md, run as they stand; and the tables of exit statuses agree."""
+"""The examples of docs/installerctl.md, run as they stand; and the tables of exit statuses agree. The
+drawing of what is installed where is what the plan says.
+"""
 
 import os
 import pathlib
@@ -6,8 +8,8 @@ import re
 import subprocess
 import unittest
 
-from ctl import SOURCES
-from harness import SAMPLE_BUNDLE, TIME_LIMIT, SystemTest
+from ctl import DONE, SOURCES, ctl
+from harness import SAMPLE_BUNDLE, TIME_LIMIT, Product, SystemTest
 
 PAGE = (SOURCES / "docs/installerctl.md").read_text()
 
@@ -38,6 +40,37 @@ class InstallerctlExamples(SystemTest):
                 done = subprocess.run(["bash", "-c", command], env=environment, cwd=work, text=True,
                                       stdout=subprocess.PIPE, timeout=TIME_LIMIT, check=False)
                 self.assertEqual(done.stdout, expected)
+
+
+def drawn_items():
+    """The items of the drawing: each path below the payload with the place to which its arrow leads."""
+    page = (SOURCES / "docs/making-an-installer.md").read_text()
+    above, items = [], {}
+    for indent, name, arrow in re.findall(r"^    ([│ ]*)[├└]── (.+?)(?: ─+▶ (.+)|  .+)?$", page, re.MULTILINE):
+        above[len(indent) // 4:] = [name]
+        if arrow:
+            items["/".join(above)] = arrow
+    return items
+
+
+class InstallerctlExamplesDrawing(SystemTest):
+    def test_each_arrow_leads_where_the_item_is_installed(self):
+        disk, environment = self.new_machine()
+        disk.add_photoshop("Adobe Photoshop CS6")
+        product = Product(self.scratch / "maker")
+        items = drawn_items()
+        self.assertEqual({path.split("/")[0] for path in items},
+                         {"HD", "PHOTOSHOP", "PHOTOSHOP_PLUGINS"})
+        for path in items:
+            if path.endswith((".app", ".plugin")):
+                product.add_package(path)
+            else:
+                product.add(path if "." in path else f"{path}/one.preset")
+        answer = ctl(product, "install", environment=environment)
+        self.assertEqual(answer.status, DONE, answer)
+        self.assertEqual({item["source"]: item["destination"] for item in answer.items}, items)
+        for destination in items.values():
+            self.assertTrue(os.path.exists(destination), destination)
 
 
 class InstallerctlExamplesStatuses(unittest.TestCase):

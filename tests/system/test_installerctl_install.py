@@ -255,6 +255,34 @@ class InstallerctlInstallUsers(Scene):
         self.assertEqual(entry(own)["owner"], self.account.user)
         self.assertFalse(self.install("--user", "root", "--user", LOGIN).changed)
 
+    def test_a_home_behind_a_link_of_roots_is_used_and_left_as_it_was(self):
+        linked = Account("ctl-linked")
+        home = pathlib.Path("/home") / linked.login
+        real = home.rename("/home/ctl-linked-elsewhere")
+        home.symlink_to(real)
+        write(home / "Library/Preferences/Adobe Photoshop CS6 Paths", "/Applications/Adobe Photoshop CS6\0")
+        linked.own(real)
+        before = tree(real, times=False)
+        self.install("--user", linked.login)
+        menu, = self.receipt["menuEntries"]
+        self.assertEqual(entry(real / pathlib.Path(menu["path"]).relative_to(home))["owner"], linked.user)
+        self.assertEqual(self.ctl("verify").status, DONE)
+        self.assertEqual(self.ctl("remove").status, DONE)
+        self.assertEqual(tree(real, times=False), before)
+        self.assertTrue(home.is_symlink())
+
+    def test_a_link_in_a_users_home_leads_root_into_no_folder_of_others(self):
+        linking = Account("ctl-linking")
+        home = pathlib.Path("/home") / linking.login
+        elsewhere = self.scratch / "elsewhere"
+        elsewhere.mkdir()
+        write(home / "Library/Preferences/Adobe Photoshop CS6 Paths", "/Applications/Adobe Photoshop CS6\0")
+        linking.own(home)
+        (home / ".local").symlink_to(elsewhere)
+        os.lchown(home / ".local", linking.user, linking.group)
+        self.ctl("install", "--user", linking.login)
+        self.assertEqual(os.listdir(elsewhere), [])
+
     def test_what_was_installed_for_others_stays_when_only_one_is_asked_for(self):
         self.install("--user", LOGIN)
         answer = self.install("--user", "root")

@@ -4,6 +4,7 @@ import os
 import pathlib
 import shutil
 import signal
+import stat
 import subprocess
 import unittest
 
@@ -91,6 +92,39 @@ class OrdinaryUserWithoutAQuestion(OrdinaryUser):
         self.assertIn(REFUSED, outcome.messages)
         self.assertNotIn(REASON, outcome.messages)
         self.assertNothingInstalled()
+
+
+class OrdinaryUserOnADiskOfTheirOwn(OrdinaryUser):
+    """A file system in user space (FUSE) is closed to everybody but its user, root included."""
+
+    def setUp(self):
+        super().setUp()
+        self.allow_without_a_question()
+        self.take_the_device()
+        self.contents = self.scratch / "contents"
+        self.product.files.rename(self.contents)
+        self.product.files.mkdir()
+        self.account.own(self.contents, self.product.files)
+        subprocess.run(["bindfs", "--no-allow-other", self.contents, self.product.files],
+                       check=True, **self.account.options)
+        self.addCleanup(subprocess.run, ["umount", self.product.files], check=True)
+
+    def take_the_device(self):
+        """For everybody, as on most machines; on some it is for root alone."""
+        device = self.scratch / "fuse"
+        os.mknod(device, stat.S_IFCHR, os.makedev(10, 229))
+        device.chmod(0o666)
+        subprocess.run(["mount", "--bind", device, "/dev/fuse"], check=True)
+        self.addCleanup(subprocess.run, ["umount", "/dev/fuse"], check=True)
+
+    def test_a_payload_that_root_may_not_read_is_installed_by_the_rights_of_the_user(self):
+        with self.assertRaises(PermissionError):
+            os.listdir(self.product.files)
+        outcome = self.install()
+        self.assertIn(COMPLETE, outcome.messages)
+        self.assertInstalled("/Applications/Tool.app/Contents/tool.txt", "tool", owner=self.user)
+        self.assertInstalled("/Applications/Adobe Photoshop CS6/run.jsx", "alert();",
+                             owner=self.user)
 
 
 class OrdinaryUserWithALinkedPhotoshop(OrdinaryUser):

@@ -202,6 +202,8 @@ class PackagesDebRemoval(Packages):
 class PackagesDamaged(Packages):
     """Nothing of a package that is not as it was made is installed."""
 
+    told = r"(?m)^dpkg: error processing (archive|package) "
+
     def refusals(self):
         whole = self.package.read_bytes()
         for name, contents in {"lost its end": whole[:-200],
@@ -214,7 +216,7 @@ class PackagesDamaged(Packages):
                 damaged = write(self.scratch / self.package.name, contents)
                 refused = self.install(damaged, check=False)
                 self.assertNotEqual(0, refused.returncode)
-                self.assertTrue(refused.stderr)
+                self.assertRegex(refused.stderr, self.told)
                 self.assertFalse(self.is_installed())
                 self.assertFalse((BUNDLE / "Contents/MacOS/Installer").exists())
 
@@ -275,6 +277,8 @@ class PackagesRpm(Packages):
 
 class PackagesRpmDamaged(PackagesDamaged):
     form = "rpm"
+    # An empty file is no package at all.
+    told = r"does not verify: Payload SHA256 ALT digest: BAD|\nerror: .*not an rpm package"
     install, remove, purge = PackagesRpm.install, PackagesRpm.remove, PackagesRpm.purge
 
 

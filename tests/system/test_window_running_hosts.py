@@ -16,7 +16,7 @@ class WindowRunningHosts(WindowTest):
 
     def wait_for_page(self, window, name):
         window.wait_for_label(self.text("host_running_title"))
-        window.wait_for_text(f"{name} is still open.")
+        window.wait_for_text(f"quit {name}.")
 
     def test_a_running_host_is_named_and_the_way_on_is_closed(self):
         self.run_program("Photoshop")

@@ -70,12 +70,12 @@ bool isInSystemFolder(std::string_view path, std::span<const std::string> ownHom
     const SplitPath split(path);
     const Components components = split.components();
     if (components.empty()) return true;
+    if (std::find(system.begin(), system.end(), components.front()) == system.end()) return false;
     if (isBelowAHome(components, ownHomes)) return false;
     const auto holdsIt = [components](const std::array<std::string_view, 2>& folder) {
         return isBelow(components, Components(folder).first(folder[1].empty() ? 1 : 2));
     };
-    if (std::any_of(allowed.begin(), allowed.end(), holdsIt)) return false;
-    return std::find(system.begin(), system.end(), components.front()) != system.end();
+    return std::none_of(allowed.begin(), allowed.end(), holdsIt);
 }
 
 }  // namespace installer

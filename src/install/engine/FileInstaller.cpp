@@ -31,7 +31,7 @@ void FileInstaller::installSourceFiles(const std::vector<std::string>& sources,
                                        bool alwaysInstall) {
     std::vector<Source> items;
     items.reserve(sources.size());
-    for (const std::string& source : sources) items.push_back({source, std::nullopt});
+    for (const std::string& source : sources) items.push_back({&source, std::nullopt});
     installEach(items, toPath, isBundle, alwaysInstall);
     confirm();
 }
@@ -45,7 +45,7 @@ void FileInstaller::install(std::span<const PlannedItem> items) {
     if (items.empty()) return;
     std::vector<Source> sources;
     sources.reserve(items.size());
-    for (const PlannedItem& item : items) sources.push_back({item.source, item.bytes});
+    for (const PlannedItem& item : items) sources.push_back({&item.source, item.bytes});
     installEach(sources, items.front().destinationFolder, items.front().isPackage, true);
 }
 
@@ -60,7 +60,7 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
     bool carry = true;
     for (const Source& item : sources) {
         beginItem(item);
-        const std::string& source = item.path;
+        const std::string& source = *item.path;
         const std::string destination = joinPath(folder, lastPathComponent(source));
         const bool isThere = platform_.files.exists(destination);
         if (isThere) carry = alwaysInstall || mayReplace(source, destination, isBundle);
@@ -77,12 +77,12 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
 void FileInstaller::beginItem(const Source& source) {
     run_.trouble.clear();
     const std::string text =
-        localizedText(platform_.bundle, "installing_file") + lastPathComponent(source.path);
+        localizedText(platform_.bundle, "installing_file") + lastPathComponent(*source.path);
     platform_.log.log(text);
     showText_(text);
     if (run_.progress == nullptr) return;
     run_.progress->beginItem(source.bytes ? *source.bytes
-                                          : platform_.files.bytesToCopy(source.path));
+                                          : platform_.files.bytesToCopy(*source.path));
 }
 
 bool FileInstaller::mayReplace(const std::string& source, const std::string& destination,

@@ -48,7 +48,7 @@ class FileInstaller {
     using Outcome = PrivilegedCommands::Outcome;
 
     struct Source {
-        std::string path;
+        const std::string* path;             ///< somebody else's
         std::optional<std::uint64_t> bytes;  ///< nullopt if nobody has measured it
     };
 

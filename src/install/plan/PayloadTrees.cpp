@@ -53,9 +53,10 @@ const PayloadTrees::Entries* PayloadTrees::entriesBelow(const std::string& top,
 
 void visitVisible(const std::vector<TreeEntry>& entries, const std::string& folder,
                   const std::function<void(const std::string& path, const TreeEntry&)>& visit) {
+    const std::string beginning = withSeparator(folder);
     for (const TreeEntry& entry : entries) {
         if (isHidden(entry)) continue;
-        const std::string path = withSeparator(folder) + entry.name;
+        const std::string path = beginning + entry.name;
         visit(path, entry);
         if (!entry.isPackage) visitVisible(entry.entries, path, visit);
     }

@@ -89,9 +89,13 @@ PrivilegedCommands::Outcome PrivilegedCommands::finishItem(const std::string& pa
 
 std::optional<PrivilegedLaunch> PrivilegedCommands::startChecked(const std::string& tool,
                                                                  const Arguments& arguments) {
-    std::optional<TaskError> error = deniedError();
+    std::optional<TaskError> error;
     PrivilegedLaunch launch;
-    if (run_.authorization) launch = tasks_.start(tool, arguments, *run_.authorization, &error);
+    if (run_.authorization) {
+        launch = tasks_.start(tool, arguments, *run_.authorization, &error);
+    } else {
+        error = deniedError();
+    }
     if (checked(error) == Outcome::refused) {
         // The items before this one are confirmed all the same, as far as their answers come.
         static_cast<void>(confirmItems());

@@ -11,11 +11,11 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include "privileged/copies/EntryCopy.h"
+#include "privileged/copies/NamelessFile.h"
 #include "privileged/files/RegularFile.h"
 #include "privileged/system/AwaitReadable.h"
 #include "privileged/system/SystemError.h"
-#include "privileged/trees/EntryCopy.h"
-#include "privileged/trees/NamelessFile.h"
 #include "privileged/trees/Temporary.h"
 
 namespace installer {
@@ -37,18 +37,19 @@ std::size_t filesForTheDescriptorLimit() {
     return std::clamp<std::size_t>(limit.rlim_cur / 8, 1, mostFilesAhead);
 }
 
-std::string folderOf(const std::string& path) {
+std::string_view folderOf(std::string_view path) {
     const std::size_t slash = path.rfind('/');
     return path.substr(0, slash == 0 ? 1 : slash);
 }
 
-std::string nameOf(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
+/// Ends where the path ends.
+const char* nameOf(const std::string& path) {
+    return path.c_str() + path.rfind('/') + 1;
 }
 
 bool hasName(const std::string& path) {
-    return path.starts_with('/') && !path.ends_with('/') && path.find('\0') == std::string::npos &&
-           nameOf(path) != "." && nameOf(path) != "..";
+    return path.starts_with('/') && !path.ends_with('/') && !path.ends_with("/.") &&
+           !path.ends_with("/..") && path.find('\0') == std::string::npos;
 }
 
 bool isUnchanged(const struct stat& before, const struct stat& now) {
@@ -62,6 +63,14 @@ bool isUnchanged(const struct stat& before, const struct stat& now) {
 
 bool isSameEntry(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+void removeIfSame(int folder, const std::string& name, const struct stat& status) {
+    struct stat found = {};
+    const bool isSeen = fstatat(folder, name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0;
+    if (isSeen && isSameEntry(found, status)) {
+        static_cast<void>(unlinkat(folder, name.c_str(), 0));
+    }
 }
 
 }  // namespace
@@ -81,7 +90,6 @@ class CopyStager::Prepared {
     // Valid once it is filled.
     std::optional<NamelessFile> file;
     struct stat sourceStatus = {};
-    struct stat status = {};
     CopyTask task;
 
     [[nodiscard]] bool begin() {
@@ -105,7 +113,8 @@ void CopyStager::end() {
     giveUpPrepared();
     expected_.clear();
     next_ = nullptr;
-    source_ = staging_ = destination_ = {};
+    source_ = staging_ = {};
+    destination_.forget();
 }
 
 bool CopyStager::giveUpPrepared() {
@@ -127,11 +136,14 @@ void CopyStager::giveUp(Prepared& copy) {
 }
 
 void CopyStager::forgetFolder(const std::string& path) {
-    for (KeptFolder* kept : {&source_, &staging_, &destination_}) {
-        const bool isBelow = kept->path.starts_with(path) &&
-                             (kept->path.size() == path.size() || kept->path[path.size()] == '/');
-        if (isBelow) *kept = {};
+    const auto isThereOrBelow = [&path](const std::string& kept) {
+        return kept.starts_with(path) && (kept.size() == path.size() || kept[path.size()] == '/');
+    };
+    for (KeptFolder* kept : {&source_, &staging_}) {
+        if (isThereOrBelow(kept->path)) *kept = {};
     }
+    destination_.doubtItsPath();
+    if (isThereOrBelow(destination_.path())) destination_.forget();
 }
 
 std::shared_ptr<CopyStager::Prepared> CopyStager::take(const std::string& source,
@@ -151,14 +163,14 @@ std::shared_ptr<CopyStager::Prepared> CopyStager::take(const std::string& source
 
 void CopyStager::topUp() {
     while (next_ && expected_.size() < mostFiles_ && bytes_ < mostBytesAhead) {
-        const std::optional<ExpectedCopy> copy = next_();
+        std::optional<ExpectedCopy> copy = next_();
         if (!copy) {
             next_ = nullptr;
             return;
         }
         auto prepared = std::make_shared<Prepared>();
-        prepared->source = copy->source;
-        prepared->destination = copy->destination;
+        prepared->source = std::move(copy->source);
+        prepared->destination = std::move(copy->destination);
         prepared->task.privileges = privileges_;
         prepared->task.given = given_;
         expected_.push_back(prepared);
@@ -193,8 +205,7 @@ void CopyStager::fill(Prepared& copy) {
         if (!file) return false;
         const int descriptor = file.value().descriptor();
         if (fillFile(source.value().descriptor.get(), copy.sourceStatus, descriptor, unknownMode,
-                     copy.task, {}) ||
-            fstat(descriptor, &copy.status) != 0) {
+                     copy.task, {})) {
             return false;
         }
         copy.file = std::move(file).value();
@@ -228,30 +239,31 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     const NamelessFile file = std::move(*copy.file);
     copy.file.reset();
     struct stat status = {};
-    if (fstatat(copy.sourceFolder->get(), nameOf(copy.source).c_str(), &status,
-                AT_SYMLINK_NOFOLLOW) != 0 ||
+    if (fstatat(copy.sourceFolder->get(), nameOf(copy.source), &status, AT_SYMLINK_NOFOLLOW) != 0 ||
         !isUnchanged(copy.sourceStatus, status)) {
         return std::nullopt;
     }
-    const Folder folder = destinationFolder(folderOf(copy.destination));
+    const Folder folder = destination_.at(folderOf(copy.destination));
     if (!folder) return std::nullopt;
     const std::string name = nameOf(copy.destination);
     if (const auto error = file.publish(folder->get(), name)) {
         if (error == std::errc::file_exists) return error;
-        destination_ = {};
+        destination_.forget();
         return std::nullopt;
     }
-    if (lstat(copy.destination.c_str(), &status) != 0 || !isSameEntry(status, copy.status)) {
-        // The path leads elsewhere by now: the kept folder was moved or removed.
-        destination_ = {};
-        if (fstatat(folder->get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-            isSameEntry(status, copy.status)) {
-            static_cast<void>(unlinkat(folder->get(), name.c_str(), 0));
-        }
+    if (fstat(file.descriptor(), &status) != 0) {
+        static_cast<void>(unlinkat(folder->get(), name.c_str(), 0));
         return std::nullopt;
     }
-    finished.remember(status, copy.task);
-    for (auto rest = static_cast<std::uint64_t>(copy.status.st_size); progress && rest > 0;) {
+    if (!leadsTo(copy.destination, status)) {
+        // The kept folder was moved or removed.
+        destination_.forget();
+        removeIfSame(folder->get(), name, status);
+        return std::nullopt;
+    }
+    destination_.entryHasCome(name, status);
+    finished.remember({copy.destination, folder, name}, status, copy.task);
+    for (auto rest = static_cast<std::uint64_t>(status.st_size); progress && rest > 0;) {
         const std::uint64_t step = std::min(rest, progressStep);
         progress(step);
         rest -= step;
@@ -259,8 +271,9 @@ std::optional<std::error_code> CopyStager::publish(Prepared& copy, const CopyPro
     return std::error_code();
 }
 
-CopyStager::Folder CopyStager::sourceFolder(const std::string& path) {
-    if (source_.path == path) return source_.folder;
+CopyStager::Folder CopyStager::sourceFolder(std::string_view folderPath) {
+    if (source_.path == folderPath) return source_.folder;
+    const std::string path(folderPath);
     auto folder = openFolder(path, policy_);
     source_ = {path,
                folder ? std::make_shared<FileDescriptor>(std::move(folder).value()) : nullptr};
@@ -270,13 +283,14 @@ CopyStager::Folder CopyStager::sourceFolder(const std::string& path) {
 /// A folder on whose file system the copies into that folder can be filled: it itself, or the
 /// nearest one above it, as long as it is missing. What a folder hands down to new entries must be
 /// the same in both.
-CopyStager::Folder CopyStager::stagingFolder(const std::string& path) {
-    if (staging_.path == path) return staging_.folder;
+CopyStager::Folder CopyStager::stagingFolder(std::string_view folderPath) {
+    if (staging_.path == folderPath) return staging_.folder;
+    const std::string path(folderPath);
     staging_ = {path, nullptr};
     std::string existing = path;
     auto folder = openFolder(existing, policy_);
     while (folder.error() == std::errc::no_such_file_or_directory && existing != "/") {
-        existing = folderOf(existing);
+        existing = std::string(folderOf(existing));
         folder = openFolder(existing, policy_);
     }
     if (!folder || !hasRoom(folder.value().get())) return nullptr;
@@ -290,14 +304,11 @@ CopyStager::Folder CopyStager::stagingFolder(const std::string& path) {
     return staging_.folder;
 }
 
-CopyStager::Folder CopyStager::destinationFolder(const std::string& path) {
-    if (destination_.path == path && destination_.folder) return destination_.folder;
-    destination_ = {};
-    auto folder = openFolder(path, policy_);
-    if (!folder) return nullptr;
-    clearDeadTemporaries(folder.value().get());
-    destination_ = {path, std::make_shared<FileDescriptor>(std::move(folder).value())};
-    return destination_.folder;
+/// Whether the path leads to the entry of that status, which was just put into the kept folder.
+bool CopyStager::leadsTo(const std::string& path, const struct stat& status) {
+    if (destination_.isAtItsPath()) return true;
+    struct stat found = {};
+    return lstat(path.c_str(), &found) == 0 && isSameEntry(found, status);
 }
 
 /// What is held ready must never be why something else does not fit.

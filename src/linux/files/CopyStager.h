@@ -9,13 +9,15 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "linux/files/CopyThreads.h"
+#include "linux/files/FilledFolder.h"
 #include "ports/FileManager.h"
+#include "privileged/copies/FinishedTree.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/files/Location.h"
-#include "privileged/trees/FinishedTree.h"
-#include "privileged/trees/TreeCopy.h"
 
 namespace installer {
 
@@ -25,7 +27,8 @@ namespace installer {
 /// and bytes is held ready, and none while the disk is nearly full.
 class CopyStager {
   public:
-    CopyStager(LinkPolicy policy, CopyThreads& threads) : policy_(policy), threads_(threads) {}
+    CopyStager(LinkPolicy policy, CopyThreads& threads)
+        : policy_(policy), threads_(threads), destination_(policy) {}
     ~CopyStager() { end(); }
     CopyStager(const CopyStager&) = delete;
     CopyStager& operator=(const CopyStager&) = delete;
@@ -46,6 +49,9 @@ class CopyStager {
 
     /// Forgets the folders that are kept open at the path or below it.
     void forgetFolder(const std::string& path);
+
+    /// The folder that the published files of now go into.
+    [[nodiscard]] FilledFolder& destination() { return destination_; }
 
     class Prepared;
     /// The copy, if it was expected. Those that were expected before it are given up.
@@ -71,9 +77,9 @@ class CopyStager {
     void fill(Prepared& copy);
     void waitFor(Prepared& copy, const CopyProgress& progress);
     void giveUp(Prepared& copy);
-    [[nodiscard]] Folder sourceFolder(const std::string& path);
-    [[nodiscard]] Folder stagingFolder(const std::string& path);
-    [[nodiscard]] Folder destinationFolder(const std::string& path);
+    [[nodiscard]] Folder sourceFolder(std::string_view folderPath);
+    [[nodiscard]] Folder stagingFolder(std::string_view folderPath);
+    [[nodiscard]] bool leadsTo(const std::string& path, const struct stat& status);
     [[nodiscard]] static bool hasRoom(int folder);
 
     LinkPolicy policy_;
@@ -86,7 +92,8 @@ class CopyStager {
     std::size_t mostFiles_ = 0;
     std::deque<std::shared_ptr<Prepared>> expected_;
     std::uint64_t bytes_ = 0;  ///< of the files in `expected_` that are prepared
-    KeptFolder source_, staging_, destination_;
+    KeptFolder source_, staging_;
+    FilledFolder destination_;
 
     std::mutex mutex_;
     std::condition_variable filled_;

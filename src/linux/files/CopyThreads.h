@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "privileged/trees/Workers.h"
+#include "privileged/copies/Workers.h"
 
 namespace installer {
 

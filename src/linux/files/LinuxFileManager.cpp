@@ -12,6 +12,7 @@
 #include "foundation/values/PackageName.h"
 #include "linux/files/FolderReading.h"
 #include "ports/SystemLog.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/files/EntryMode.h"
 #include "privileged/files/FolderCreation.h"
 #include "privileged/files/FolderListing.h"
@@ -21,7 +22,6 @@
 #include "privileged/system/SystemError.h"
 #include "privileged/system/WriteAll.h"
 #include "privileged/trees/Temporary.h"
-#include "privileged/trees/TreeCopy.h"
 #include "privileged/trees/TreeRemoval.h"
 #include "privileged/trees/TreeSize.h"
 
@@ -78,7 +78,10 @@ LinkPolicy LinuxFileManager::linkPolicyOfThisProcess() {
 }
 
 bool LinuxFileManager::exists(const std::string& path) {
-    const auto status = statusOf(path);
+    // Asked several times for each item: a path that is right as it is need not be copied.
+    const bool isRight = path.size() > 1 && path.front() == '/' && path.back() != '/' &&
+                         path.find('\0') == std::string::npos;
+    const auto status = isRight ? stager_.destination().statusOf(path) : statusOf(path);
     const bool isMissing = status.error() == std::errc::no_such_file_or_directory ||
                            status.error() == std::errc::not_a_directory;
     // The caller goes on as if there was no entry, so the log must say why, once for each path.
@@ -134,18 +137,25 @@ std::error_code LinuxFileManager::copy(const std::string& source, const std::str
 std::error_code LinuxFileManager::copyNow(const std::string& source, const std::string& destination,
                                           const CopyProgress& progress,
                                           const std::optional<GivenAttributes>& given) {
+    stager_.destination().doubtItsPath();
     CopyTask task{.progress = progress,
                   .privileges = privilegesOfCopies(),
                   .given = given,
                   .workers = threads_.count() > 0 ? &threads_ : nullptr};
     if (const auto error = copyTree(source, destination, policy_, task)) return error;
     struct stat status = {};
-    if (given && lstat(destination.c_str(), &status) == 0) finished_.remember(status, task);
+    if (given && lstat(destination.c_str(), &status) == 0) {
+        finished_.remember({.path = destination}, status, task);
+    }
     return {};
 }
 
 void LinuxFileManager::expectCopies(CopySchedule schedule) {
-    if (!schedule.next) return stager_.end();
+    if (!schedule.next) {
+        // Nothing of the disk stays open.
+        finished_.forget();
+        return stager_.end();
+    }
     stager_.begin(std::move(schedule.next), givable(schedule.attributes), privilegesOfCopies());
 }
 

@@ -10,8 +10,8 @@
 #include "linux/files/CopyStager.h"
 #include "linux/files/CopyThreads.h"
 #include "ports/FileManager.h"
+#include "privileged/copies/FinishedTree.h"
 #include "privileged/files/Location.h"
-#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 

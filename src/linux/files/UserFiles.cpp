@@ -63,10 +63,31 @@ std::error_code makeFolder(Folder& parent, const std::string& name,
     return {};
 }
 
-/// Root can write anywhere, so it follows only the links of root and of the user it writes for.
+/// Root can write anywhere, so it follows only the links of root and of the user it writes for, and
+/// that user's only to folders of that user's own (see `followed`).
 LinkTrust linkTrust(const std::optional<Owner>& owner) {
     if (::geteuid() != 0) return LinkTrust::any();
     return LinkTrust::ofRootOr(owner ? std::optional(owner->user) : std::nullopt);
+}
+
+/// The folder behind a link. A link of the user's leads root only to where the user could write
+/// without root: a folder of the system may hold what is started for everybody.
+Result<FileDescriptor> followed(const FileDescriptor& folder, const std::string& name,
+                                const std::optional<Owner>& owner) {
+    const auto walk = [&](const LinkTrust& trust) -> Result<FileDescriptor> {
+        FileDescriptor start(::fcntl(folder.get(), F_DUPFD_CLOEXEC, 0));
+        if (!start) return systemError();
+        return walkPath(std::move(start), name, trust);
+    };
+    if (!owner) return walk(linkTrust(owner));
+    auto target = walk(LinkTrust::ofRootOr(std::nullopt));
+    if (target || target.error() != std::errc::too_many_symbolic_link_levels) return target;
+    target = walk(linkTrust(owner));
+    struct stat status{};
+    if (!target) return target;
+    if (::fstat(target.value().get(), &status) != 0) return systemError();
+    if (status.st_uid != owner->user) return systemError(ELOOP);
+    return target;
 }
 
 std::error_code enterFolder(Folder& folder, const std::string& name,
@@ -75,7 +96,7 @@ std::error_code enterFolder(Folder& folder, const std::string& name,
     FileDescriptor entered(::openat(folder.descriptor.get(), name.c_str(), flags | O_NOFOLLOW));
     if (!entered && errno == ENOENT) return makeFolder(folder, name, owner);
     if (!entered) {
-        auto target = walkPath(std::move(folder.descriptor), name, linkTrust(owner));
+        auto target = followed(folder.descriptor, name, owner);
         if (!target) return target.error();
         folder.insideHome = false;
         entered = std::move(target).value();

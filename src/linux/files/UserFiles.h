@@ -15,8 +15,8 @@ namespace installer {
 /// of the home folder: settings that only root can change would lock that user out. Behind a link
 /// that leads out of the home folder, a new entry is given away only if its folder already belongs
 /// to that user. Links before the last component of a path are followed; root follows only links
-/// that belong to root or to that user, and any other is ELOOP. This holds for the path of the home
-/// folder too.
+/// that belong to root, and links of that user that lead to a folder of that user's; any other is
+/// ELOOP. This holds for the path of the home folder too.
 class UserFiles {
   public:
     enum class Durability {

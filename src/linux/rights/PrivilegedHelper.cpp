@@ -77,7 +77,7 @@ void PrivilegedHelper::limitTo(const WriteGrant& grant) {
 
 PrivilegedLaunch PrivilegedHelper::execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) {
-    const std::optional<std::string> request = encodedRequest({tool, arguments});
+    const std::optional<std::string> request = encodedRequest(tool, arguments);
     if (!request) return {authorization_status::toolNotExecutable, nullptr};
     while (underWay_.size() >= mostUnderWay) handleNextMessage();
     if (isLost()) return {authorization_status::denied, nullptr};

@@ -5,8 +5,9 @@
 
 #include <unistd.h>
 
+#include "privileged/copies/FinishedTree.h"
+#include "privileged/helper/DesktopDatabase.h"
 #include "privileged/system/AdminGroup.h"
-#include "privileged/trees/FinishedTree.h"
 
 namespace installer {
 namespace {
@@ -47,6 +48,7 @@ RootTools::RootTools(const HelperPlace& place, const WriteGrant& grant,
                      const FinishedTree* finished)
     : tools_(InvokingUser(::getuid()), ProtectedFolders(place.volume, place.home, ::getuid()),
              grant) {
+    tools_.setRefresh(startAwaitedDesktopDatabaseRefresh);
     if (finished == nullptr) return;
     tools_.setIsDone([finished](const Command& command) { return isDone(command, *finished); });
 }

@@ -10,10 +10,10 @@ namespace installer {
 // does. The window's binder gives each its meaning; whoever checks a description reads them here.
 
 /// Name a property of the owner, which the control shows.
-inline constexpr std::array<const char*, 11> bindingProperties = {
+inline constexpr std::array<const char*, 12> bindingProperties = {
     "textBinding",     "plainTextBinding",      "styledTextBinding", "enabledBinding",
     "visibleBinding",  "checkedBinding",        "imageBinding",      "rowsBinding",
-    "closableBinding", "accessibleNameBinding", "waitingBinding"};
+    "closableBinding", "accessibleNameBinding", "waitingBinding",    "captionBinding"};
 
 /// Names an action of the owner.
 inline constexpr const char* actionProperty = "action";

@@ -33,7 +33,8 @@ std::error_code renameWithoutReplacing(int fromFolder, const std::string& from, 
     if (renameat2(fromFolder, from.c_str(), toFolder, to.c_str(), RENAME_NOREPLACE) == 0) {
         return {};
     }
-    if (errno != EINVAL && errno != ENOSYS) return systemError();
+    // The C library tells of a kernel that does not know the call by the same error.
+    if (errno != EINVAL) return systemError();
     return renameAfterClaiming(fromFolder, from, toFolder, to);
 }
 

@@ -2,9 +2,9 @@
 
 #include <system_error>
 
-#include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/Policy.h"
-#include "privileged/trees/TreeCopy.h"
+#include "privileged/copies/TreeCopy.h"
+#include "privileged/wall/InvokingUser.h"
+#include "privileged/wall/Policy.h"
 
 namespace installer {
 

@@ -11,9 +11,9 @@ namespace installer {
 namespace {
 
 /// Enough of a request to recognise it, however long it is.
-std::string summary(const ToolRequest& request) {
+std::string summary(const ToolRequestView& request) {
     constexpr std::size_t longest = 200;
-    std::string text = request.tool.substr(0, longest);
+    std::string text(request.tool.substr(0, longest));
     for (const std::string& argument : request.arguments) {
         text += " '" + argument.substr(0, longest) + "'";
     }
@@ -27,7 +27,7 @@ bool isMissingFolder(const std::string& path) {
 
 }  // namespace
 
-AdministratorTools::ExitStatus AdministratorTools::run(const ToolRequest& request,
+AdministratorTools::ExitStatus AdministratorTools::run(const ToolRequestView& request,
                                                        const CopyProgress& progress) {
     const std::optional<Command> command = allowedCommand(request, user_, folders_);
     if (!command || !isPlanned(*command)) {
@@ -39,7 +39,7 @@ AdministratorTools::ExitStatus AdministratorTools::run(const ToolRequest& reques
     const HeldSignals held;
     const std::error_code error = performNow(*command, progress);
     if (!error) return ExitStatus::succeeded;
-    report(request.tool + ": " + command->path + ": " + error.message());
+    report(std::string(request.tool) + ": " + command->path + ": " + error.message());
     return ExitStatus::failed;
 }
 

@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "foundation/values/WriteGrant.h"
-#include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/Policy.h"
-#include "privileged/helper/ProtectedFolders.h"
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/protocol/Message.h"
-#include "privileged/trees/TreeCopy.h"
+#include "privileged/wall/InvokingUser.h"
+#include "privileged/wall/Policy.h"
+#include "privileged/wall/ProtectedFolders.h"
 
 namespace installer {
 
@@ -32,7 +32,7 @@ class AdministratorTools {
     /// Does what the tool would do, if the policy's table, the folders of the system and the run's
     /// plan allow it. Refusals and failures are reported. A signal that arrives during an action
     /// takes effect after it.
-    [[nodiscard]] ExitStatus run(const ToolRequest& request, const CopyProgress& progress);
+    [[nodiscard]] ExitStatus run(const ToolRequestView& request, const CopyProgress& progress);
 
     /// Asked before a command is done.
     void setIsDone(IsDone isDone) { isDone_ = std::move(isDone); }

@@ -1,14 +1,16 @@
 #include "privileged/helper/DesktopDatabase.h"
 
 #include <array>
+#include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "privileged/helper/KernelWall.h"
 #include "privileged/system/Spawn.h"
 #include "privileged/system/SystemError.h"
+#include "privileged/wall/KernelWall.h"
 
 namespace installer {
 
@@ -40,15 +42,35 @@ void leaveStandardStreams() {
 
 }  // namespace
 
-std::error_code startDesktopDatabaseRefresh() {
+namespace {
+
+/// 0 if the machine has no such tool.
+Result<pid_t> startTool() {
     SpawnRequest request;
     request.path = tool;
     request.arguments = {machineWideApplications};
     request.environment = SpawnRequest::Environment::empty;
     request.session = SpawnRequest::Session::itsOwn;
     const Result<pid_t> started = spawn(request);
-    if (started || started.error() == std::errc::no_such_file_or_directory) return {};
-    return started.error();
+    if (started.error() == std::errc::no_such_file_or_directory) return pid_t{0};
+    return started;
+}
+
+}  // namespace
+
+std::error_code startDesktopDatabaseRefresh() {
+    return startTool().error();
+}
+
+std::error_code startAwaitedDesktopDatabaseRefresh() {
+    const Result<pid_t> tool = startTool();
+    if (!tool || tool.value() == 0) return tool.error();
+    try {
+        std::thread([process = tool.value()] { static_cast<void>(waitForEnd(process)); }).detach();
+    } catch (const std::system_error&) {
+        // It stays in the list until this process ends, and nothing else depends on it.
+    }
+    return {};
 }
 
 DesktopDatabase::DesktopDatabase() {

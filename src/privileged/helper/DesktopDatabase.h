@@ -10,8 +10,12 @@ namespace installer {
 
 /// Starts the tool that renews the machine's data base of desktop entries, and does not wait for
 /// its end: the installation does not depend on it. A machine without the tool has no such data
-/// base.
+/// base. For a process that ignores the ends of its children.
 [[nodiscard]] std::error_code startDesktopDatabaseRefresh();
+
+/// The same for a process that does not: a thread waits for the tool's end, so that it does not
+/// stay in the system's list. Signals are held when this is called, and never reach that thread.
+[[nodiscard]] std::error_code startAwaitedDesktopDatabaseRefresh();
 
 /// A process beside the helper that does that and nothing else, and can write nowhere else. To be
 /// made before the helper gives up its own rights. It ends with this object, or with this process.

@@ -9,12 +9,12 @@
 
 #include "privileged/helper/CleanStart.h"
 #include "privileged/helper/DesktopDatabase.h"
-#include "privileged/helper/HelperArguments.h"
 #include "privileged/helper/HelperSession.h"
-#include "privileged/helper/InvokingUser.h"
-#include "privileged/helper/KernelWall.h"
-#include "privileged/helper/ProtectedFolders.h"
 #include "privileged/helper/Report.h"
+#include "privileged/wall/HelperArguments.h"
+#include "privileged/wall/InvokingUser.h"
+#include "privileged/wall/KernelWall.h"
+#include "privileged/wall/ProtectedFolders.h"
 
 namespace {
 

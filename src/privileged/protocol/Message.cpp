@@ -97,16 +97,20 @@ std::string encodedHello() {
 }
 
 std::optional<std::string> encodedRequest(const ToolRequest& request) {
-    if (request.arguments.size() >= message_limits::textCount) return std::nullopt;
+    return encodedRequest(request.tool, request.arguments);
+}
+
+std::optional<std::string> encodedRequest(std::string_view tool,
+                                          std::span<const std::string> arguments) {
+    if (arguments.size() >= message_limits::textCount) return std::nullopt;
     std::string body;
-    appendNumber(body, request.arguments.size() + 1, 4);
+    appendNumber(body, arguments.size() + 1, 4);
     const auto append = [&body](std::string_view text) {
-        if (text.size() > message_limits::bodySize) return false;
         appendText(body, text);
         return body.size() <= message_limits::bodySize;
     };
-    if (!append(request.tool)) return std::nullopt;
-    for (const std::string& argument : request.arguments) {
+    if (!append(tool)) return std::nullopt;
+    for (const std::string& argument : arguments) {
         if (!append(argument)) return std::nullopt;
     }
     return encoded(MessageType::request, body);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,17 @@ struct ToolRequest {
     friend bool operator==(const ToolRequest&, const ToolRequest&) = default;
 };
 
+/// A run of a tool whose texts somebody else holds.
+struct ToolRequestView {
+    std::string_view tool;
+    std::span<const std::string> arguments;
+
+    ToolRequestView(std::string_view itsTool, std::span<const std::string> itsArguments)
+        : tool(itsTool), arguments(itsArguments) {}
+    ToolRequestView(const ToolRequest& request)
+        : tool(request.tool), arguments(request.arguments) {}
+};
+
 /// A part of what the run has planned.
 struct PlanTexts {
     enum class Kind : std::uint32_t {
@@ -61,6 +73,8 @@ struct PlanTexts {
 // Whole messages, ready to be written.
 [[nodiscard]] std::string encodedHello();
 /// nullopt if the texts are more, or longer, than a message takes.
+[[nodiscard]] std::optional<std::string> encodedRequest(std::string_view tool,
+                                                        std::span<const std::string> arguments);
 [[nodiscard]] std::optional<std::string> encodedRequest(const ToolRequest& request);
 [[nodiscard]] std::string encodedProgress(std::uint64_t bytes);
 /// At most `message_limits::bodySize` bytes; what is beyond them is left away.

@@ -21,12 +21,12 @@ ssize_t writeSome(int descriptor, std::string_view bytes) {
     return ::write(descriptor, bytes.data(), bytes.size());
 }
 
-/// Until the descriptor is ready for that event, at its end or broken. Its other users may have
-/// made it one that does not block: sudo with output logging does.
+/// Until the descriptor is ready for that event, at its end or broken, or a signal has come: the
+/// caller tries again. Its other users may have made it one that does not block: sudo with output
+/// logging does.
 void awaitReady(int descriptor, short event) {
     pollfd polled{descriptor, event, 0};
-    while (::poll(&polled, 1, -1) < 0 && errno == EINTR) {
-    }
+    static_cast<void>(::poll(&polled, 1, -1));
 }
 
 ssize_t readSome(int descriptor, std::span<char> buffer,
@@ -51,15 +51,19 @@ bool MessageStream::send(std::string_view encodedMessage) {
     return true;
 }
 
-std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
+std::optional<Message> MessageStream::received() {
     Message message;
-    while (ending_ == Ending::none) {
-        const MessageDecoder::State state = decoder_.next(message);
-        if (state == MessageDecoder::State::message) return message;
-        if (state == MessageDecoder::State::malformed) {
-            ending_ = Ending::malformed;
-            break;
-        }
+    if (ending_ != Ending::none) return std::nullopt;
+    const MessageDecoder::State state = decoder_.next(message);
+    if (state == MessageDecoder::State::message) return message;
+    if (state == MessageDecoder::State::malformed) ending_ = Ending::malformed;
+    return std::nullopt;
+}
+
+std::optional<Message> MessageStream::receive(const std::function<void()>& whileWaiting) {
+    for (;;) {
+        if (std::optional<Message> message = received()) return message;
+        if (ending_ != Ending::none) return std::nullopt;
         std::array<char, 16384> buffer;
         const ssize_t count = readSome(input_, buffer, whileWaiting);
         if (count > 0) {
@@ -73,7 +77,6 @@ std::optional<Message> MessageStream::receive(const std::function<void()>& while
             ending_ = errno == ECONNRESET ? Ending::closed : Ending::failed;
         }
     }
-    return std::nullopt;
 }
 
 bool MessageStream::canSend() const {

@@ -30,6 +30,9 @@ class MessageStream {
     [[nodiscard]] std::optional<Message> receive(const std::function<void()>& whileWaiting = {});
     [[nodiscard]] Ending ending() const { return ending_; }
 
+    /// The next message if it was read together with one before it; waits for nothing.
+    [[nodiscard]] std::optional<Message> received();
+
     /// Whether a small message could be written now without waiting for the peer to read.
     [[nodiscard]] bool canSend() const;
 

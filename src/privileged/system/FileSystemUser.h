@@ -30,9 +30,10 @@ class FileSystemUser {
     gid_t group_;
 };
 
-/// While this object lives, this thread opens files by the rights of that user, and what it makes
-/// belongs to that user. Nothing changes for null. The process must be root, and ends if the change
-/// is not possible.
+/// While this object lives, this thread is that user: it opens files by the user's rights, and what
+/// it makes belongs to them. Nothing changes for null. The process must be root, and ends if the
+/// change is not possible. The user can end the thread's process meanwhile, and do no more with it:
+/// nobody may read or trace a process that was root.
 class ActingAs {
   public:
     explicit ActingAs(const FileSystemUser* user);

@@ -21,7 +21,7 @@ namespace {
 constexpr std::array<MakeBinding, bindingProperties.size()> makers = {
     textBinding,     plainTextBinding,      styledTextBinding, enabledBinding,
     visibleBinding,  checkedBinding,        imageBinding,      rowsBinding,
-    closableBinding, accessibleNameBinding, waitingBinding};
+    closableBinding, accessibleNameBinding, waitingBinding,    captionBinding};
 
 std::string named(const QObject& control, const char* property) {
     return fromQt(control.property(property).toString());

@@ -38,6 +38,7 @@ using MakeBinding = ShowValue (*)(QObject& control, const BindingContext& contex
 [[nodiscard]] ShowValue checkedBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue imageBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue waitingBinding(QObject& control, const BindingContext& context);
+[[nodiscard]] ShowValue captionBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue rowsBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue closableBinding(QObject& control, const BindingContext& context);
 [[nodiscard]] ShowValue accessibleNameBinding(QObject& control, const BindingContext& context);

@@ -7,6 +7,7 @@
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
+#include "qt/controls/RowHeight.h"
 #include "qt/controls/TickableRows.h"
 #include "qt/dressing/BehindQuestion.h"
 #include "qt/values/RowIcon.h"
@@ -58,6 +59,8 @@ ShowValue rowsBinding(QObject& control, const BindingContext& context) {
     if (!list) return {};
     const bool isCheckable = list->property(checkableProperty).toBool();
     list->setItemDelegate(new ListRowDelegate(list));
+    list->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    new RowsFollowHeight(*list);
     if (isCheckable) TickableRows::followFocus(*list);
     const auto show = [list, isCheckable](const PropertyValue& value) {
         const auto* rows = std::get_if<std::vector<ListRow>>(&value);

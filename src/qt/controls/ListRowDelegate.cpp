@@ -1,10 +1,12 @@
 #include "qt/controls/ListRowDelegate.h"
 
 #include <QApplication>
+#include <QListView>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
+#include "qt/controls/RowHeight.h"
 #include "qt/theme/ReadableColor.h"
 #include "qt/theme/TextSizes.h"
 
@@ -12,8 +14,9 @@ namespace installer {
 
 namespace {
 
-constexpr int space = 8;  // above and below a row's contents
-constexpr int gap = 4;    // before and after its texts
+constexpr int space = 8;       // above and below a row's contents
+constexpr int leastSpace = 4;  // where another row fits in then
+constexpr int gap = 4;         // before and after its texts
 
 QFont detailFont(const QFont& font) {
     return fontOfSize(TextSize::small, font);
@@ -87,8 +90,12 @@ QSize ListRowDelegate::sizeHint(const QStyleOptionViewItem& option,
                       (hasDetail ? QFontMetrics(detailFont(item.font)).height() : 0);
     const bool hasIcon = !item.icon.isNull();
     const int icon = hasIcon ? item.decorationSize.height() : 0;
+    const int contents = std::max(texts, icon);
+    const auto* list = qobject_cast<const QListView*>(item.widget);
+    const int area = list == nullptr ? 0 : list->viewport()->height();
     return {QStyledItemDelegate::sizeHint(option, index).width(),
-            std::max(texts, icon) + 2 * space};
+            rowHeightThatFits(area, index.model()->rowCount(), contents + 2 * leastSpace,
+                              contents + 2 * space)};
 }
 
 bool ListRowDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,

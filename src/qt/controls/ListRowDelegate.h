@@ -6,7 +6,8 @@ namespace installer {
 
 /// Paints a row of a list: first what the style paints before a text, then the title. Below the
 /// title it paints the detail in a quieter colour, shortened in its middle. A click anywhere in a
-/// row that can be ticked ticks or unticks it.
+/// row that can be ticked ticks or unticks it. Rows are a little higher or lower than they would be
+/// where that keeps the list from cutting the last visible one.
 class ListRowDelegate final : public QStyledItemDelegate {
   public:
     static constexpr int detailRole = Qt::UserRole;

@@ -89,8 +89,40 @@ void QtTextField::setColor(Color color) {
     if (label_) look_->setColor(color);
 }
 
+class QtImageView::Look final : public QObject {
+  public:
+    explicit Look(QLabel& label) : QObject(&label), label_(label) {
+        label.installEventFilter(this);
+    }
+
+    void setImage(const Image& image) {
+        image_ = image;
+        show();
+    }
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange) show();
+        return false;
+    }
+
+  private:
+    void show() { showPicture(label_, pictureFor(label_.palette(), image_)); }
+
+    QLabel& label_;
+    Image image_;
+};
+
+QtImageView::QtImageView(QLabel* label) {
+    // The label may have been given to another view before.
+    for (QObject* child : label->children()) {
+        if (auto* look = dynamic_cast<Look*>(child)) look_ = look;
+    }
+    if (!look_) look_ = new Look(*label);
+}
+
 void QtImageView::setImage(const Image& image) {
-    if (label_) showPicture(*label_, image);
+    if (look_) look_->setImage(image);
 }
 
 void QtImageView::setAccessibleName(const std::string& name) {

@@ -24,14 +24,17 @@ class QtTextField final : public TextField {
     QPointer<Look> look_;  ///< the label's
 };
 
+/// In a dark window it shows the picture's dark variant where there is one (`pictureFor`).
 class QtImageView final : public ImageView {
   public:
-    explicit QtImageView(QLabel* label) : label_(label) {}
+    explicit QtImageView(QLabel* label);
     void setImage(const Image& image) override;
     void setAccessibleName(const std::string& name) override;
 
   private:
-    QPointer<QLabel> label_;
+    class Look;
+
+    QPointer<Look> look_;  ///< the label's
 };
 
 class QtListSelection final : public ListSelection {

@@ -19,16 +19,9 @@ namespace installer {
 
 namespace {
 
-void setTextSize(QWidget& control) {
-    const QString size = control.property(textSizeProperty).toString();
-    if (size == QLatin1String("heading")) new FollowsFont(control, TextSize::heading);
-    if (size == QLatin1String("strong")) new FollowsFont(control, TextSize::strong);
-    if (size == QLatin1String("small")) new FollowsFont(control, TextSize::small);
-}
-
 void dressOne(QWidget& control, const Bundle& bundle) {
     if (control.parentWidget() != nullptr) {
-        setTextSize(control);
+        if (control.property(textSizeProperty).isValid()) new FollowsFont(control);
         if (control.property(sidePaneProperty).toBool()) new SidePane(control);
     }
     if (control.property(connectsDotsProperty).toBool()) new DotLine(control);

@@ -2,17 +2,17 @@
 
 #include <QObject>
 
-#include "qt/theme/TextSizes.h"
-
 class QWidget;
 
 namespace installer {
 
-/// Keeps a control's text at one of the three sizes, whatever font the desktop has and changes to.
+/// Keeps a control's text at the size that its property `textSize` names, now and after a change of
+/// the property, whatever font the desktop has and changes to. A size that is not known is the
+/// desktop's own.
 class FollowsFont final : public QObject {
   public:
     /// Ends with the control, which stays in its parent.
-    FollowsFont(QWidget& control, TextSize size);
+    explicit FollowsFont(QWidget& control);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -21,7 +21,6 @@ class FollowsFont final : public QObject {
     void apply();
 
     QWidget& control_;
-    TextSize size_;
 };
 
 }  // namespace installer

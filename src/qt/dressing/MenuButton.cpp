@@ -22,7 +22,7 @@ QPixmap sign(const QColor& color, int side, double pixelsPerUnit) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     for (const double place : {0.25, 0.5, 0.75}) {
-        painter.drawRect(QRectF(side * 0.125, side * place - 1, side * 0.75, 2));
+        painter.drawRect(QRectF(0, side * place - 1, side, 2));
     }
     return picture;
 }

@@ -1,10 +1,13 @@
 #include "qt/values/Picture.h"
 
+#include <QFileInfo>
 #include <QImageReader>
 #include <QLabel>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
 
+#include "qt/theme/ColorScheme.h"
 #include "qt/values/QtText.h"
 
 namespace installer {
@@ -37,6 +40,14 @@ void showPicture(QLabel& label, const Image& image) {
     // The label scales the whole picture for the screen that it is on whenever it paints.
     label.setScaledContents(isFixed);
     label.setPixmap(QPixmap::fromImage(isFixed ? fitted(picture, area) : picture));
+}
+
+Image pictureFor(const QPalette& palette, const Image& image) {
+    if (image.path.empty() || !isDark(palette)) return image;
+    const QFileInfo file(toQt(image.path));
+    const QString dark =
+        file.path() + u'/' + file.completeBaseName() + QStringLiteral("-Dark.") + file.suffix();
+    return QFileInfo::exists(dark) ? Image{fromQt(dark)} : image;
 }
 
 }  // namespace installer

@@ -3,6 +3,7 @@
 #include "ports/window/Image.h"
 
 class QLabel;
+class QPalette;
 
 namespace installer {
 
@@ -10,5 +11,9 @@ namespace installer {
 /// with a fixed size scales the picture to fit, in the resolution of its screen. Any other label
 /// takes the size of the picture.
 void showPicture(QLabel& label, const Image& image);
+
+/// The picture for a label of that palette: in a dark window the file NAME-Dark.TYPE beside
+/// NAME.TYPE where there is one, else the picture itself.
+[[nodiscard]] Image pictureFor(const QPalette& palette, const Image& image);
 
 }  // namespace installer

@@ -6,6 +6,7 @@
 #include "ports/Platform.h"
 #include "product/PlugInFilesModel.h"
 #include "tools/installerctl/Verbs.h"
+#include "tools/installerctl/operations/Summaries.h"
 
 namespace installer {
 
@@ -20,12 +21,7 @@ ExitStatus describe(const Receipt& receipt, Report& report) {
         report.hosts.push_back({host.name, host.user, host.application, host.plugIns, ""});
     }
     for (const auto& item : receipt.items) {
-        ReportedItem reported;
-        reported.source = item.source;
-        reported.destination = item.destination;
-        reported.rule = item.rule;
-        reported.host = item.host;
-        reported.user = item.user;
+        ReportedItem reported = reportedItem(item);
         reported.result = "recorded";
         report.items.push_back(std::move(reported));
     }

@@ -27,12 +27,19 @@ struct PackOptions {
     std::string output = ".";
     std::string maintainer;
     std::string key;
+    std::string compression = "gzip";
     bool withToolkit = false;
+
+    [[nodiscard]] Compression compressionOfRunFiles() const {
+        return compression == "zstd" ? Compression::zstd : Compression::gzip;
+    }
 };
 
-Packed packAs(const std::string& format, const PackSource& source, const Kit& kit,
-              const std::string& folder) {
-    if (format == "run") return packRunFile(source, kit, folder);
+Packed packAs(const std::string& format, const PackOptions& options, const PackSource& source,
+              const Kit& kit, const std::string& folder) {
+    if (format == "run") {
+        return packRunFile(source, kit, options.compressionOfRunFiles(), folder);
+    }
     if (format == "deb") return packDebPackage(source, folder);
     if (format == "rpm") return packRpmPackage(source, folder);
     return packTarFile(source, folder);
@@ -49,7 +56,7 @@ ExitStatus packAll(const PackOptions& options, const PackSource& source, const K
         withSingleSeparators(std::filesystem::absolute(options.output).string());
     std::filesystem::create_directories(folder);
     for (const std::string& format : options.formats) {
-        const Packed packed = packAs(format, source, kit, folder);
+        const Packed packed = packAs(format, options, source, kit, folder);
         if (packed.failure) return failed(packed.file + " was not made: " + *packed.failure);
         if (key) {
             const auto failure = signFile(joinPath(folder, packed.file), *key, source.time);
@@ -109,6 +116,12 @@ void addPackVerb(const CommandLine& line) {
         ->default_str("run");
     verb->add_option("--output", options->output, "Where to put the files")
         ->type_name("DIR")
+        ->capture_default_str();
+    verb->add_option("--compression", options->compression,
+                     "How a run file is compressed: gzip, which every system has, or zstd, which "
+                     "unpacks faster where customers have it")
+        ->type_name("NAME")
+        ->check(CLI::IsMember({"gzip", "zstd"}))
         ->capture_default_str();
     verb->add_option("--maintainer", options->maintainer,
                      "Who answers for a package: NAME <ADDRESS>; by default the company, at the "

@@ -11,6 +11,9 @@ _mkinstaller() {
     elif [ "$previous" = --format ]; then
         mapfile -t COMPREPLY < <(compgen -W "run tar deb rpm" -- "$word")
         return
+    elif [ "$previous" = --compression ]; then
+        mapfile -t COMPREPLY < <(compgen -W "gzip zstd" -- "$word")
+        return
     elif [ "$previous" = --sign ]; then
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
@@ -20,7 +23,7 @@ _mkinstaller() {
             lint) words="--json --strict --help" ;;
             try) words="--window --keep --help" ;;
             build) words="--output --help" ;;
-            pack) words="--format --output --maintainer --sign --with-toolkit --help" ;;
+            pack) words="--format --compression --output --maintainer --sign --with-toolkit --help" ;;
             keygen) words="--help" ;;
             help) words="new lint try build pack keygen help" ;;
         esac

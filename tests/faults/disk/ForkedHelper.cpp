@@ -8,8 +8,8 @@
 #include <unistd.h>
 
 #include "privileged/helper/HelperSession.h"
-#include "privileged/helper/InvokingUser.h"
 #include "privileged/protocol/MessageStream.h"
+#include "privileged/wall/InvokingUser.h"
 #include "tests/faults/disk/DoneTool.h"
 
 namespace installer::test {

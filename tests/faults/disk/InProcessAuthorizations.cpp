@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "privileged/helper/AdministratorTools.h"
-#include "privileged/helper/InvokingUser.h"
+#include "privileged/wall/InvokingUser.h"
 #include "tests/faults/disk/DoneTool.h"
 
 namespace installer::test {

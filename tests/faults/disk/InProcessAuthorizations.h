@@ -6,7 +6,7 @@
 #include <sys/types.h>
 
 #include "ports/Authorization.h"
-#include "privileged/helper/ProtectedFolders.h"
+#include "privileged/wall/ProtectedFolders.h"
 
 namespace installer::test {
 

@@ -195,6 +195,69 @@ TEST_P(CopyStagerTest, ACopyGoesWhereItsPathLeadsAtItsOwnMoment) {
     EXPECT_EQ(copy("c"), std::errc::no_such_file_or_directory);
 }
 
+TEST_P(CopyStagerTest, AReplacedFolderIsSeenByTheNextLookAndCopy) {
+    for (const char* name : {"a", "b", "c"}) folder_.add(std::string("source/") + name, name);
+    expect({"a", "b", "c"});
+    EXPECT_TRUE(files_.exists(target_));
+    EXPECT_FALSE(copy("a"));
+    fs::rename(target_, at("moved"));
+    folder_.add("target/c", "old");
+    EXPECT_TRUE(files_.exists(target_));
+    EXPECT_FALSE(files_.exists(at("target/a")));
+    EXPECT_TRUE(files_.exists(at("target/c")));
+    EXPECT_FALSE(copy("b"));
+    EXPECT_TRUE(files_.exists(at("target/b")));
+    EXPECT_EQ(folder_.names("moved"), std::vector<std::string>{"a"});
+    fs::remove_all(target_);
+    EXPECT_FALSE(files_.exists(target_));
+    EXPECT_FALSE(files_.exists(at("target/b")));
+    EXPECT_EQ(copy("c"), std::errc::no_such_file_or_directory);
+}
+
+TEST_P(CopyStagerTest, EntriesThatOthersMakeAndRemoveAreSeen) {
+    for (const char* name : {"a", "b"}) folder_.add(std::string("source/") + name, name);
+    expect({"a", "b"});
+    EXPECT_FALSE(copy("a"));
+    EXPECT_TRUE(files_.exists(target_));
+    EXPECT_TRUE(files_.exists(at("target/a")));
+    EXPECT_FALSE(files_.exists(at("target/b")));
+    folder_.add("target/b", "of another");
+    EXPECT_TRUE(files_.exists(at("target/b")));
+    fs::remove(at("target/a"));
+    EXPECT_FALSE(files_.exists(at("target/a")));
+    EXPECT_EQ(copy("b"), std::errc::file_exists);
+    fs::remove(at("target/b"));
+    EXPECT_FALSE(files_.exists(at("target/b")));
+}
+
+TEST_P(CopyStagerTest, AFolderIsFilledThroughALinkToIt) {
+    folder_.addFolder("other");
+    std::vector<ExpectedCopy> copies;
+    for (const std::string name : {"a", "b", "c"}) {
+        copies.push_back({folder_.add("source/" + name, name), at("link/" + name), 1});
+    }
+    const auto point = [this](const std::string& where) {
+        fs::remove(at("link"));
+        fs::create_directory_symlink(at(where), at("link"));
+    };
+    files_.expectCopies(scheduleOf(copies));
+    for (const std::string where : {"target", "target", "other"}) {
+        const ExpectedCopy copy = copies.front();
+        copies.erase(copies.begin());
+        point(where);
+        EXPECT_TRUE(files_.exists(at("link")));
+        EXPECT_FALSE(files_.exists(copy.destination));
+        EXPECT_FALSE(files_.copy(copy.source, copy.destination, nullptr));
+        EXPECT_TRUE(files_.exists(copy.destination));
+        point("source");
+        EXPECT_TRUE(files_.exists(copy.destination));
+        point("nowhere");
+        EXPECT_FALSE(files_.exists(copy.destination));
+    }
+    EXPECT_EQ(described(target_).size(), 2U);
+    EXPECT_EQ(folder_.names("other"), std::vector<std::string>{"c"});
+}
+
 TEST_P(CopyStagerTest, AFolderThatIsMadeMeanwhileIsFilled) {
     folder_.add("source/a/b/file", "text");
     files_.expectCopies(scheduleOf({copyOf("a/b/file")}));

@@ -136,8 +136,21 @@ TEST_F(UserFilesAsRoot, FollowsTheUsersLinksOverSeveralStations) {
     std::filesystem::create_symlink("../disk", disk_.at("home/station"));
     std::filesystem::create_symlink("station/./inner", disk_.at("home/Library"));
     ASSERT_EQ(::lchown(disk_.at("home/Library").c_str(), someUser, someGroup), 0);
+    ASSERT_EQ(::chown(disk_.at("disk/inner").c_str(), someUser, someGroup), 0);
     EXPECT_FALSE(files_.replace(disk_.at("home/Library/file"), "text", atOnce));
     EXPECT_EQ(disk_.read("disk/inner/file"), "text");
+}
+
+TEST_F(UserFilesAsRoot, WritesNothingInForeignFoldersThatALinkOfTheUserLeadsTo) {
+    disk_.addFolder("foreign/Preferences");
+    std::filesystem::create_symlink(disk_.at("foreign"), disk_.at("home/Library"));
+    ASSERT_EQ(::lchown(disk_.at("home/Library").c_str(), someUser, someGroup), 0);
+    for (const char* path :
+         {"home/Library/file", "home/Library/Preferences/file", "home/Library/New/file"}) {
+        EXPECT_EQ(files_.replace(disk_.at(path), "text", atOnce).value(), ELOOP) << path;
+    }
+    EXPECT_THAT(disk_.names("foreign"), ElementsAre("Preferences"));
+    EXPECT_THAT(disk_.names("foreign/Preferences"), IsEmpty());
 }
 
 TEST_F(UserFilesAsRoot, FollowsNoLinkThatAThirdUserMade) {

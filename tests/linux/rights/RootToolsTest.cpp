@@ -9,13 +9,16 @@
 
 #include <dirent.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "linux/rights/LinuxAuthorization.h"
 #include "linux/rights/RootTools.h"
-#include "tests/privileged/helper/PolicyRows.h"
+#include "tests/privileged/wall/PolicyRows.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace installer::test {
@@ -221,6 +224,66 @@ TEST_F(RootToolsTest, IsDeniedToAProcessThatIsRootOnlyForAWhile) {
     ASSERT_EQ(::setresuid(0, 0, 0), 0);
     EXPECT_EQ(status, authorization_status::denied);
     EXPECT_FALSE(folder.holds("file"));
+}
+
+constexpr const char* registrationTool =
+    "/System/Library/Frameworks/CoreServices.framework/Versions/A/Frameworks/"
+    "LaunchServices.framework/Versions/A/Support/lsregister";
+
+/// While this object lives, this process has a data base of desktop entries of its own.
+class OwnApplications {
+  public:
+    explicit OwnApplications(const std::string& folder)
+        // A machine without a desktop lacks the folder.
+        : isFolderMade_(::mkdir(place, 0755) == 0),
+          isMounted_(::unshare(CLONE_NEWNS) == 0 &&
+                     ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                     ::mount(folder.c_str(), place, nullptr, MS_BIND, nullptr) == 0) {}
+    ~OwnApplications() {
+        if (isMounted_) ::umount2(place, MNT_DETACH);
+        if (isFolderMade_) ::rmdir(place);
+    }
+    OwnApplications(const OwnApplications&) = delete;
+    OwnApplications& operator=(const OwnApplications&) = delete;
+
+    [[nodiscard]] bool areSeen() const { return isMounted_; }
+
+  private:
+    static constexpr const char* place = "/usr/share/applications";
+    bool isFolderMade_;
+    bool isMounted_;
+};
+
+TEST_F(RootToolsTest, WaitsInTheBackgroundForTheRefreshOfTheDesktopDatabase) {
+    if (::access("/usr/bin/update-desktop-database", X_OK) != 0) {
+        GTEST_SKIP() << "NOT TESTED: this machine has no desktop-file-utils";
+    }
+    folder.add(
+        "applications/sample.desktop",
+        "[Desktop Entry]\nType=Application\nName=Sample\nExec=true\nMimeType=text/x-sample;\n");
+    const OwnApplications applications(folder / "applications");
+    if (!applications.areSeen()) {
+        GTEST_SKIP() << "NOT TESTED: no mount namespace to be had here";
+    }
+    const auto authorization = obtained(RootWay::inThisProcess);
+    EXPECT_TRUE(succeeds(*authorization, registrationTool, {"-apps"}));
+    // It runs, or has ended and is waited for by somebody else than this test.
+    siginfo_t information{};
+    while (::waitid(P_ALL, 0, &information, WEXITED | WNOWAIT) == 0) ::sched_yield();
+    EXPECT_EQ(errno, ECHILD);
+    EXPECT_TRUE(folder.holds("applications/mimeinfo.cache"));
+}
+
+TEST_F(RootToolsTest, LeavesTheDesktopDatabaseAloneForATargetVolume) {
+    HelperPlace place;
+    place.volume = folder.path();
+    RootTools tools(place, grant(), nullptr);
+    const PrivilegedLaunch launch = tools.execute(registrationTool, {"-apps"}, nullptr);
+    ASSERT_TRUE(launch.tool);
+    EXPECT_TRUE(launch.tool->hasSucceeded());
+    siginfo_t information{};
+    EXPECT_EQ(::waitid(P_ALL, 0, &information, WEXITED | WNOHANG | WNOWAIT), -1);
+    EXPECT_EQ(errno, ECHILD);
 }
 
 namespace signal_held {

@@ -29,6 +29,16 @@ TEST(FolderCreation, KeepsTheSpecialBitsOfTheMode) {
     EXPECT_EQ(disk.mode("a/b"), 01777U);
 }
 
+// It is opened once more after it has been made.
+TEST(FolderCreation, MakesAFolderThatItsOwnerMayNotRead) {
+    const Disk disk;
+    EXPECT_EQ(asOrdinaryUser([&] {
+                  return makeFolders(disk.path("closed"), 0055, LinkPolicy::follow).message();
+              }),
+              "Success");
+    EXPECT_EQ(disk.mode("closed"), 0055U);
+}
+
 TEST(FolderCreation, LeavesAnExistingFolderAsItIs) {
     const Disk disk;
     disk.makeFolder("there", 0711);

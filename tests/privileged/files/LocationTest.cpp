@@ -1,10 +1,15 @@
+#include <cerrno>
+#include <string>
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <limits.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "privileged/files/Location.h"
+#include "tests/privileged/system/RefusedCalls.h"
 #include "tests/privileged/trees/Disk.h"
 
 namespace installer::test {
@@ -158,6 +163,33 @@ TEST(Location, AFolderIsOpenedThroughItsLinkByTheSamePolicy) {
               std::errc::too_many_symbolic_link_levels);
     EXPECT_TRUE(openFolder("/bin", LinkPolicy::trustedOnly));
     EXPECT_TRUE(openFolder("/", LinkPolicy::trustedOnly));
+}
+
+/// What the kernel without the call that opens a whole path at once leads to.
+std::string locatedWithout(int error, const std::string& path, const std::string& folder) {
+    return inChild([&]() -> std::string {
+        if (!refuseSystemCall(SYS_openat2, error)) return "not refused";
+        const auto location = locate(path, LinkPolicy::trustedOnly);
+        if (!location) return location.error().message();
+        return isSameFolder(location.value().parent.get(), folder) ? "found" : "another folder";
+    });
+}
+
+// Older kernels do not know the call, and some sandboxes forbid it.
+TEST(Location, IsTheSameWithoutTheCallThatOpensAWholePathAtOnce) {
+    const Disk disk;
+    disk.makeFolder("folder");
+    disk.makeLink("folder", "link");
+    for (const int error : {ENOSYS, EPERM}) {
+        EXPECT_EQ(locatedWithout(error, disk.path("folder/entry"), disk.path("folder")), "found");
+        EXPECT_EQ(locatedWithout(error, "/bin/entry", "/usr/bin"), "found");
+        EXPECT_EQ(locatedWithout(error, disk.path("link/entry"), disk.path("folder")),
+                  "Too many levels of symbolic links");
+        EXPECT_EQ(locatedWithout(error, disk.path("missing/entry"), disk.path("missing")),
+                  "No such file or directory");
+    }
+    EXPECT_EQ(locatedWithout(EMFILE, disk.path("folder/entry"), disk.path("folder")),
+              "Too many open files");
 }
 
 TEST(Location, EndsInALoopOfLinks) {

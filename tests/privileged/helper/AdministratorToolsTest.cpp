@@ -133,6 +133,16 @@ TEST_F(AdministratorToolsTest, TakeNoPlanAfterTheFirstRequest) {
     EXPECT_TRUE(folder.holds("into/neighbour"));
 }
 
+TEST_F(AdministratorToolsTest, TakeAPlanOfAsManyMessagesAsThereMayBe) {
+    HelperProcess helper(start());
+    ASSERT_TRUE(helper.saysHello()) << "which sends the first of them";
+    const std::string plan = encodedPlan({PlanTexts::Kind::destinations, {item}});
+    std::string plans;
+    for (std::size_t index = 1; index < message_limits::planMessages; ++index) plans += plan;
+    ASSERT_TRUE(helper.sendBytes(plans));
+    EXPECT_EQ(helper.run("/bin/rm", {"-fR", item}), 0U);
+}
+
 TEST_F(AdministratorToolsTest, EndWithAPlanThatNeverEnds) {
     HelperProcess helper(start());
     ASSERT_TRUE(helper.saysHello());

@@ -124,6 +124,7 @@ TEST_F(HelperPeer, IsAwaitedWhenItIsSlowToReadOnANonBlockingStream) {
     const int unanswered =
         flood(helper, encodedRequest({"/usr/bin/touch", {folder / "made"}}).value());
     ASSERT_GT(unanswered, 0);
+    while (!isAsleepOrEnded(helper)) ::sched_yield();
     for (int index = 0; index < unanswered; ++index) {
         ASSERT_TRUE(helper.stream().receive()) << index;
     }

@@ -22,7 +22,7 @@
 
 #include "privileged/helper/HelperSession.h"
 #include "tests/privileged/helper/HelperProcess.h"
-#include "tests/privileged/helper/ReadOnlyMachine.h"
+#include "tests/privileged/wall/ReadOnlyMachine.h"
 
 namespace installer::test {
 namespace {
@@ -172,7 +172,7 @@ std::optional<Texts> textsOf(std::string_view body) {
     return body.empty() ? std::optional(texts) : std::nullopt;
 }
 
-Reading read(std::string_view bytes) {
+Reading readingOf(std::string_view bytes) {
     Reading reading;
     while (!bytes.empty()) {
         const auto type = takeNumber(bytes);
@@ -240,7 +240,7 @@ std::vector<std::uint32_t> answersIn(std::string_view bytes) {
 /// Empty when all is as the stream's reading says.
 std::string fault(const std::string& stream, const std::vector<std::uint32_t>& answers,
                   int status) {
-    const Reading reading = read(stream);
+    const Reading reading = readingOf(stream);
     if (answers.size() != reading.requests.size()) {
         return std::to_string(answers.size()) + " answers to " +
                std::to_string(reading.requests.size()) + " requests";

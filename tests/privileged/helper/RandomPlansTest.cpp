@@ -19,7 +19,7 @@
 
 #include "privileged/helper/AdministratorTools.h"
 #include "tests/privileged/helper/HelperProcess.h"
-#include "tests/privileged/helper/ReadOnlyMachine.h"
+#include "tests/privileged/wall/ReadOnlyMachine.h"
 
 namespace installer::test {
 namespace {

@@ -8,8 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "privileged/copies/TreeCopy.h"
 #include "privileged/trees/Temporary.h"
-#include "privileged/trees/TreeCopy.h"
 #include "tests/privileged/trees/Disk.h"
 
 namespace installer::test {

@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QTextBrowser>
+#include <QToolButton>
 
 #include "qt/theme/ReadableColor.h"
 #include "tests/qt/InterfaceTest.h"
@@ -166,6 +167,50 @@ TEST_F(MainWindowTest, TheHeadingStaysLargerThanTheTextWhateverFontTheDesktopHas
         EXPECT_GE(heading, 1.4 * named<QLabel>("informativeLabel").font().pointSizeF()) << points;
         EXPECT_EQ(named<QLabel>("informativeLabel").font().pointSizeF(), points);
     }
+}
+
+TEST_F(MainWindowTest, TheLastPageHasOneLargeLine) {
+    open();
+    turnTo("registerView");
+    owner.change("showsOutcome", true);
+    const auto points = [](const char* name) { return named<QLabel>(name).font().pointSizeF(); };
+    EXPECT_LT(points("mainLabel"), points("informativeLabel"));
+    EXPECT_GT(points("outcomeLabel"), points("informativeLabel"));
+}
+
+TEST_F(MainWindowTest, TheMenusSignStandsBelowTheTextsEdge) {
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QApplication::setLayoutDirection(direction);
+        open();
+        const auto& button = named<QToolButton>("menuButton");
+        const QRect place = placeOf(button);
+        const int beside = (place.width() - button.iconSize().width()) / 2;
+        const QRect line = placeOf(named<QWidget>("separator"));
+        if (direction == Qt::LeftToRight) {
+            EXPECT_EQ(place.left() + beside, line.left());
+            EXPECT_EQ(placeOf(named<QWidget>("forwardButton")).right(), line.right());
+        } else {
+            EXPECT_EQ(place.right() - beside, line.right());
+            EXPECT_EQ(placeOf(named<QWidget>("forwardButton")).left(), line.left());
+        }
+        interface.reset();
+        rows.clear();
+    }
+}
+
+TEST_F(MainWindowTest, TheDotsOfOtherStepsAreQuietInADarkWindowToo) {
+    open();
+    const auto contrastOfDot = [] {
+        const auto* dot = stepList().findChild<QLabel*>("indicator");
+        const QImage picture = dot->pixmap(Qt::ReturnByValue).toImage();
+        return contrast(picture.pixelColor(picture.rect().center()), colorOfPane());
+    };
+    EXPECT_LE(contrastOfDot(), 5);
+    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(43, 43, 46)));
+    QCoreApplication::processEvents();
+    EXPECT_LE(contrastOfDot(), 5);
+    EXPECT_GE(contrastOfDot(), 2);
+    QApplication::setPalette(QPalette());
 }
 
 TEST_F(MainWindowTest, StepsStandInOrderFromTheTopAndSpanTheirList) {

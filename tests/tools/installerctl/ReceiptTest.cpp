@@ -58,6 +58,22 @@ TEST(Receipt, SaysAfterReadingWhatItSaidBeforeWriting) {
     EXPECT_EQ(read.receipt.files[3].contents, "hex:\xFE");
 }
 
+TEST(Receipt, TextsOfAnyBytesAreWrittenAndReadAgain) {
+    Receipt receipt = sampleReceipt();
+    const std::string bytes = "\xFF\x01";
+    for (std::string* field : {&receipt.company, &receipt.product, &receipt.version, &receipt.since,
+                               &receipt.installed, &receipt.bundle, &receipt.items[0].rule}) {
+        *field = bytes;
+    }
+    const ReadReceipt read =
+        parsedReceipt(receiptText(receipt, asItIs), asItIs, nothingIsForbidden);
+    ASSERT_EQ(read.problem, "");
+    EXPECT_EQ(read.receipt.since, bytes);
+    EXPECT_EQ(read.receipt.installed, bytes);
+    EXPECT_EQ(read.receipt.bundle, bytes);
+    EXPECT_EQ(read.receipt.items[0].rule, bytes);
+}
+
 TEST(Receipt, PathsAreMappedInBothDirections) {
     const auto seen = [](const std::string& path) {
         return path.starts_with("/disk/") ? path.substr(5) : path;

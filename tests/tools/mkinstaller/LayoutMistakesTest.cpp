@@ -136,8 +136,8 @@ INSTANTIATE_TEST_SUITE_P(
                 mainWindow, "banner.png"},
         Mistake{"NameTwice", "M060",
                 layout(mainWindow, "name=\"copyLogButton\"", "name=\"openLogButton\""), mainWindow,
-                "name=\"openLogButton\">\n               <property name=\"textKey\" "
-                "stdset=\"0\">\n                <string>copy_log"}),
+                "name=\"openLogButton\">\n                 <property name=\"textKey\" "
+                "stdset=\"0\">\n                  <string>copy_log"}),
     nameOfMistake);
 
 INSTANTIATE_TEST_SUITE_P(

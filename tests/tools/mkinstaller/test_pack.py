@@ -4,11 +4,13 @@
 import hashlib
 import os
 import pathlib
+import re
 import shutil
+import subprocess
 import tarfile
 import unittest
 
-from packing import PROGRAM, PackedProduct, run
+from packing import PROGRAM, TIME_LIMIT, PackedProduct, run, script
 
 FORMATS = ("run", "tar", "deb", "rpm")
 
@@ -59,6 +61,41 @@ class Pack(PackedProduct):
         packed = run(PROGRAM, "pack", self.product, "--output", self.output, check=False)
         self.assertEqual((1, ""), (packed.returncode, packed.stdout))
         self.assertIn("mkinstaller: ", packed.stderr)
+
+
+class PackProgress(PackedProduct):
+    """A compression that does not go on before somebody lets it."""
+
+    def setUp(self):
+        super().setUp()
+        self.gate = self.scratch / "gate"
+        os.mkfifo(self.gate)
+        tools = self.new_folder("tools")
+        script(tools / "gzip", f'read -r line < "$GATE"\nexec "{shutil.which("gzip")}" "$@"\n')
+        self.environment = {**os.environ, "GATE": str(self.gate),
+                            "PATH": f"{tools}:{os.environ['PATH']}"}
+
+    def test_long_packing_says_so_on_a_terminal_and_wipes_it(self):
+        screen, terminal = os.openpty()
+        process = subprocess.Popen([PROGRAM, "pack", self.product, "--output", self.output],
+                                   env=self.environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=terminal)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        os.close(terminal)
+        line = re.compile(rb"\rPacking Acme-Filters-2-1\.0\.0\.run: \d+ s\x1b\[K")
+        with os.fdopen(screen, "rb", buffering=0) as reader:
+            seen = b""
+            while not line.search(seen):
+                seen += reader.read(4096)
+            self.gate.write_text("go on\n")
+            try:
+                while more := reader.read(4096):
+                    seen += more
+            except OSError:  # nobody has the terminal any more
+                pass
+        self.assertEqual(0, process.wait(TIME_LIMIT), seen)
+        self.assertTrue(seen.endswith(b"\r\x1b[K"), seen)
 
 
 class PackAgain(PackedProduct):

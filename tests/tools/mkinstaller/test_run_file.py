@@ -9,7 +9,7 @@ import subprocess
 import time
 import unittest
 
-from packing import TIME_LIMIT, PackedProduct, run, script
+from packing import PROGRAM, TIME_LIMIT, PackedProduct, run, script
 
 DAMAGED = "{} is damaged or incomplete; please download it again.\n"
 # Says with what it was started, and ends with a status of its own.
@@ -127,6 +127,46 @@ class RunFile(PackedProduct):
                                env={"PATH": str(tools), "DISPLAY": ":9", "MARK": str(mark)})
                 self.assertEqual(f"{dialogue} {shown}" + DAMAGED.format(file.name),
                                  mark.read_text())
+
+
+class RunFileOtherCompression(PackedProduct):
+    """A file that a maker has compressed for customers who have the program."""
+
+    def pack_so(self, output):
+        made = run(PROGRAM, "pack", self.product, "--compression", "zstd", "--output", output)
+        return pathlib.Path(made.stdout.removesuffix("\n"))
+
+    def test_installs_and_has_the_same_bytes_each_time(self):
+        file = self.pack_so(self.output)
+        self.assertIn(b"\n}\n\x28\xb5\x2f\xfd", file.read_bytes())
+        self.assertEqual(file.read_bytes(), self.pack_so(self.scratch / "again").read_bytes())
+        volume, environment = self.new_volume()
+        run(file, "-quiet", environment=environment)
+        self.assertTrue((volume / "Library/Application Support/Acme/Filters 2/Read Me.txt").is_file())
+        self.assertNothingUnpacked()
+
+    def test_names_the_program_where_it_is_missing(self):
+        file = self.pack_so(self.output)
+        tools = self.new_folder("tools")
+        for tool in ("sh", "head", "mktemp", "rm", "sha256sum", "tail", "tar", "gzip"):
+            (tools / tool).symlink_to(shutil.which(tool))
+        started = run(file, "-quiet", environment={"PATH": str(tools)}, check=False)
+        self.assertEqual((1, f'{file.name} needs the program "zstd".\n'),
+                         (started.returncode, started.stderr))
+
+    def test_a_changed_byte_is_refused(self):
+        file = self.pack_so(self.output)
+        contents = bytearray(file.read_bytes())
+        contents[-100] ^= 1
+        file.write_bytes(contents)
+        volume, environment = self.new_volume()
+        started = run(file, "-quiet", environment=environment, check=False)
+        self.assertEqual((1, DAMAGED.format(file.name)), (started.returncode, started.stderr))
+        self.assertEqual([], os.listdir(volume))
+
+    def test_another_word_is_wrong_use(self):
+        self.assertEqual(2, run(PROGRAM, "pack", self.product, "--compression", "xz",
+                                check=False).returncode)
 
 
 class RunFileDamage(PackedProduct):

@@ -1,6 +1,7 @@
 #include "tools/installerctl/operations/InstallationRun.h"
 
 #include <algorithm>
+#include <map>
 #include <ranges>
 #include <set>
 #include <thread>
@@ -175,9 +176,18 @@ class InstallationRun {
                 controller.installForFurtherUser(user.hosts, installed);
             }
             installed = controller.installedPaths();
+            noteFailures(controller);
             platform.notifications.post({applicationWillTerminate, nullptr, {}});
             isDenied_ = controller.authDenied();
             if (isDenied_ || controller.fileOpErrorOccurred()) return;
+        }
+    }
+
+    void noteFailures(const InstallFilesController& controller) {
+        for (const std::string& path : controller.failedPaths()) {
+            const auto reason = controller.failureReasons().find(path);
+            const bool isKnown = reason != controller.failureReasons().end();
+            failures_.emplace(path, isKnown ? reason->second : std::string());
         }
     }
 
@@ -238,9 +248,15 @@ class InstallationRun {
 
     void fail(ReportedItem& item, const ReportedItem& after, const RunPlan& plan) {
         item.differences = after.differences;
-        std::string reason;
+        const auto failure = failures_.find(item.destination);
+        std::string reason = failure == failures_.end() ? std::string() : failure->second;
         for (const UserPlan& user : plan.users) {
             if (reason.empty()) reason = user.machine->notes().lastAbout(item.destination);
+        }
+        // After a failed item the engine installs into no further host.
+        const bool isLate = !item.host.empty() && !failures_.empty();
+        if (reason.empty() && failure == failures_.end() && isLate) {
+            reason = "was not tried, since another item had failed";
         }
         if (reason.empty() && !item.differences.empty()) {
             reason = item.differences.front().path + " " + item.differences.front().reason;
@@ -273,6 +289,7 @@ class InstallationRun {
     Report& report_;
     bool keepsUserFiles_;
     UserFilesAside aside_;
+    std::map<std::string, std::string> failures_;  ///< items that the engine gave up, and why
     bool isDenied_ = false;
 };
 

@@ -6,6 +6,7 @@
 
 #include "foundation/values/Paths.h"
 #include "tools/installerctl/operations/Comparison.h"
+#include "tools/installerctl/operations/Summaries.h"
 #include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/records/EntryMap.h"
 #include "tools/installerctl/records/TreeRecords.h"
@@ -134,12 +135,7 @@ class RemovalRun {
         std::set<std::string> seen;
         for (const auto& item : receipt_.items) {
             if (!seen.insert(item.destination).second) continue;
-            ReportedItem reported;
-            reported.source = item.source;
-            reported.destination = item.destination;
-            reported.rule = item.rule;
-            reported.host = item.host;
-            reported.user = item.user;
+            ReportedItem reported = reportedItem(item);
             reported.action = "remove";
             reported.result = resultOf(item.destination, reported.differences);
             report_.items.push_back(std::move(reported));

@@ -16,6 +16,16 @@ std::string countOf(const Report& report, std::string_view action) {
 
 }  // namespace
 
+ReportedItem reportedItem(const Receipt::Item& item) {
+    ReportedItem reported;
+    reported.source = item.source;
+    reported.destination = item.destination;
+    reported.rule = item.rule;
+    reported.host = item.host;
+    reported.user = item.user;
+    return reported;
+}
+
 void addPlan(Report& report, const RunPlan& plan, bool hasReceipt) {
     report.hosts = plan.hosts;
     report.items = plan.items;

@@ -9,6 +9,7 @@
 #include "product/PlugInFilesModel.h"
 #include "tools/installerctl/operations/Comparison.h"
 #include "tools/installerctl/operations/RunPlan.h"
+#include "tools/installerctl/operations/Summaries.h"
 #include "tools/installerctl/output/ProgressBar.h"
 #include "tools/installerctl/records/EntryMap.h"
 
@@ -50,16 +51,6 @@ std::uint64_t bytesOf(const Receipt& receipt) {
     std::uint64_t bytes = 0;
     for (const EntryRecord& file : receipt.files) bytes += file.size;
     return bytes;
-}
-
-ReportedItem reportedItem(const Receipt::Item& item) {
-    ReportedItem reported;
-    reported.source = item.source;
-    reported.destination = item.destination;
-    reported.rule = item.rule;
-    reported.host = item.host;
-    reported.user = item.user;
-    return reported;
 }
 
 /// The lines of the installer log; nullopt if there is none.

@@ -2,24 +2,23 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <utility>
-
-#include <unistd.h>
 
 namespace installer {
 
 namespace {
 
-constexpr auto beforeTheFirst = std::chrono::milliseconds(500);
-constexpr auto betweenTwo = std::chrono::milliseconds(100);
 constexpr int width = 30;
 constexpr double megabyte = 1e6;
 
+std::string rounded(double number) {
+    return std::to_string(std::lround(number));
+}
+
 }  // namespace
 
-ProgressBar::ProgressBar(std::string what, std::uint64_t bytes)
-    : what_(std::move(what)), bytes_(bytes), isOnTerminal_(::isatty(STDERR_FILENO) == 1) {}
+ProgressBar::ProgressBar(std::string what, std::uint64_t bytes, LiveLine::Place place)
+    : what_(std::move(what)), bytes_(bytes), line_(std::move(place)) {}
 
 void ProgressBar::add(std::uint64_t bytes) {
     done_ += bytes;
@@ -27,33 +26,21 @@ void ProgressBar::add(std::uint64_t bytes) {
 }
 
 void ProgressBar::setFraction(double fraction) {
-    if (!isOnTerminal_) return;
-    const auto now = Clock::now();
-    if (now - start_ < beforeTheFirst || (isShown_ && now - lastShown_ < betweenTwo)) return;
-    show(std::clamp(fraction, 0.0, 1.0), now);
+    if (line_.isDue()) line_.show(textAt(std::clamp(fraction, 0.0, 1.0)));
 }
 
-void ProgressBar::show(double fraction, Clock::time_point now) {
-    isShown_ = true;
-    lastShown_ = now;
-    const int filled = static_cast<int>(std::lround(fraction * width));
-    const double seconds = std::chrono::duration<double>(now - start_).count();
-    std::cerr << '\r' << what_ << " [" << std::string(static_cast<std::size_t>(filled), '#')
-              << std::string(static_cast<std::size_t>(width - filled), ' ') << "] "
-              << std::lround(fraction * 100) << " %";
+std::string ProgressBar::textAt(double fraction) const {
+    const auto filled = static_cast<std::size_t>(std::lround(fraction * width));
+    const double seconds = line_.seconds();
+    std::string text = what_ + " [" + std::string(filled, '#') +
+                       std::string(static_cast<std::size_t>(width) - filled, ' ') + "] " +
+                       rounded(fraction * 100) + " %";
     if (bytes_ > 0) {
-        const double rate = fraction * static_cast<double>(bytes_) / seconds / megabyte;
-        std::cerr << ", " << std::lround(rate) << " MB/s";
+        text +=
+            ", " + rounded(fraction * static_cast<double>(bytes_) / seconds / megabyte) + " MB/s";
     }
-    if (fraction > 0) {
-        std::cerr << ", " << std::lround(seconds * (1 - fraction) / fraction) << " s left";
-    }
-    std::cerr << "\033[K" << std::flush;
-}
-
-void ProgressBar::clear() {
-    if (isShown_) std::cerr << "\r\033[K" << std::flush;
-    isShown_ = false;
+    if (fraction > 0) text += ", " + rounded(seconds * (1 - fraction) / fraction) + " s left";
+    return text;
 }
 
 }  // namespace installer

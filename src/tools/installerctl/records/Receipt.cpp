@@ -231,15 +231,15 @@ std::string receiptText(const Receipt& receipt, const PathMapping& seen) {
                  {"product", encoded(receipt.product)},
                  {"version", encoded(receipt.version)},
                  {"complete", receipt.isComplete},
-                 {"since", receipt.since},
-                 {"installed", receipt.installed},
-                 {"bundle", receipt.bundle}};
+                 {"since", encoded(receipt.since)},
+                 {"installed", encoded(receipt.installed)},
+                 {"bundle", encoded(receipt.bundle)}};
     json.update(peopleJson(receipt, seen));
     json["items"] = Json::array();
     for (const auto& item : receipt.items) {
         json["items"].push_back({{"destination", encoded(seen(item.destination))},
                                  {"source", encoded(item.source)},
-                                 {"rule", item.rule},
+                                 {"rule", encoded(item.rule)},
                                  {"host", encoded(item.host)},
                                  {"user", encoded(item.user)}});
     }

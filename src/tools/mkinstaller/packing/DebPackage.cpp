@@ -100,7 +100,8 @@ Packed packDebPackage(const PackSource& source, const std::string& folder) {
         }
     }
     packed.failure =
-        runScript({.text = debLines,
+        runScript({.what = "Packing " + packed.file,
+                   .text = debLines,
                    .arguments = {root, std::to_string(source.time), work, places.contents,
                                  places.notes, folder, places.name, source.version},
                    .needed = {"dpkg-deb", "dpkg-shlibdeps", "gzip", "sed"}});

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "tools/mkinstaller/packing/BundleArchive.h"
 #include "tools/mkinstaller/packing/PackSource.h"
 
 namespace installer {
@@ -17,8 +18,8 @@ struct Packed {
 // source gives the same bytes.
 
 /// One file that unpacks and starts the installer: a head for the shell, then the compressed
-/// bundle.
-[[nodiscard]] Packed packRunFile(const PackSource& source, const Kit& kit,
+/// bundle. It needs the program of that compression where it is started.
+[[nodiscard]] Packed packRunFile(const PackSource& source, const Kit& kit, Compression compression,
                                  const std::string& folder);
 /// The bundle, compressed, with modes.
 [[nodiscard]] Packed packTarFile(const PackSource& source, const std::string& folder);

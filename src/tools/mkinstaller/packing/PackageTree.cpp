@@ -62,7 +62,8 @@ std::optional<std::string> makePackageTree(const PackSource& source, const Packa
         }
     }
     return runScript(
-        {.text = "mkdir -p \"$2\" \"${3%/*}\"\n"
+        {.what = "Copying the installer",
+         .text = "mkdir -p \"$2\" \"${3%/*}\"\n"
                  "cp -a \"$1/Contents\" \"$2\"\n"
                  "cp \"$1/Contents/Resources/AppIcon.png\" \"$3\"\n"
                  "gzip -9 --no-name \"$5\"\n"

@@ -110,7 +110,8 @@ Packed packRpmPackage(const PackSource& source, const std::string& folder) {
         packed.failure = "the description cannot be written: " + error.message();
         return packed;
     }
-    packed.failure = runScript({.text = rpmLines,
+    packed.failure = runScript({.what = "Packing " + packed.file,
+                                .text = rpmLines,
                                 .arguments = {root, std::to_string(source.time), work,
                                               places.contents, folder, places.name},
                                 .needed = {"rpmbuild", "sed"}});

@@ -9,7 +9,9 @@ Packed packTarFile(const PackSource& source, const std::string& folder) {
     const std::string file = source.fileTitle() + "-" + source.version + ".tar.gz";
     const std::string work = source.newWorkFolder("tar");
     const ToolScript script{
-        .text = std::string(archiveCommand) + "cp \"$4.gz\" \"$5.new\"\nmv \"$5.new\" \"$5\"\n",
+        .what = "Packing " + file,
+        .text = archiveCommand(Compression::gzip) +
+                "cp \"$4.packed\" \"$5.new\"\nmv \"$5.new\" \"$5\"\n",
         .arguments = {source.bundleFolder(), lastPathComponent(source.bundle()),
                       std::to_string(source.time), work + "/archive", joinPath(folder, file)},
         .needed = {"tar", "gzip"}};

@@ -1,5 +1,6 @@
 #include "tools/mkinstaller/packing/ToolScript.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include <sys/wait.h>
@@ -9,8 +10,22 @@
 #include "foundation/values/Paths.h"
 #include "privileged/system/Spawn.h"
 #include "tools/mkinstaller/sources/Folders.h"
+#include "tools/terminal/LiveLine.h"
 
 namespace installer {
+
+namespace {
+
+/// The wait status. How far a packing program is nobody knows, but that it goes on.
+Result<int> awaitEnd(pid_t process, const std::string& what) {
+    LiveLine line(LiveLine::standardError());
+    return waitForEnd(process, [&] {
+        if (line.isDue())
+            line.show(what + ": " + std::to_string(std::lround(line.seconds())) + " s");
+    });
+}
+
+}  // namespace
 
 bool hasProgram(const std::string& name) {
     const char* path = std::getenv("PATH");
@@ -38,7 +53,7 @@ std::optional<std::string> runScript(const ToolScript& script) {
     request.standardError = SpawnRequest::own;
     const auto process = spawn(request);
     if (!process) return "the shell could not be started: " + process.error().message();
-    const auto status = waitForEnd(process.value());
+    const auto status = awaitEnd(process.value(), script.what);
     if (status && WIFEXITED(status.value()) && WEXITSTATUS(status.value()) == 0) {
         return std::nullopt;
     }

@@ -9,6 +9,7 @@ namespace installer {
 /// A few lines for the shell, which call the system's own packing programs. Values never stand in
 /// the text: they are arguments ($1, $2, ...), so that no name can be read as a command.
 struct ToolScript {
+    std::string what;  ///< is told to somebody at a terminal if it takes long: "Packing X.run"
     std::string text;
     std::vector<std::string> arguments;
     std::vector<std::string> needed;  ///< names of the programs that it calls

@@ -49,7 +49,8 @@ chmod 644 ./*.so* plugins/*/*.so
 }  // namespace
 
 std::optional<std::string> addToolkit(const std::string& bundle) {
-    return runScript({.text = toolkitLines,
+    return runScript({.what = "Adding the toolkit",
+                      .text = toolkitLines,
                       .arguments = {bundle + "/Contents"},
                       .needed = {"ldd", "fc-match", "sed"}});
 }

@@ -20,7 +20,7 @@ tell() {
     fi > /dev/null 2>&1
 }
 
-for tool in gzip head mktemp rm sha256sum tail tar; do
+for tool in @PROGRAM@ head mktemp rm sha256sum tail tar; do
     command -v "$tool" > /dev/null || { tell "$name needs the program \"$tool\"."; exit 1; }
 done
 # Everything but the line with the sum is checked, and before the shell reads any further.
@@ -49,7 +49,7 @@ unpack() {
     folder=$(mktemp -d "$1/installer.XXXXXXXX") || { folder=''; return 1; }
     printf '#!/bin/sh\n' > "$folder/try" && chmod 700 "$folder/try" && "$folder/try" &&
         rm "$folder/try" &&
-        tail -n +@LINES@ "$self" | gzip -dc | tar -xpof - -C "$folder" && return
+        tail -n +@LINES@ "$self" | @PROGRAM@ -dc | tar -xpof - -C "$folder" && return
     rm -rf "$folder"
     folder=''
     return 1

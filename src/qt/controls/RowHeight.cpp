@@ -1,0 +1,31 @@
+#include "qt/controls/RowHeight.h"
+
+#include <QListView>
+#include <QMetaObject>
+#include <QResizeEvent>
+#include <algorithm>
+
+namespace installer {
+
+int rowHeightThatFits(int area, int rows, int least, int natural) {
+    if (area <= 0 || rows * natural <= area) return natural;
+    int shown = std::clamp((area + natural / 2) / natural, 1, rows);
+    if (shown > 1 && area / shown < least) --shown;
+    return std::max(least, area / shown);
+}
+
+RowsFollowHeight::RowsFollowHeight(QListView& list) : QObject(&list), list_(list) {
+    list.viewport()->installEventFilter(this);
+}
+
+bool RowsFollowHeight::eventFilter(QObject* /*watched*/, QEvent* event) {
+    if (event->type() != QEvent::Resize) return false;
+    const auto& resize = static_cast<const QResizeEvent&>(*event);
+    if (resize.size().height() != resize.oldSize().height()) {
+        // The list has not taken over its new size yet.
+        QMetaObject::invokeMethod(&list_, [this] { list_.doItemsLayout(); }, Qt::QueuedConnection);
+    }
+    return false;
+}
+
+}  // namespace installer

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+class QListView;
+
+namespace installer {
+
+/// The height of the rows of a list whose area has that height: `natural` while all of them fit,
+/// else a height near to it with which the last visible row is not cut. Never below `least`.
+[[nodiscard]] int rowHeightThatFits(int area, int rows, int least, int natural);
+
+/// Asks the list's delegate for the rows' heights again whenever the list's height changes.
+class RowsFollowHeight final : public QObject {
+  public:
+    /// Ends with the list.
+    explicit RowsFollowHeight(QListView& list);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QListView& list_;
+};
+
+}  // namespace installer
