@@ -100,6 +100,8 @@ class QtImageView::Look final : public QObject {
         show();
     }
 
+    void setAccessibleName(const std::string& name) { label_.setAccessibleName(toQt(name)); }
+
   protected:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::PaletteChange) show();
@@ -126,7 +128,7 @@ void QtImageView::setImage(const Image& image) {
 }
 
 void QtImageView::setAccessibleName(const std::string& name) {
-    if (label_) label_->setAccessibleName(toQt(name));
+    if (look_) look_->setAccessibleName(name);
 }
 
 void QtListSelection::setSelectedRow(std::size_t row) {
