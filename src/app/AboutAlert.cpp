@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "ports/Bundle.h"
 #include "product/LocalizedText.h"

@@ -1,6 +1,6 @@
 #include "app/HelpPage.h"
 
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "foundation/text/Text.h"
 #include "product/LocalizedText.h"

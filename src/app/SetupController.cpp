@@ -7,7 +7,7 @@
 
 #include "app/AboutAlert.h"
 #include "app/HelpPage.h"
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "hosts/HostLists.h"
 #include "ports/window/InterfaceLoader.h"
@@ -61,7 +61,8 @@ SetupController::SetupController(WindowPlatform& platform)
       registerController_(std::make_shared<RegisterController>(platform)),
       apertureRunModel_(std::make_shared<ApertureRunModel>(platform)),
       apertureRunController_(std::make_shared<ApertureRunController>(platform)),
-      failureReport_(platform, *installFilesController_) {
+      failureReport_(platform, *installFilesController_),
+      neededSpace_(platform) {
     viewModel_->setStateController(stateController_);
     const NavigationTexts texts = NavigationTexts::load(platform.bundle);
     goForwardText_ = texts.continue_string;
@@ -70,6 +71,7 @@ SetupController::SetupController(WindowPlatform& platform)
     bindStates();
     bindOptions();
     bindPages();
+    bindProgress();
     bindFailureReport();
     bindActions();
     followChanges();
@@ -84,6 +86,7 @@ void SetupController::followChanges() {
     ownAnnouncements_ = follow(*this);
     optionAnnouncements_ = follow(options_);
     runningAnnouncements_ = follow(hostsRunningController_->changes());
+    progressAnnouncements_ = follow(installFilesController_->progressChanges());
 }
 
 // Start-up

@@ -7,9 +7,10 @@
 #include <string_view>
 #include <vector>
 
-#include "app/FailureReport.h"
 #include "app/MainWindow.h"
 #include "app/StepRegistry.h"
+#include "app/texts/FailureReport.h"
+#include "app/texts/NeededSpace.h"
 #include "foundation/observers/Observable.h"
 #include "foundation/observers/Subscription.h"
 #include "foundation/text/StyledText.h"
@@ -150,6 +151,7 @@ class SetupController : public MainController, public BoundObject {
     void bindStates();
     void bindOptions();
     void bindPages();
+    void bindProgress();
     void bindFailureReport();
     void bindActions();
     [[nodiscard]] Image backgroundImage() const;
@@ -157,6 +159,8 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] bool installationFailed() const;
     [[nodiscard]] PropertyValue pageText() const;
     [[nodiscard]] std::string waitingText() const;
+    /// What the page of hosts says of the space on the disks.
+    [[nodiscard]] std::string spaceNote();
     [[nodiscard]] std::string outcomeText() const;
     [[nodiscard]] std::string pageName() const;
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
@@ -190,6 +194,7 @@ class SetupController : public MainController, public BoundObject {
     std::shared_ptr<ApertureRunModel> apertureRunModel_;
     std::shared_ptr<ApertureRunController> apertureRunController_;
     FailureReport failureReport_;
+    NeededSpace neededSpace_;
 
     std::string goForwardText_;
     std::string goBackwardsText_;
@@ -210,6 +215,7 @@ class SetupController : public MainController, public BoundObject {
     Subscription ownAnnouncements_;
     Subscription optionAnnouncements_;
     Subscription runningAnnouncements_;
+    Subscription progressAnnouncements_;
     std::map<std::int32_t, Subscription> modelAnnouncements_;
     std::unique_ptr<Interface> interface_;
 };

@@ -1,9 +1,10 @@
 #include <variant>
 
-#include "app/HostRows.h"
-#include "app/HostsTexts.h"
 #include "app/SetupController.h"
-#include "app/WindowTexts.h"
+#include "app/texts/HostRows.h"
+#include "app/texts/HostsTexts.h"
+#include "app/texts/ProgressTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "ports/Alerts.h"
@@ -120,6 +121,8 @@ void SetupController::bindPages() {
     bindProperty("selectionNote",
                  [this] { return selectionNote(platform_.bundle, selectedHosts()); },
                  {"foundHosts", "enableForward", stepOrOutcome});
+    bindProperty("spaceNote", [this] { return spaceNote(); },
+                 {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
                  {"enableForward", stepOrOutcome});
     bindProperty("waitingText", [this] { return waitingText(); },
@@ -135,9 +138,24 @@ void SetupController::bindPages() {
     bindProperty("installedPlaces", [this] { return installedPlaces(); }, {stepOrOutcome});
 }
 
+void SetupController::bindProgress() {
+    bindProperty("progressNote",
+                 [this] {
+                     return progressNote(platform_.bundle,
+                                         installFilesController_->progressReport());
+                 },
+                 {"progressReport", stepOrOutcome});
+    bindProperty("authorizationReason",
+                 [this] {
+                     return installFilesController_->asksForRights()
+                                ? authorizationReason(platform_.bundle)
+                                : "";
+                 },
+                 {"asksForRights", stepOrOutcome});
+}
+
 void SetupController::bindFailureReport() {
     bindProperty("installationFailed", [this] { return installationFailed(); }, {stepOrOutcome});
-    bindConstant("authorizationReason", [this] { return authorizationReason(platform_.bundle); });
     bindProperty("failureReason", [this] { return failureReport_.failureReason(); },
                  {stepOrOutcome});
     bindProperty("failedItems", [this] { return failureReport_.failedItems(); }, {stepOrOutcome});
@@ -180,6 +198,12 @@ void SetupController::pressExtraButton(const void* sender) {
 
 void SetupController::confirmCopy() {
     setOption("copiedNote", isCopied_, true);
+}
+
+std::string SetupController::spaceNote() {
+    // The payload is looked at on the page that shows it, and not before.
+    if (stateController_->currentState() != step_number::hostSelection) return "";
+    return spaceText(platform_.bundle, neededSpace_.of(selectedHosts(), foundHosts()));
 }
 
 PropertyValue SetupController::pageText() const {

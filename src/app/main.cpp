@@ -10,7 +10,7 @@
 #include "app/MainWindow.h"
 #include "app/QuietInstallation.h"
 #include "app/SetupController.h"
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"

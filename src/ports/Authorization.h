@@ -75,6 +75,9 @@ class Authorization {
         return AuthorizationTrouble::none;
     }
 
+    /// Whether the next `execute` may ask somebody for credentials.
+    [[nodiscard]] virtual bool mayAskNow() const { return false; }
+
     /// Starts the tool at the absolute path with the arguments, as they are: no shell. Tools run
     /// one after the other, in the order of these calls, whether or not somebody waits for them.
     /// One that follows another may begin only when somebody waits for it or for a later one, or

@@ -149,6 +149,11 @@ class FileManager {
     /// names in it only once. What is missing or cannot be read counts as 0. Does not follow links.
     [[nodiscard]] virtual std::uint64_t bytesToCopy(const std::string& path) = 0;
 
+    /// The bytes that the user may still write to the file system that holds the path, or that
+    /// would hold it: the nearest folder above it that exists. Follows links. nullopt if nobody
+    /// knows.
+    [[nodiscard]] virtual std::optional<std::uint64_t> freeBytes(const std::string& path) = 0;
+
     /// Removes the entry and everything in it. Atomic at the path: the entry is first taken from
     /// it in one step, then its contents are removed; a failure leaves it either whole at its
     /// path or gone from it. Does not follow links, at no depth. No entry there is an error.

@@ -57,6 +57,13 @@ TEST_P(ClockContract, ASleepLastsAtLeastAsLongAsAsked) {
     }
 }
 
+TEST_P(ClockContract, ItsOwnTimePassesWithASleepAndNeverGoesBack) {
+    const auto before = scene_->clock().now();
+    EXPECT_GE(scene_->clock().now(), before);
+    scene_->clock().sleep(std::chrono::microseconds(2000));
+    EXPECT_GE(scene_->clock().now() - before, std::chrono::microseconds(2000));
+}
+
 // A timeout that was computed and is over already.
 TEST_P(ClockContract, ASleepOfLessThanNothingIsNone) {
     const auto before = scene_->now();

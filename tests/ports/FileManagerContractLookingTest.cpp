@@ -85,6 +85,7 @@ TEST_P(FileManagerContractLooking, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_FALSE(files().exists(name));
         EXPECT_FALSE(files().isPackage(name));
         EXPECT_EQ(files().bytesToCopy(name), 0U);
+        EXPECT_EQ(files().freeBytes(name), std::nullopt);
         EXPECT_EQ(files().attributes(name).error(), missing);
         EXPECT_EQ(files().list(name).error(), missing);
         EXPECT_EQ(files().readTree(name, nullptr).error(), missing);
@@ -99,6 +100,16 @@ TEST_P(FileManagerContractLooking, RelativePathsAndThoseWithANulNameNothing) {
         EXPECT_THAT(walked(files(), name, WalkDepth::everything, ""), IsEmpty());
     }
     EXPECT_THAT(names(), ElementsAre("file"));
+}
+
+TEST_P(FileManagerContractLooking, FreeBytesAreThoseOfTheNearestFolderThatExists) {
+    scene_->makeFile("file");
+    const auto here = files().freeBytes(path());
+    ASSERT_TRUE(here.has_value());
+    EXPECT_GT(*here, 0U);
+    for (const char* name : {"file", "missing", "missing/deeper/still"}) {
+        EXPECT_TRUE(files().freeBytes(path(name)).has_value()) << name;
+    }
 }
 
 TEST_P(FileManagerContractLooking, ListGivesHiddenNamesTooAndFollowsLinks) {

@@ -42,6 +42,7 @@ class FailingAuthorizations::Failing : public Authorization {
     }
 
     void limitTo(const WriteGrant& grant) override { authorization_->limitTo(grant); }
+    bool mayAskNow() const override { return authorization_->mayAskNow(); }
 
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {

@@ -59,8 +59,11 @@ class FakeAuthorizations::Fake : public Authorization {
 
     void limitTo(const WriteGrant& grant) override { owner_.grant = grant; }
 
+    bool mayAskNow() const override { return owner_.asks && !wasAsked_; }
+
     PrivilegedLaunch execute(const std::string& tool,
                              const std::vector<std::string>& arguments) override {
+        wasAsked_ = true;
         std::vector<std::string> command = {tool};
         command.insert(command.end(), arguments.begin(), arguments.end());
         owner_.journal_.push_back(joinedWords(command));
@@ -93,6 +96,7 @@ class FakeAuthorizations::Fake : public Authorization {
     }
 
     FakeAuthorizations& owner_;
+    bool wasAsked_ = false;
     std::int32_t refused_ = 0;
 };
 

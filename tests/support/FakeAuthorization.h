@@ -32,6 +32,9 @@ class FakeAuthorizations : public Authorizations {
     /// Why it answers no.
     AuthorizationTrouble trouble = AuthorizationTrouble::none;
 
+    /// What the first authorization answers until its first command.
+    bool asks = false;
+
     int created = 0;    ///< authorizations made so far
     int destroyed = 0;  ///< and of these, those that are gone
     std::vector<std::uint32_t> obtainedFlags;

@@ -134,6 +134,9 @@ class RecordingClock : public Clock {
     std::function<void()> duringSleep;  ///< what happens on the disk meanwhile
     [[nodiscard]] std::chrono::microseconds slept() const;
     void sleep(std::chrono::microseconds duration) override;
+    /// How much time has passed beside the sleeps.
+    std::chrono::nanoseconds passed{0};
+    [[nodiscard]] std::chrono::nanoseconds now() const override { return passed + slept(); }
 };
 
 /// A whole platform of fakes over a file system in memory. What changes something, by the user or

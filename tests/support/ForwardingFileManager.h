@@ -38,6 +38,9 @@ class ForwardingFileManager : public FileManager {
     }
     void expectCopies(CopySchedule schedule) override { files_.expectCopies(std::move(schedule)); }
     std::uint64_t bytesToCopy(const std::string& path) override { return files_.bytesToCopy(path); }
+    std::optional<std::uint64_t> freeBytes(const std::string& path) override {
+        return files_.freeBytes(path);
+    }
     std::error_code remove(const std::string& path) override { return files_.remove(path); }
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override {
         return files_.createFolders(folder, permissions);

@@ -315,6 +315,16 @@ std::uint64_t MemoryFileManager::bytesToCopy(const std::string& path) {
     return std::accumulate(sizes.begin(), sizes.end(), std::uint64_t{0});
 }
 
+std::optional<std::uint64_t> MemoryFileManager::freeBytes(const std::string& path) {
+    if (!path.starts_with('/') || path.find('\0') != std::string::npos) return std::nullopt;
+    std::optional<std::uint64_t> least;
+    for (const auto& [folder, bytes] : freeBytesBelow) {
+        const bool holdsPath = folder == "/" || path == folder || isBelow(path, folder);
+        if (holdsPath && (!least || bytes < *least)) least = bytes;
+    }
+    return least;
+}
+
 std::error_code MemoryFileManager::remove(const std::string& path) {
     const auto place = existing(path, LinkAtEnd::keep);
     if (!place) return place.error();

@@ -78,6 +78,9 @@ class MemoryFileManager : public FileManager {
     std::vector<ExpectedCopy> expectedCopies;
     FileAttributeChanges expectedAttributes;
     std::uint64_t bytesToCopy(const std::string& path) override;
+    /// The smallest of those that are given for the path or for a folder above it, else nullopt.
+    std::map<std::string, std::uint64_t> freeBytesBelow = {{"/", 1'000'000'000}};
+    std::optional<std::uint64_t> freeBytes(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
     Result<FileAttributes> attributes(const std::string& path) override;

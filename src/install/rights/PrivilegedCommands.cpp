@@ -19,6 +19,24 @@ TaskError deniedError() {
     return error;
 }
 
+/// While this object lives, somebody may be asked.
+class Asking {
+  public:
+    explicit Asking(const InstallRun& run)
+        : run_(run), asks_(run.onAsking && run.authorization && run.authorization->mayAskNow()) {
+        if (asks_) run_.onAsking(true);
+    }
+    ~Asking() {
+        if (asks_) run_.onAsking(false);
+    }
+    Asking(const Asking&) = delete;
+    Asking& operator=(const Asking&) = delete;
+
+  private:
+    const InstallRun& run_;
+    bool asks_;
+};
+
 }  // namespace
 
 bool isFatalAuthCode(std::uint32_t code) {
@@ -33,6 +51,7 @@ std::optional<TaskError> PrivilegedCommands::run(const std::string& tool,
     // A loss that this tells of shows in this command's own result.
     static_cast<void>(confirmItems());
     if (!run_.authorization) return deniedError();
+    const Asking asking(run_);
     std::optional<TaskError> error;
     if (output == Output::read) {
         tasks_.stringByLaunchingPathWithArguments(tool, arguments, *run_.authorization, &error,
@@ -89,6 +108,7 @@ PrivilegedCommands::Outcome PrivilegedCommands::finishItem(const std::string& pa
 
 std::optional<PrivilegedLaunch> PrivilegedCommands::startChecked(const std::string& tool,
                                                                  const Arguments& arguments) {
+    const Asking asking(run_);
     std::optional<TaskError> error;
     PrivilegedLaunch launch;
     if (run_.authorization) {
@@ -132,6 +152,7 @@ void PrivilegedCommands::removeQuarantine(const std::string& path) {
 void PrivilegedCommands::runLsregister() {
     static_cast<void>(confirmItems());
     if (!run_.authorization) return;
+    const Asking asking(run_);
     tasks_.stringByLaunchingPathWithArguments(lsregister, {"-apps"}, *run_.authorization, nullptr,
                                               false);
 }

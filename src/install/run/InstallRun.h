@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -43,6 +44,9 @@ struct InstallRun {
     std::unique_ptr<Authorization> authorization;
     WriteGrant grant;                     ///< what the run may change with that authorization
     InstallProgress* progress = nullptr;  ///< told of every item and of the bytes of its copies
+
+    /// Told before somebody may be asked for the rights, and after the answer.
+    std::function<void(bool asks)> onAsking;
 
     bool authDenied = false;  ///< administrator rights were refused or lost; no more is copied
     bool fileOpErrorOccurred = false;  ///< an item could not be installed; the run has failed

@@ -1,5 +1,6 @@
 #include "linux/files/LinuxFileManager.h"
 
+#include <cerrno>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -7,9 +8,11 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include "foundation/values/PackageName.h"
+#include "foundation/values/Paths.h"
 #include "linux/files/FolderReading.h"
 #include "ports/SystemLog.h"
 #include "privileged/copies/TreeCopy.h"
@@ -185,6 +188,17 @@ std::error_code LinuxFileManager::withRoom(Operation operation) {
 
 std::uint64_t LinuxFileManager::bytesToCopy(const std::string& path) {
     return bytesInTree(path);
+}
+
+std::optional<std::uint64_t> LinuxFileManager::freeBytes(const std::string& path) {
+    auto place = usablePath(path);
+    if (!place) return std::nullopt;
+    struct statvfs space{};
+    while (::statvfs(place->c_str(), &space) != 0) {
+        if (errno != ENOENT || *place == "/") return std::nullopt;
+        *place = parentPath(*place);
+    }
+    return std::uint64_t{space.f_bavail} * space.f_frsize;
 }
 
 std::error_code LinuxFileManager::remove(const std::string& path) {

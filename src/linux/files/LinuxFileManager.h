@@ -47,6 +47,7 @@ class LinuxFileManager : public FileManager {
                          ProgressSink* progress) override;
     void expectCopies(CopySchedule schedule) override;
     std::uint64_t bytesToCopy(const std::string& path) override;
+    std::optional<std::uint64_t> freeBytes(const std::string& path) override;
     std::error_code remove(const std::string& path) override;
     std::error_code createFolders(const std::string& folder, std::uint32_t permissions) override;
     Result<FileAttributes> attributes(const std::string& path) override;

@@ -8,6 +8,7 @@ namespace installer {
 class SystemClock final : public Clock {
   public:
     void sleep(std::chrono::microseconds duration) override;
+    [[nodiscard]] std::chrono::nanoseconds now() const override;
 };
 
 }  // namespace installer

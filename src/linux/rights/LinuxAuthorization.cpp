@@ -46,6 +46,9 @@ class LinuxAuthorization : public Authorization {
     [[nodiscard]] bool obtain(std::uint32_t flags) override;
     [[nodiscard]] AuthorizationTrouble trouble() const override { return trouble_; }
     void limitTo(const WriteGrant& grant) override;
+    [[nodiscard]] bool mayAskNow() const override {
+        return mayAsk(way_) && refusal_ == 0 && !helper_;
+    }
     [[nodiscard]] PrivilegedLaunch execute(const std::string& tool,
                                            const std::vector<std::string>& arguments) override;
     void setProgressSink(ProgressSink* progress) override;

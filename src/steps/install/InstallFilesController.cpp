@@ -34,7 +34,9 @@ InstallFilesController::InstallFilesController(Platform& platform)
       folders_(platform, run_, commands_),
       errors_(platform, run_),
       installer_(platform, run_, commands_, folders_, errors_,
-                 [this](const std::string& text) { setUIText(text); }) {}
+                 [this](const std::string& text) { setUIText(text); }) {
+    run_.onAsking = [this](bool asks) { setAsksForRights(asks); };
+}
 
 bool InstallFilesController::canProceed(std::int32_t /*direction*/) {
     return !copyInProgress_;
@@ -76,7 +78,12 @@ bool InstallFilesController::successfulInstall() const {
 void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) {
     run_.setProgress(nullptr);
     progress_.reset();
-    if (indicator != nullptr) run_.setProgress(&progress_.emplace(*indicator));
+    if (indicator == nullptr) return;
+    progress_.emplace(*indicator, platform_.clock).onReport([this] {
+        progressChanges_.willChange("progressReport");
+        progressChanges_.didChange("progressReport");
+    });
+    run_.setProgress(&*progress_);
 }
 
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
@@ -145,9 +152,9 @@ void InstallFilesController::reportRefusedItems(const InstallPlan& plan) {
 
 /// The plan, from one look at the payload. The progress starts with its bytes.
 InstallPlan InstallFilesController::makePlan(const std::vector<HostModel>& hosts) {
-    if (progress_) progress_->begin(0);
+    if (progress_) progress_->begin(0, 0);
     InstallPlan plan = makeInstallPlan(platform_, hosts, progress_ ? &*progress_ : nullptr);
-    if (progress_) progress_->begin(plan.totalBytes());
+    if (progress_) progress_->begin(plan.totalBytes(), plan.items.size());
     return plan;
 }
 
@@ -184,6 +191,14 @@ void InstallFilesController::setUIText(const std::string& text) {
     if (model_) model_->setInformativeText(text);
     didChange(properties);
     platform_.eventLoop.runUntilNow();
+}
+
+/// The question blocks this thread, so the reason for it is painted before.
+void InstallFilesController::setAsksForRights(bool asks) {
+    progressChanges_.willChange("asksForRights");
+    asksForRights_ = asks;
+    progressChanges_.didChange("asksForRights");
+    if (asks) platform_.eventLoop.runUntilNow();
 }
 
 void InstallFilesController::willChange(std::initializer_list<const char*> properties) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/observers/Observable.h"
 #include "hosts/HostModel.h"
 #include "install/engine/DecimalNumber.h"
 #include "install/engine/DestinationFolders.h"
@@ -79,6 +80,15 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     /// when it is null. Not owned.
     void setProgressIndicator(ProgressIndicator* indicator);
 
+    /// What can be said of the run that goes on; nothing without a progress indicator.
+    [[nodiscard]] ProgressReport progressReport() const {
+        return progress_ ? progress_->report() : ProgressReport();
+    }
+    /// Somebody is being asked for administrator rights now, or may be.
+    [[nodiscard]] bool asksForRights() const { return asksForRights_; }
+    /// Announces "progressReport" and "asksForRights".
+    [[nodiscard]] Observable& progressChanges() { return progressChanges_; }
+
     /// One run in its fixed order: the disk mirror, the external editors when they are asked for,
     /// the stale manifests, the application database, the hosts in list order, the installer log.
     /// After the first failed item or a refusal no further host is installed. Leaves
@@ -134,6 +144,7 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     [[nodiscard]] InstallPlan makePlan(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);
     void didChange(std::initializer_list<const char*> properties);
+    void setAsksForRights(bool asks);
 
     Platform& platform_;
     std::optional<InstallProgress> progress_;
@@ -147,6 +158,8 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     bool installComplete_ = false;
     bool logIsWritten_ = false;
     bool authorizationFailed_ = false;
+    bool asksForRights_ = false;
+    Observable progressChanges_;
     AuthorizationTrouble trouble_ = AuthorizationTrouble::none;
     std::vector<HostModel> suppliedHosts_;
     std::vector<HostModel> leftOutHosts_;

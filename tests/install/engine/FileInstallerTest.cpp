@@ -294,10 +294,10 @@ TEST_F(FileInstallerTest, ACopyThatLeavesNothingIsNotLogged) {
 
 TEST_F(FileInstallerTest, ProgressIsToldOfTheBytesThatAreCopied) {
     FakeProgressIndicator indicator;
-    InstallProgress progress(indicator);
+    InstallProgress progress(indicator, fake.clock);
     engine.run.setProgress(&progress);
     EXPECT_EQ(fake.authorizations.progressSink, &progress);
-    progress.begin(20);
+    progress.begin(20, 0);
     install({"/new/a", "/new/b"});
     EXPECT_THAT(indicator.fractions, Contains(0.25));
     EXPECT_EQ(indicator.fractions.back(), 0.5);
@@ -305,7 +305,7 @@ TEST_F(FileInstallerTest, ProgressIsToldOfTheBytesThatAreCopied) {
 
 TEST_F(FileInstallerTest, TheAdministratorsCopyCountsWithinTheSameItem) {
     FakeProgressIndicator indicator;
-    InstallProgress progress(indicator);
+    InstallProgress progress(indicator, fake.clock);
     engine.run.setProgress(&progress);
     memory.makeUnwritable("/D");
     fake.authorizations.status = [&](const std::vector<std::string>& command) {
@@ -316,7 +316,7 @@ TEST_F(FileInstallerTest, TheAdministratorsCopyCountsWithinTheSameItem) {
         }
         return 0;
     };
-    progress.begin(10);
+    progress.begin(10, 0);
     install({"/new/a"});
     EXPECT_THAT(indicator.fractions, Contains(0.4));
     EXPECT_EQ(indicator.fractions.back(), 0.5);
@@ -324,12 +324,12 @@ TEST_F(FileInstallerTest, TheAdministratorsCopyCountsWithinTheSameItem) {
 
 TEST_F(FileInstallerTest, AnItemThatIsKeptCountsAsDone) {
     FakeProgressIndicator indicator;
-    InstallProgress progress(indicator);
+    InstallProgress progress(indicator, fake.clock);
     engine.run.setProgress(&progress);
     memory.addFile("/D/a", "kept");
     setDate("/D/a", 2);
     setDate("/new/a", 1);
-    progress.begin(5);
+    progress.begin(5, 0);
     engine.installer.installSourceFiles({"/new/a"}, "/D", false, false);
     EXPECT_EQ(memory.contents("/D/a"), "kept");
     EXPECT_EQ(indicator.fractions.back(), 1.0);

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "linux/bundle/PackageLayout.h"
 #include "linux/process/Environment.h"
 #include "linux/rights/LinuxAuthorization.h"

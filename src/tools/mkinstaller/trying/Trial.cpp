@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/values/Paths.h"
 #include "hosts/HostDiscovery.h"
 #include "hosts/HostLists.h"

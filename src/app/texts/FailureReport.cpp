@@ -1,9 +1,9 @@
-#include "app/FailureReport.h"
+#include "app/texts/FailureReport.h"
 
 #include <cstddef>
 
-#include "app/HostRows.h"
-#include "app/WindowTexts.h"
+#include "app/texts/HostRows.h"
+#include "app/texts/WindowTexts.h"
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"

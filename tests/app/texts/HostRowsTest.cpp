@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/HostRows.h"
+#include "app/texts/HostRows.h"
 #include "tests/app/Wizard.h"
 
 namespace installer::test {

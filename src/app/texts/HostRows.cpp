@@ -1,4 +1,4 @@
-#include "app/HostRows.h"
+#include "app/texts/HostRows.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "app/WindowTexts.h"
+#include "app/texts/WindowTexts.h"
 
 #include <string_view>
 

@@ -1,4 +1,4 @@
-#include "app/HostsTexts.h"
+#include "app/texts/HostsTexts.h"
 
 #include <algorithm>
 
