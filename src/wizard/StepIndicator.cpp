@@ -25,10 +25,7 @@ std::unique_ptr<StepIndicator> StepIndicator::load(WindowPlatform& platform) {
 }
 
 StepIndicator::StepIndicator(const WindowPlatform& platform)
-    : dotBlue_(dot(platform.bundle, "DotBlue")),
-      dotGray_(dot(platform.bundle, "DotGray")),
-      stepName_(localizedText(platform.bundle, "step_picture_name")),
-      currentStepName_(localizedText(platform.bundle, "current_step_picture_name")) {}
+    : dotBlue_(dot(platform.bundle, "DotBlue")), dotGray_(dot(platform.bundle, "DotGray")) {}
 
 StepIndicator::~StepIndicator() = default;
 
@@ -38,6 +35,8 @@ bool StepIndicator::loadParts(WindowPlatform& platform) {
     stepIndicatorView_ = interface_->view("stepIndicatorView");
     indicator_ = interface_->imageView("indicator");
     label_ = interface_->textField("label");
+    stepName_ = localizedText(platform.bundle, "step_picture_name");
+    currentStepName_ = localizedText(platform.bundle, "current_step_picture_name");
     return true;
 }
 
