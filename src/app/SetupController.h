@@ -162,6 +162,7 @@ class SetupController : public MainController, public BoundObject {
     /// What the page of hosts says of the space on the disks.
     [[nodiscard]] std::string spaceNote();
     [[nodiscard]] std::string outcomeText() const;
+    [[nodiscard]] std::string pageName() const;
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
     /// What the last page says after a success that put the plug-in into no host; else empty.
     [[nodiscard]] std::string noPhotoshopText() const;

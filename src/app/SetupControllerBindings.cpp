@@ -62,6 +62,9 @@ void SetupController::bindTexts() {
     bindProperty("informativeText", [this] { return asPropertyValue(informativeText()); });
     bindProperty("licenseText", [this] { return licenseText(); });
     bindConstant("registerText", [this] { return registerText(); });
+    // Another screen of a step is announced with "enableForward".
+    bindProperty("pageName", [this] { return pageName(); },
+                 {"mainLabelText", "enableForward", stepOrOutcome});
     bindProperty("goForwardText", [this] { return goForwardText(); });
     bindProperty("goBackwardsText", [this] { return goBackwardsText(); });
 }
@@ -223,6 +226,16 @@ std::string SetupController::waitingText() const {
     const std::string& application = hostsRunningController_->runningApplication();
     if (application.empty()) return localizedText(bundle, "waiting_for_program");
     return formatted(localizedText(bundle, "waiting_for_program_fmt"), {application});
+}
+
+std::string SetupController::pageName() const {
+    const Bundle& bundle = platform_.bundle;
+    const std::int32_t step = stateController_->currentState();
+    const bool isFolderPage = step == step_number::hostSelection && isCustomInstallChosen();
+    return formatted(localizedText(bundle, "page_name_fmt", "%3$@"),
+                     {std::to_string(step + 1), std::to_string(step_number::finished),
+                      isFolderPage ? localizedText(bundle, "browse_path_title") : mainLabelText(),
+                      windowTitle(bundle)});
 }
 
 std::vector<ListRow> SetupController::installedPlaces() const {

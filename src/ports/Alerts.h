@@ -15,6 +15,7 @@ struct Alert {
     std::string title;
     std::string message;
     std::vector<std::string> buttons;  ///< titles; the first one is the default
+    std::size_t number = 0;            ///< among equal messages that follow one another; 0 for none
 };
 
 /// Shows alerts, one at a time.

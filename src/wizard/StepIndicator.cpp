@@ -3,6 +3,7 @@
 #include "ports/Bundle.h"
 #include "ports/window/InterfaceLoader.h"
 #include "ports/window/WindowPlatform.h"
+#include "product/LocalizedText.h"
 
 namespace installer {
 
@@ -34,6 +35,8 @@ bool StepIndicator::loadParts(WindowPlatform& platform) {
     stepIndicatorView_ = interface_->view("stepIndicatorView");
     indicator_ = interface_->imageView("indicator");
     label_ = interface_->textField("label");
+    stepName_ = localizedText(platform.bundle, "step_picture_name");
+    currentStepName_ = localizedText(platform.bundle, "current_step_picture_name");
     return true;
 }
 
@@ -54,7 +57,10 @@ void StepIndicator::setText(const std::optional<std::string>& text) {
 }
 
 void StepIndicator::setCurrentStep(bool isCurrent) {
-    if (indicator_) indicator_->setImage(isCurrent ? dotBlue_ : dotGray_);
+    if (indicator_) {
+        indicator_->setImage(isCurrent ? dotBlue_ : dotGray_);
+        indicator_->setAccessibleName(isCurrent ? currentStepName_ : stepName_);
+    }
     if (!label_) return;
     label_->setSystemFont(isCurrent ? TextField::Weight::bold : TextField::Weight::regular);
     label_->setColor(isCurrent ? black : grey);

@@ -43,6 +43,8 @@ class StepIndicator : public BoundObject {
     std::shared_ptr<TextField> label_;
     Image dotBlue_;
     Image dotGray_;
+    std::string stepName_;  ///< of the dot, for screen readers
+    std::string currentStepName_;
     std::unique_ptr<Interface> interface_;
 };
 

@@ -18,6 +18,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;
+using testing::UnorderedElementsAre;
 
 class FailingModel : public ScriptedModel {
   public:
@@ -59,6 +60,18 @@ TEST_F(SetupControllerTextsTest, TheHeadingIsTheCurrentSteps) {
     EXPECT_EQ(textOf("mainLabelText"), "Heading");
     model->mainLabel = "";
     EXPECT_EQ(textOf("mainLabelText"), "");
+}
+
+TEST_F(SetupControllerTextsTest, ThePageIsCalledAfterItsStepItsHeadingAndTheProduct) {
+    auto& texts = fake.bundle.tables["Localizable"];
+    texts["page_name_fmt"] = "Step %1$@ of %2$@: %3$@ - %4$@";
+    texts["main_wnd_title_fmt"] = "Install %@";
+    texts["browse_path_title"] = "Folder";
+    fake.bundle.tables["installer"]["product_name"] = "Filters";
+    enterStepWith();
+    EXPECT_EQ(textOf("pageName"), "Step 2 of 5: Heading - Install Filters");
+    wizard->setIsCustomInstallChosen(true);
+    EXPECT_EQ(textOf("pageName"), "Step 2 of 5: Folder - Install Filters");
 }
 
 TEST_F(SetupControllerTextsTest, AStepWithoutAModelHasQuestionMarksForAHeading) {
@@ -136,7 +149,7 @@ TEST_F(SetupControllerTextsTest, WhatIsAnnouncedOnTheControllerReachesTheWindowO
     wizard->willChange("mainLabelText");
     EXPECT_THAT(refreshed, IsEmpty());
     wizard->didChange("mainLabelText");
-    EXPECT_THAT(refreshed, ElementsAre("mainLabelText"));
+    EXPECT_THAT(refreshed, UnorderedElementsAre("mainLabelText", "pageName"));
 }
 
 TEST_F(SetupControllerTextsTest, AChangeOfTheCopyTellsTheWindowWhetherItMayBeClosed) {

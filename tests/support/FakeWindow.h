@@ -55,11 +55,13 @@ class FakeTextField : public TextField {
 class FakeImageView : public ImageView {
   public:
     Image image;
+    std::string accessibleName;
     std::vector<Image> images;  ///< each that was set, in order
     void setImage(const Image& newImage) override {
         image = newImage;
         images.push_back(newImage);
     }
+    void setAccessibleName(const std::string& name) override { accessibleName = name; }
 };
 
 class FakeListSelection : public ListSelection {

@@ -49,7 +49,10 @@ class Control:
 
     @property
     def role(self):
-        return self.accessible.get_role_name()
+        role = self.accessible.get_role_name()
+        if role == "check box" and self.accessible.get_parent().get_role_name() == "list":
+            return "list item"  # with a box, which a screen reader is told of by this role alone
+        return role
 
     @property
     def name(self):

@@ -20,6 +20,10 @@ def windows_of(process):
     return finished.stdout.decode().split()
 
 
+def title_of(window):
+    return run_tool("xdotool", "getwindowname", window).decode().rstrip("\n")
+
+
 def give_focus(window):
     """Lets keys go to the window; whether that was possible."""
     if subprocess.run(["xdotool", "windowfocus", window], capture_output=True, check=False,

@@ -2,15 +2,17 @@
 
 import os
 import pathlib
+import shutil
 import signal
 import stat
 import subprocess
 import unittest
 
-from harness import ON_PRIVATE_MACHINE, Product, SystemTest, entry, run, tree, write
+from harness import ON_PRIVATE_MACHINE, Disk, Product, SystemTest, entry, run, tree, write
 from rights import PYTHON, Account, Installation, Terminal, processes, taken_from, wait_until
 
 LOGIN = "installing-user"
+NOBODY = 65534
 REASON = "Filters 2 by Acme needs administrator rights"
 REFUSED = ("Administrator rights were refused or lost: the installation is not complete "
            "(0 items installed)")
@@ -123,6 +125,89 @@ class OrdinaryUserOnADiskOfTheirOwn(OrdinaryUser):
         self.assertInstalled("/Applications/Tool.app/Contents/tool.txt", "tool", owner=self.user)
         self.assertInstalled("/Applications/Adobe Photoshop CS6/run.jsx", "alert();",
                              owner=self.user)
+
+
+class OrdinaryUserWithALinkedPhotoshop(OrdinaryUser):
+    """Photoshop has been moved to another disk, and the user has put a link in its place. Anybody
+    may add to /Applications here, so root does not follow links there.
+    """
+
+    FOLDER = pathlib.Path("/Applications/Adobe Photoshop CC 2015")
+    BOTH = ["Adobe Photoshop CC 2015", "Adobe Photoshop CS6"]
+
+    def setUp(self):
+        super().setUp()
+        self.allow_without_a_question()
+        os.chmod("/Applications", 0o1777)
+        self.addCleanup(os.chmod, "/Applications", 0o755)
+        self.place = self.scratch / "other disk"
+        self.place.mkdir()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", self.place], check=True)
+        self.addCleanup(subprocess.run, ["umount", self.place], check=True)
+        self.disk.add_photoshop(self.FOLDER.name)
+        self.account.own(self.disk.home)
+        self.real = self.place / "Photoshop"
+        shutil.move(self.FOLDER, self.real)
+
+    def link(self, target, owner):
+        self.FOLDER.symlink_to(target)
+        os.lchown(self.FOLDER, owner, owner)
+
+    def install_into_both(self, **options):
+        outcome = run(self.product, environment=self.environment, **options)
+        self.assertIn("The installation is complete (4 items", outcome.messages)
+        items = [f"/Applications/{name}/run.jsx" for name in self.BOTH]
+        self.assertLessEqual(set(items), set(self.disk.logged_paths(self.product)))
+        self.assertTrue(self.FOLDER.is_symlink())
+        return outcome
+
+    def test_it_is_installed_into_where_the_link_leads_and_named_as_its_file_names_it(self):
+        self.link(self.real, self.user)
+        self.install_into_both(**self.account.options)
+        self.assertInstalled(self.real / "run.jsx", owner=self.user)
+
+    def test_a_second_run_replaces_what_the_first_one_installed(self):
+        self.link(self.real, self.user)
+        self.install_into_both(**self.account.options)
+        write(self.real / "run.jsx", "of an older version")
+        self.install_into_both(**self.account.options)
+        self.assertInstalled(self.real / "run.jsx", "alert();", owner=self.user)
+
+    def test_root_follows_links_of_its_own(self):
+        self.link(self.real, 0)
+        self.install_into_both()
+        self.assertInstalled(self.real / "run.jsx")
+
+    def test_it_works_on_a_target_volume_too(self):
+        root = self.scratch / "volume"
+        volume = Disk(root, root / "Users" / LOGIN)
+        environment = self.environment | {"INSTALLER_TARGET_VOLUME": str(root)}
+        folder = volume.add_photoshop("Adobe Photoshop CC 2017")
+        self.account.own(volume.root)
+        shutil.copytree(folder, self.real, dirs_exist_ok=True)
+        shutil.rmtree(folder)
+        folder.symlink_to(self.real)
+        os.lchown(folder, self.user, self.user)
+        outcome = run(self.product, environment=environment, **self.account.options)
+        self.assertIn(COMPLETE, outcome.messages)
+        self.assertIn(str(folder / "run.jsx"), volume.logged_paths(self.product))
+        self.assertInstalled(self.real / "run.jsx", owner=self.user)
+
+    def test_a_link_of_somebody_else_leads_nowhere(self):
+        self.link(self.real, NOBODY)
+        outcome = run(self.product, environment=self.environment, **self.account.options)
+        self.assertIn(f"Could not install file: {self.FOLDER}/run.jsx", outcome.messages)
+        self.assertFalse((self.real / "run.jsx").exists())
+
+    def test_a_link_to_a_folder_of_the_system_leads_nowhere(self):
+        for target in ("/usr/share", "/etc", "/home/neighbour"):
+            with self.subTest(target):
+                pathlib.Path(target, "Photoshop.app").mkdir(parents=True)
+                self.link(target, self.user)
+                outcome = run(self.product, environment=self.environment, **self.account.options)
+                self.assertIn(f"Could not install file: {self.FOLDER}/run.jsx", outcome.messages)
+                self.assertFalse(os.path.lexists(f"{target}/run.jsx"))
+                self.FOLDER.unlink()
 
 
 class OrdinaryUserWithAWindowThatAsks(OrdinaryUser):

@@ -43,7 +43,7 @@ class WindowLanguagesGerman(WindowTest):
 
     def test_every_page_speaks_the_language_and_is_laid_out_for_it(self):
         window = self.start()
-        window.find("frame", self.text("main_wnd_title_fmt", self.product.name))
+        self.assertEqual(window.title(), self.text("main_wnd_title_fmt", self.product.name))
         self.assertLaidOut(window, self.text("license_instructions"), self.text("continue"),
                            self.text("quit"))
         licence = self.product.resources / f"{self.language}.lproj/license.txt"
@@ -97,6 +97,27 @@ class WindowLanguagesThatAreMissing(WindowTest):
     def test_no_language_at_all_gives_english(self):
         window = self.start(LANG="C")
         window.wait_for_label(self.text("license_instructions"))
+
+
+class WindowLanguagesOfBritain(WindowTest):
+    """Another spelling of English, and the same texts otherwise."""
+
+    language = "en_GB"
+
+    def test_the_licence_is_spelled_as_in_britain(self):
+        window = self.start()
+        window.wait_for_label("Please read the licence agreement")
+        self.assertIn("Licence Agreement", window.find("label", "Licence agreement").text)
+
+    def test_only_the_spelling_differs(self):
+        for british in (self.product.resources / "en_GB.lproj").iterdir():
+            american = self.product.resources / "en.lproj" / british.name
+            texts = [path.read_text("utf-8") for path in (american, british)]
+            self.assertEqual(texts[0].replace("icense", "icence"),
+                             texts[1].replace("icense", "icence"))
+        names = {path.name for path in (self.product.resources / "en.lproj").iterdir()}
+        self.assertEqual(
+            names, {path.name for path in (self.product.resources / "en_GB.lproj").iterdir()})
 
 
 if __name__ == "__main__":

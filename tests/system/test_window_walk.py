@@ -23,7 +23,7 @@ class WindowWalk(WindowTest):
         licence = (self.product.resources / "en.lproj/license.txt").read_text("utf-8")
         view = window.find("label", self.text("license_name"))
         self.assertEqual(view.text.split(), licence.split())
-        window.find("frame", self.text("main_wnd_title_fmt", self.product.name))
+        self.assertEqual(window.title(), self.text("main_wnd_title_fmt", self.product.name))
         window.find("push button", self.text("quit"))
 
         self.agree(window)

@@ -12,7 +12,7 @@ from desktop import Desktop
 from harness import SAMPLE_BUNDLE, Product, SystemTest, write
 from window import Window
 
-LOCALES = {"en": "en_US.UTF-8", "de": "de_DE.UTF-8", "fr": "fr_FR.UTF-8", "es": "es_ES.UTF-8",
+LOCALES = {"en": "en_US.UTF-8", "en_GB": "en_GB.UTF-8", "de": "de_DE.UTF-8", "fr": "fr_FR.UTF-8", "es": "es_ES.UTF-8",
            "ja": "ja_JP.UTF-8", "ar": "ar_EG.UTF-8"}
 
 ENTRY = re.compile(r'^"((?:[^"\\]|\\.)*)"\s*=\s*"((?:[^"\\]|\\.)*)";', re.MULTILINE)

@@ -110,6 +110,10 @@ class Window:
         return self.wait_until(
             lambda: next((control for control in self.controls("frame")), None), "the window")
 
+    def title(self):
+        """What its title bar says; to a screen reader it is called after its page."""
+        return display.title_of(self.front())
+
     def shows(self, role, name=None):
         """Whether there is such a control now."""
         return poll(lambda: [self.controls(role, name)])[0] != []

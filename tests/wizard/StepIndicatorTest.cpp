@@ -50,6 +50,17 @@ TEST_F(StepIndicatorTest, LooksForItsDotsBeforeItsDescription) {
     EXPECT_THAT(asked, ElementsAre("DotBlue.tiff", "DotGray.tiff", "Step Indicator"));
 }
 
+TEST_F(StepIndicatorTest, TheDotOfTheCurrentStepHasANameOfItsOwn) {
+    fake.bundle.tables["Localizable"] = {{"step_picture_name", "Step"},
+                                         {"current_step_picture_name", "Current step"}};
+    const auto indicator = load();
+    const std::string& name = parts().imageViews["indicator"]->accessibleName;
+    indicator->setCurrentStep(true);
+    EXPECT_EQ(name, "Current step");
+    indicator->setCurrentStep(false);
+    EXPECT_EQ(name, "Step");
+}
+
 TEST_F(StepIndicatorTest, ADescriptionThatCannotBeLoadedGivesNoIndicator) {
     fake.interfaces.unloadable = {"Step Indicator"};
     EXPECT_EQ(load(), nullptr);

@@ -27,7 +27,9 @@ void FileErrorAlerts::showFileErrorUI(const std::string& path) {
     run_.recordFailure(path);
     platform_.log.log(formatted("Could not install file: %@", {path}));
     // There is one button, so there is nothing to learn from the answer.
-    static_cast<void>(platform_.alerts.runModal(installErrorAlert(platform_.bundle, "", path)));
+    Alert alert = installErrorAlert(platform_.bundle, "", path);
+    alert.number = run_.failedPaths.size();
+    static_cast<void>(platform_.alerts.runModal(alert));
 }
 
 bool FileErrorAlerts::fileManagerShouldProceedAfterError(const std::string& error,

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "linux/rights/HelperTrust.h"
+#include "linux/rights/LinkedFolders.h"
 #include "linux/rights/PrivilegedHelper.h"
 #include "linux/rights/RootTools.h"
 #include "linux/rights/TerminalAgent.h"
@@ -66,6 +67,7 @@ class LinuxAuthorization : public Authorization {
     AuthorizationTrouble trouble_ = AuthorizationTrouble::none;
     std::optional<ClosedToOthers> closed_;
     std::shared_ptr<PrivilegedHelper> helper_;
+    LinkedFolders links_{::getuid()};
     WriteGrant grant_;
     std::optional<RootTools> rootTools_;
     std::int32_t refusal_ = 0;
@@ -89,9 +91,10 @@ bool LinuxAuthorization::obtain(std::uint32_t /*flags: the helper gives all righ
 }
 
 void LinuxAuthorization::limitTo(const WriteGrant& grant) {
-    if (grant == grant_) return;
-    grant_ = grant;
-    access_.helper.folders = grant.folders();
+    WriteGrant led = links_.follow(grant);
+    if (led == grant_) return;
+    grant_ = std::move(led);
+    access_.helper.folders = grant_.folders();
     rootTools_.reset();
     if (helper_) std::exchange(helper_, nullptr)->end();
     closed_.reset();
@@ -99,10 +102,12 @@ void LinuxAuthorization::limitTo(const WriteGrant& grant) {
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
                                              const std::vector<std::string>& arguments) {
-    if (way_ == AdministratorWay::alreadyRoot) return executeInThisProcess(tool, arguments);
+    std::vector<std::string> followed = arguments;
+    for (std::string& argument : followed) argument = links_.followed(argument);
+    if (way_ == AdministratorWay::alreadyRoot) return executeInThisProcess(tool, followed);
     if (refusal_ == 0 && !helper_) startHelper();
     if (refusal_ != 0) return {refusal_, nullptr};
-    PrivilegedLaunch launch = helper_->execute(tool, arguments);
+    PrivilegedLaunch launch = helper_->execute(tool, followed);
     // A lost helper is not started again: that could ask the same person a second time.
     if (helper_->isLost()) {
         refusal_ = authorization_status::denied;

@@ -65,6 +65,8 @@ class ImageView {
   public:
     virtual ~ImageView() = default;
     virtual void setImage(const Image& image) = 0;
+    /// What a screen reader says of it.
+    virtual void setAccessibleName(const std::string& /*name*/) {}
 };
 
 /// The selected row of a list. It has nothing to do with the rows' check boxes.

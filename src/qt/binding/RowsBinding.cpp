@@ -8,6 +8,7 @@
 #include "qt/binding/ControlText.h"
 #include "qt/controls/ListRowDelegate.h"
 #include "qt/controls/RowHeight.h"
+#include "qt/controls/TickableRows.h"
 #include "qt/dressing/BehindQuestion.h"
 #include "qt/values/RowIcon.h"
 #include "qt/values/VisibleText.h"
@@ -60,6 +61,7 @@ ShowValue rowsBinding(QObject& control, const BindingContext& context) {
     list->setItemDelegate(new ListRowDelegate(list));
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     new RowsFollowHeight(*list);
+    if (isCheckable) TickableRows::followFocus(*list);
     const auto show = [list, isCheckable](const PropertyValue& value) {
         const auto* rows = std::get_if<std::vector<ListRow>>(&value);
         showRows(*list, rows ? *rows : std::vector<ListRow>{}, isCheckable);
@@ -67,12 +69,15 @@ ShowValue rowsBinding(QObject& control, const BindingContext& context) {
     QObject::connect(list, &QListWidget::itemChanged, &context.lifetime,
                      [list, show, property = context.property, &owner = context.owner,
                       lifetime = QPointer<QObject>(&context.lifetime)](QListWidgetItem* item) {
+                         // The owner may take the row away.
+                         const int row = list->row(item);
                          if (!isBehindQuestion(*list)) {
-                             owner.setRowChecked(property,
-                                                 static_cast<std::size_t>(list->row(item)),
+                             owner.setRowChecked(property, static_cast<std::size_t>(row),
                                                  item->checkState() == Qt::Checked);
                          }
-                         if (lifetime) show(owner.valueForProperty(property));
+                         if (!lifetime) return;
+                         show(owner.valueForProperty(property));
+                         if (row < list->count()) TickableRows::announce(*list, row);
                      });
     return show;
 }

@@ -7,6 +7,7 @@
 #include <QSignalBlocker>
 
 #include "qt/binding/Binding.h"
+#include "qt/controls/Announcement.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/dressing/BehindQuestion.h"
 #include "qt/values/Picture.h"
@@ -151,7 +152,10 @@ ShowValue accessibleNameBinding(QObject& control, const BindingContext& /*contex
     auto* widget = qobject_cast<QWidget*>(&control);
     if (!widget) return {};
     return [widget](const PropertyValue& value) {
-        widget->setAccessibleName(toQt(plainTextOf(value)));
+        const QString name = toQt(plainTextOf(value));
+        if (widget->accessibleName() == name) return;
+        widget->setAccessibleName(name);
+        if (widget->isWindow()) Announcement::make(*widget, name);
     };
 }
 

@@ -7,6 +7,7 @@
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QTextDocument>
+#include <optional>
 
 #include "qt/binding/Binding.h"
 #include "qt/binding/ControlText.h"
@@ -51,13 +52,16 @@ class BrowserText {
     }
 
     void show(const StyledText& text) {
-        const int place = text == shown_ ? browser_.verticalScrollBar()->value() : 0;
         TextLook look = TextLook::of(browser_);
         look.lineHeight = comfortableLineHeight;
+        // A text that is set again has many messages to screen readers, which then miss others.
+        if (text == shown_ && look == look_) return;
+        const int place = text == shown_ ? browser_.verticalScrollBar()->value() : 0;
         setStyledText(*browser_.document(), text, look);
         browser_.moveCursor(QTextCursor::Start);
         browser_.verticalScrollBar()->setValue(place);
         shown_ = text;
+        look_ = look;
     }
 
   private:
@@ -66,6 +70,7 @@ class BrowserText {
 
     QTextBrowser& browser_;
     StyledText shown_;
+    std::optional<TextLook> look_;
 };
 
 ShowValue labelText(QLabel& label, const BindingContext& context) {

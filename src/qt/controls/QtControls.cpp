@@ -100,6 +100,8 @@ class QtImageView::Look final : public QObject {
         show();
     }
 
+    void setAccessibleName(const std::string& name) { label_.setAccessibleName(toQt(name)); }
+
   protected:
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::PaletteChange) show();
@@ -123,6 +125,10 @@ QtImageView::QtImageView(QLabel* label) {
 
 void QtImageView::setImage(const Image& image) {
     if (look_) look_->setImage(image);
+}
+
+void QtImageView::setAccessibleName(const std::string& name) {
+    if (look_) look_->setAccessibleName(name);
 }
 
 void QtListSelection::setSelectedRow(std::size_t row) {

@@ -29,6 +29,7 @@ class QtImageView final : public ImageView {
   public:
     explicit QtImageView(QLabel* label);
     void setImage(const Image& image) override;
+    void setAccessibleName(const std::string& name) override;
 
   private:
     class Look;

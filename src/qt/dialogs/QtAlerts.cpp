@@ -9,8 +9,10 @@
 #include <QPushButton>
 #include <QStyle>
 #include <algorithm>
+#include <string>
 #include <vector>
 
+#include "foundation/text/Format.h"
 #include "ports/Bundle.h"
 #include "qt/dialogs/WindowOnTop.h"
 #include "qt/values/QtText.h"
@@ -34,12 +36,28 @@ void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weigh
     }
 }
 
-void setTexts(QMessageBox& box, const Alert& alert) {
+/// The text with the message's number, if it is not the only one.
+QString numbered(const std::string& text, const Alert& alert, const Bundle& bundle) {
+    const auto format = bundle.localizedString("alert_number_fmt", "Localizable");
+    if (alert.number == 0 || !format) return toQt(text);
+    return toQt(formatted(*format, {text, std::to_string(alert.number)}));
+}
+
+/// The installer as people know it; the bundle's own name may be another.
+std::string installerTitle(const Bundle& bundle) {
+    const auto format = bundle.localizedString("main_wnd_title_fmt", "Localizable");
+    const auto product = bundle.localizedString("product_name", "installer");
+    if (!format || !product) return fromQt(QApplication::applicationName());
+    return formatted(*format, {*product});
+}
+
+void setTexts(QMessageBox& box, const Alert& alert, const Bundle& bundle) {
     const QString title = toQt(alert.title);
     const QString message = toQt(alert.message);
     box.setObjectName(toQt(alert.identifier));
-    box.setAccessibleName(title.isEmpty() ? message : title);
-    box.setWindowTitle(QApplication::applicationName());
+    box.setAccessibleName(
+        numbered(alert.title.empty() ? alert.message : alert.title, alert, bundle));
+    box.setWindowTitle(numbered(installerTitle(bundle), alert, bundle));
     box.setTextFormat(Qt::PlainText);
     box.setText(title);
     box.setInformativeText(message);
@@ -89,7 +107,7 @@ std::vector<QPushButton*> addButtons(QMessageBox& box, const std::vector<std::st
 
 std::size_t QtAlerts::runModal(const Alert& alert) {
     QMessageBox box(windowOnTop());
-    setTexts(box, alert);
+    setTexts(box, alert, bundle_);
     setPicture(box, alert.style, bundle_);
     namePicture(box);
     const std::vector<QPushButton*> buttons = addButtons(box, alert.buttons);

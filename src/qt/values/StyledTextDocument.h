@@ -20,6 +20,8 @@ struct TextLook {
     int lineHeight = 100;  ///< in hundredths of what the font asks for
 
     [[nodiscard]] static TextLook of(const QWidget& widget);
+
+    friend bool operator==(const TextLook&, const TextLook&) = default;
 };
 
 /// Replaces the document's contents. Black text gets the window's own colour. Other colours are

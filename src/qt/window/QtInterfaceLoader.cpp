@@ -9,6 +9,8 @@
 #include <utility>
 
 #include "qt/binding/Binder.h"
+#include "qt/controls/Announcement.h"
+#include "qt/controls/TickableRows.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/dialogs/TextOutput.h"
 #include "qt/dressing/Dressing.h"
@@ -58,6 +60,8 @@ std::unique_ptr<DescriptionReader> readerWithoutPlugIns() {
 QtInterfaceLoader::QtInterfaceLoader(const Bundle& bundle, SystemLog& log, OpenLink openLink)
     : bundle_(bundle), log_(log), openLink_(std::move(openLink)) {
     MenuButton::tellScreenReaders();
+    TickableRows::tellScreenReaders();
+    Announcement::tellScreenReaders();
 }
 
 std::unique_ptr<Interface> QtInterfaceLoader::refuse(const std::string& name,

@@ -22,6 +22,15 @@ TEST(FileErrorAlerts, AFailedItemFailsTheRunAndIsLoggedAndShown) {
     EXPECT_THAT(alert.buttons, ElementsAre("Go on"));
 }
 
+TEST(FileErrorAlerts, EachFailureHasItsNumber) {
+    EngineParts engine;
+    engine.errors.showFileErrorUI("/a");
+    engine.errors.showFileErrorUI("/b");
+    ASSERT_EQ(engine.fake.alerts.shown.size(), 2U);
+    EXPECT_EQ(engine.fake.alerts.shown[0].number, 1U);
+    EXPECT_EQ(engine.fake.alerts.shown[1].number, 2U);
+}
+
 // The person may leave the alert on the screen for hours, and the machine may be gone by then.
 TEST(FileErrorAlerts, TheFailureIsRecordedAndLoggedBeforeTheAlertIsShown) {
     EngineParts engine;

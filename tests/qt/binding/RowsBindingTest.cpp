@@ -3,6 +3,7 @@
 #include <QMouseEvent>
 #include <QTest>
 
+#include "qt/controls/TickableRows.h"
 #include "tests/qt/InterfaceTest.h"
 
 namespace {
@@ -169,6 +170,35 @@ TEST_F(RowsBindingTest, AScreenReaderIsToldTheNameAndTheFolder) {
     EXPECT_EQ(row->text(QAccessible::Description), "/Applications/2024");
     EXPECT_TRUE(row->state().checkable);
     EXPECT_TRUE(row->state().checked);
+}
+
+TEST_F(RowsBindingTest, AScreenReaderSeesACheckBoxInARowWithABox) {
+    TickableRows::tellScreenReaders();
+    showHosts();
+    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(&list());
+    ASSERT_EQ(seen->childCount(), list().count());
+    QAccessibleInterface* const row = seen->child(0);
+    EXPECT_EQ(row->role(), QAccessible::CheckBox);
+    EXPECT_EQ(row->parent(), seen);
+    EXPECT_EQ(seen->indexOfChild(row), 0);
+    EXPECT_EQ(row->text(QAccessible::Name), "Photoshop 2024");
+    EXPECT_EQ(row->text(QAccessible::Description), "/Applications/2024");
+    EXPECT_TRUE(row->state().checked);
+    row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_FALSE(row->state().checked);
+    EXPECT_EQ(list().item(0)->checkState(), Qt::Unchecked);
+}
+
+TEST_F(RowsBindingTest, ARowThatIsGoneIsNothingToAScreenReader) {
+    TickableRows::tellScreenReaders();
+    showHosts();
+    QAccessibleInterface* const row = QAccessible::queryAccessibleInterface(&list())->child(1);
+    ASSERT_TRUE(row->isValid());
+    list().clear();
+    EXPECT_FALSE(row->isValid());
+    EXPECT_EQ(row->text(QAccessible::Name), "");
+    EXPECT_TRUE(row->state().invalid);
+    row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
 }
 
 TEST_F(RowsBindingTest, TheToolTipIsTheWholeFolderAndNeverAPage) {

@@ -35,13 +35,13 @@ void press(QWidget& widget, int key) {
     }
 }
 
-std::size_t answerAfter(const Alert& alert, const std::function<void(QMessageBox&)>& act) {
+std::size_t answerAfter(const Alert& alert, const std::function<void(QMessageBox&)>& act,
+                        const test::FakeBundle& bundle = {}) {
     const WhileModal<QMessageBox> user([&](QMessageBox& box) {
         if (!box.isVisible()) return false;
         act(box);
         return true;
     });
-    const test::FakeBundle bundle;
     QtAlerts alerts(bundle);
     return alerts.runModal(alert);
 }
@@ -108,6 +108,27 @@ TEST(QtAlerts, SaysWhatItIsToTestsAndScreenReaders) {
         EXPECT_EQ(box.icon(), QMessageBox::Information);
         box.close();
     }));
+}
+
+TEST(QtAlerts, AreTitledWithTheProductAndTheirNumber) {
+    test::FakeBundle bundle;
+    bundle.tables = {{"Localizable",
+                      {{"main_wnd_title_fmt", "Install %@"}, {"alert_number_fmt", "%1$@ (%2$@)"}}},
+                     {"installer", {{"product_name", "Filters"}}}};
+    Alert alert = question;
+    const auto expect = [&](const char* title, const char* name) {
+        static_cast<void>(answerAfter(
+            alert,
+            [&](QMessageBox& box) {
+                EXPECT_EQ(box.windowTitle(), title);
+                EXPECT_EQ(box.accessibleName(), name);
+                box.close();
+            },
+            bundle));
+    };
+    expect("Install Filters", "Problem");
+    alert.number = 2;
+    expect("Install Filters (2)", "Problem (2)");
 }
 
 TEST(QtAlerts, ShowsMarkupAsText) {
