@@ -263,6 +263,16 @@ TEST_F(PhotoshopHostModelTest, IsNotInstalledWhenItsFolderIsEmptyMissingOrAFile)
     EXPECT_THAT(fake_.log.lines, IsEmpty());
 }
 
+TEST_F(PhotoshopHostModelTest, PathsAreReadHoweverLongTheyAreButNotAHugeFile) {
+    const std::string first = "/" + std::string(4000, 'a');
+    const std::string second = "/" + std::string(4000, 'b');
+    const PhotoshopHostModel host = hostOf(first + '\0' + second + '\0');
+    EXPECT_EQ(host.appPath(), first);
+    EXPECT_EQ(host.plugInPath(), second);
+    const std::string huge = "/" + std::string(std::size_t{1} << 20U, 'a');
+    EXPECT_LT(hostOf(huge + '\0').appPath().size(), huge.size());
+}
+
 TEST_F(PhotoshopHostModelTest, AnApplicationFolderThatCannotBeListedIsNotInstalledWithoutAWord) {
     fake_.memory.addFolder("/Photoshop/Photoshop.app");
     fake_.files.setFault([](const RecordingFileManager::Operation& operation) {
@@ -295,8 +305,9 @@ TEST_F(PhotoshopHostModelTest, AMissingPathsFileIsTriedFourTimes) {
     EXPECT_THAT(fake_.clock.sleeps, SizeIs(3));
     EXPECT_THAT(fake_.clock.sleeps, Each(std::chrono::microseconds(500'000)));
     EXPECT_THAT(fake_.log.lines, SizeIs(3));
-    EXPECT_THAT(fake_.log.lines, Each(StartsWith("Could not open paths file: " + preferences +
-                                                 "Adobe Photoshop CS6 Paths: ")));
+    const std::string reason = fake_.memory.read("/missing", 1).error().message();
+    EXPECT_THAT(fake_.log.lines, Each("Could not open paths file: " + preferences +
+                                      "Adobe Photoshop CS6 Paths: " + reason));
 }
 
 TEST_F(PhotoshopHostModelTest, AnUnreadablePathsFileStillGivesASelectedHostOfThatName) {

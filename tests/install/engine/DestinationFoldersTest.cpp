@@ -49,6 +49,17 @@ TEST(DestinationFoldersEnsureDirExists,
     EXPECT_NE(engine.fake.memory.node("/a")->group, "admin");
 }
 
+TEST(DestinationFoldersEnsureDirExists, ItemsThatAreUnderWayAreConfirmedBeforeAFolderIsMade) {
+    EngineParts engine;
+    for (const char* item : {"/1", "/2"}) {
+        ASSERT_EQ(engine.commands.finishItem(item), PrivilegedCommands::Outcome::finished);
+    }
+    engine.fake.journal.clear();
+    engine.folders.ensureDirExists("/a");
+    EXPECT_THAT(engine.fake.journal, ElementsAre("wait", "wait", "createFolders /a 0775",
+                                                 "setAttributes /a tester:admin 0775"));
+}
+
 /// A disk that does not answer when it is asked whether there is something.
 class BlindFileManager : public RecordingFileManager {
   public:

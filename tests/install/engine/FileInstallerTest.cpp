@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <vector>
@@ -52,6 +53,15 @@ TEST_F(FileInstallerTest, AnItemIsCopiedAndGivenToTheUserAndTheAdministrators) {
     EXPECT_EQ(memory.node("/D/a")->permissions, 0775U);
     EXPECT_EQ(memory.node("/D/a")->group, "admin");
     EXPECT_EQ(memory.contents("/D/a"), "new a");
+}
+
+TEST_F(FileInstallerTest, ItemsThatAreUnderWayAreConfirmedBeforeAnExistingOneIsRemoved) {
+    memory.addFile("/D/b", "old b");
+    memory.addFile("/new/c", "new c");
+    install({"/new/c", "/new/a", "/new/b"});
+    const auto removal = std::ranges::find(fake.journal, "remove /D/b");
+    ASSERT_NE(removal, fake.journal.end());
+    EXPECT_EQ(std::count(fake.journal.begin(), removal, "wait"), 4);
 }
 
 TEST_F(FileInstallerTest, EachItemIsLoggedAndShownByItsName) {

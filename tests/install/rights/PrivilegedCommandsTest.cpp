@@ -152,6 +152,18 @@ TEST(PrivilegedCommandsForItems, AreNotListedWhenRightsAreRefused) {
     }
 }
 
+TEST(PrivilegedCommandsForItems, UnderWayAreListedAsSoonAsTheNextOneIsRefused) {
+    for (const int command : {5, 6}) {
+        EngineParts engine;
+        refuseFromCommand(engine.fake, command);
+        for (const char* item : {"/1", "/2"}) {
+            EXPECT_EQ(engine.commands.finishItem(item), Outcome::finished);
+        }
+        EXPECT_EQ(engine.commands.finishItem("/3"), Outcome::refused);
+        EXPECT_THAT(engine.run.installedPaths, ElementsAre("/1", "/2"));
+    }
+}
+
 TEST(PrivilegedCommandsForItems, GoOnAfterAnyOtherFailedLaunch) {
     EngineParts engine;
     refuseFromCommand(engine.fake, 1, -60007);

@@ -40,10 +40,10 @@ std::string readAll(PrivilegedTool& tool) {
 class CountingSink : public ProgressSink {
   public:
     std::uint64_t bytes = 0;
-    int calls = 0;
+    int calls = 0;  ///< but those of a wait, which come with no bytes as often as it lasts
     void bytesCopied(std::uint64_t more) override {
         bytes += more;
-        ++calls;
+        if (more > 0) ++calls;
     }
 };
 
