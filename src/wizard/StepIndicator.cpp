@@ -25,7 +25,9 @@ std::unique_ptr<StepIndicator> StepIndicator::load(WindowPlatform& platform) {
 }
 
 StepIndicator::StepIndicator(const WindowPlatform& platform)
-    : dotBlue_(dot(platform.bundle, "DotBlue")), dotGray_(dot(platform.bundle, "DotGray")) {}
+    : bundle_(platform.bundle),
+      dotBlue_(dot(platform.bundle, "DotBlue")),
+      dotGray_(dot(platform.bundle, "DotGray")) {}
 
 StepIndicator::~StepIndicator() = default;
 
@@ -35,8 +37,6 @@ bool StepIndicator::loadParts(WindowPlatform& platform) {
     stepIndicatorView_ = interface_->view("stepIndicatorView");
     indicator_ = interface_->imageView("indicator");
     label_ = interface_->textField("label");
-    stepName_ = localizedText(platform.bundle, "step_picture_name");
-    currentStepName_ = localizedText(platform.bundle, "current_step_picture_name");
     return true;
 }
 
@@ -59,7 +59,8 @@ void StepIndicator::setText(const std::optional<std::string>& text) {
 void StepIndicator::setCurrentStep(bool isCurrent) {
     if (indicator_) {
         indicator_->setImage(isCurrent ? dotBlue_ : dotGray_);
-        indicator_->setAccessibleName(isCurrent ? currentStepName_ : stepName_);
+        indicator_->setAccessibleName(
+            localizedText(bundle_, isCurrent ? "current_step_picture_name" : "step_picture_name"));
     }
     if (!label_) return;
     label_->setSystemFont(isCurrent ? TextField::Weight::bold : TextField::Weight::regular);

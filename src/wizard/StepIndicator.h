@@ -10,6 +10,7 @@
 
 namespace installer {
 
+class Bundle;
 class Interface;
 struct WindowPlatform;
 
@@ -38,13 +39,12 @@ class StepIndicator : public BoundObject {
     explicit StepIndicator(const WindowPlatform& platform);
     [[nodiscard]] bool loadParts(WindowPlatform& platform);
 
+    const Bundle& bundle_;
     std::shared_ptr<View> stepIndicatorView_;
     std::shared_ptr<ImageView> indicator_;
     std::shared_ptr<TextField> label_;
     Image dotBlue_;
     Image dotGray_;
-    std::string stepName_;  ///< of the dot, for screen readers
-    std::string currentStepName_;
     std::unique_ptr<Interface> interface_;
 };
 
