@@ -28,7 +28,7 @@ class Notification final : public QWidget {
     }
 };
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleAnnouncement(const QString& /*className*/, QObject* object) {
     auto* notification = dynamic_cast<Notification*>(object);
     if (notification == nullptr) return nullptr;
     return new QAccessibleWidget(notification, QAccessible::Notification);
@@ -37,7 +37,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 }  // namespace
 
 void Announcement::tellScreenReaders() {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleAnnouncement);
 }
 
 void Announcement::make(QWidget& window, const QString& text) {

@@ -154,7 +154,7 @@ class RowFocus final : public QObject {
     QListWidget& list_;
 };
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleRows(const QString& /*className*/, QObject* object) {
     auto* list = qobject_cast<QListWidget*>(object);
     if (list == nullptr || !list->property(checkableProperty).toBool()) return nullptr;
     return new ListOfTickableRows(*list);
@@ -163,7 +163,7 @@ QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* obje
 }  // namespace
 
 void TickableRows::tellScreenReaders() {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleRows);
 }
 
 void TickableRows::followFocus(QListWidget& list) {

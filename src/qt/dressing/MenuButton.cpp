@@ -59,13 +59,13 @@ class ButtonWithMenu final : public QAccessibleWidget {
     QToolButton& button_;
 };
 
-QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeAccessibleMenuButton(const QString& /*className*/, QObject* object) {
     auto* button = qobject_cast<QToolButton*>(object);
     if (button == nullptr || !button->property(MenuButton::holdsMenu).toBool()) return nullptr;
     return new ButtonWithMenu(*button);
 }
 
-bool isReturn(const QEvent& event) {
+bool isReturnOrEnter(const QEvent& event) {
     if (event.type() != QEvent::KeyPress) return false;
     const int key = static_cast<const QKeyEvent&>(event).key();
     return key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -94,7 +94,7 @@ MenuButton::MenuButton(QToolButton& button)
 }
 
 void MenuButton::tellScreenReaders() {
-    QAccessible::installFactory(makeAccessible);
+    QAccessible::installFactory(makeAccessibleMenuButton);
 }
 
 void MenuButton::open() {
@@ -118,7 +118,7 @@ MenuButton* MenuButton::of(const QWidget& window) {
 
 bool MenuButton::eventFilter(QObject* /*watched*/, QEvent* event) {
     if (event->type() == QEvent::PaletteChange) drawSign();
-    if (!isReturn(*event)) return false;
+    if (!isReturnOrEnter(*event)) return false;
     open();
     return true;
 }
