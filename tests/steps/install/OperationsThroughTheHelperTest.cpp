@@ -240,9 +240,11 @@ TEST_F(OperationsThroughTheHelper, AUsersLinkInPlaceOfTheFolderRemovesNothing) {
     volume.add("elsewhere/F.plugin", "kept");
     const std::string home = volume / "home";
     ASSERT_EQ(::mkdir(home.c_str(), 0755), 0);
-    ASSERT_EQ(::symlink("../elsewhere", (home + "/Plug-Ins").c_str()), 0);
+    const std::string link = home + "/Plug-Ins";
+    ASSERT_EQ(::symlink("../elsewhere", link.c_str()), 0);
+    ASSERT_EQ(::lchown(link.c_str(), nobody, nobody), 0);
     ASSERT_EQ(::chown(home.c_str(), nobody, nobody), 0);
-    unInstall(home + "/Plug-Ins");
+    unInstall(link);
     EXPECT_EQ(contents("elsewhere/F.plugin"), "kept");
     EXPECT_THAT(fake.log.lines,
                 testing::ElementsAre("found F.plugin at " + home + "/Plug-Ins/F.plugin"));
