@@ -1,6 +1,6 @@
 #!/bin/sh
-{ sum=@SUM@
-# shellcheck disable=SC2034,SC2317  # the sum is read as a line; traps call the functions
+{ # sum=@SUM@
+# shellcheck disable=SC2317  # traps call the functions
 #
 # The installer of @TITLE@ in one file: these lines, then the compressed installer.
 # Start it as it is for a window, or in a terminal with the installer's arguments, such as -quiet.
@@ -23,9 +23,10 @@ tell() {
 for tool in @PROGRAM@ head mktemp rm sha256sum tail tar; do
     command -v "$tool" > /dev/null || { tell "$name needs the program \"$tool\"."; exit 1; }
 done
-# Everything but the line with the sum is checked, and before the shell reads any further.
+# Everything but the line with the sum is checked, and before the shell reads any further. That line
+# is a comment, so that the shell can read it whatever it holds.
 found=$({ head -n 1 "$self" && tail -n +3 "$self"; } | sha256sum)
-if [ "$(head -n 2 "$self" | tail -n 1)" != "{ sum=${found%% *}" ]; then
+if [ "$(head -n 2 "$self" | tail -n 1)" != "{ # sum=${found%% *}" ]; then
     tell "$name is damaged or incomplete; please download it again."
     exit 1
 fi
