@@ -24,6 +24,14 @@ def setUpModule():
     Scene.account = Account(LOGIN)
 
 
+def holds_open(process, path):
+    try:
+        return any(os.readlink(link) == path
+                   for link in pathlib.Path(f"/proc/{process}/fd").iterdir())
+    except FileNotFoundError:
+        return False  # it has closed something else meanwhile
+
+
 class Scene(SystemTest):
     account = None
 
@@ -146,8 +154,7 @@ class InstallerctlInstall(Scene):
         waiting = subprocess.Popen([program(self.product), "install", "--wait", "60"],
                                    env=self.environment, stdout=subprocess.DEVNULL,
                                    stderr=subprocess.DEVNULL)
-        lock = pathlib.Path("/proc") / str(waiting.pid) / "fd"
-        wait_until(lambda: any(os.readlink(link) == "/" for link in lock.iterdir()), "the second run")
+        wait_until(lambda: holds_open(waiting.pid, "/"), "the second run")
         os.close(root)
         self.assertEqual(waiting.wait(120), DONE)
 
