@@ -13,12 +13,12 @@
 namespace installer {
 
 Space NeededSpace::of(const std::vector<HostModel>& selected, const std::vector<HostModel>& all) {
-    planFor(all);
+    const InstallPlan& plan = planFor(all);
     Space space;
     std::set<std::string> folders;
-    for (const PlannedItem& item : plan_->items) {
+    for (const PlannedItem& item : plan.items) {
         const bool isWanted =
-            !item.host || std::ranges::find(selected, plan_->hosts[*item.host]) != selected.end();
+            !item.host || std::ranges::find(selected, plan.hosts[*item.host]) != selected.end();
         if (!isWanted) continue;
         space.needed += item.bytes;
         folders.insert(item.destinationFolder);
@@ -31,12 +31,12 @@ Space NeededSpace::of(const std::vector<HostModel>& selected, const std::vector<
     return space;
 }
 
-void NeededSpace::planFor(const std::vector<HostModel>& all) {
+const InstallPlan& NeededSpace::planFor(const std::vector<HostModel>& all) {
     PlannedFor wanted{.hosts = all, .folders = {}};
     for (const HostModel& host : all) wanted.folders.push_back(host.plugInPath());
-    if (plan_ && wanted == plannedFor_) return;
+    if (plan_ && wanted == plannedFor_) return *plan_;
     plannedFor_ = std::move(wanted);
-    plan_ = makeInstallPlan(platform_, all);
+    return plan_.emplace(makeInstallPlan(platform_, all));
 }
 
 std::string spaceText(const Bundle& bundle, const Space& space) {

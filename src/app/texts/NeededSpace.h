@@ -38,7 +38,7 @@ class NeededSpace {
 
         friend bool operator==(const PlannedFor&, const PlannedFor&) = default;
     };
-    void planFor(const std::vector<HostModel>& all);
+    const InstallPlan& planFor(const std::vector<HostModel>& all);
 
     Platform& platform_;
     PlannedFor plannedFor_;

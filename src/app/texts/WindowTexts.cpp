@@ -1,5 +1,7 @@
 #include "app/texts/WindowTexts.h"
 
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "foundation/text/Format.h"
@@ -76,11 +78,12 @@ PlainOrStyledText informativeTextOf(const StepModel* model) {
 }
 
 StyledText licenseTextOf(const LicenseModel* model, const Bundle& bundle) {
-    if (model == nullptr || !model->licenseText()) return nilText();
-    const std::string& terms = *model->licenseText();
-    const std::string_view shown = shownPart(terms);
+    if (model == nullptr) return nilText();
+    const std::optional<std::string>& terms = model->licenseText();
+    if (!terms) return nilText();
+    const std::string_view shown = shownPart(*terms);
     StyledText text = StyledText::fromPlainText(shown);
-    text.isCut = shown.size() < terms.size();
+    text.isCut = shown.size() < terms->size();
     addCutNote(text, bundle, bundle.resourcePath("license", "txt").value_or("license.txt"));
     return text;
 }

@@ -27,7 +27,8 @@ Result<struct stat> FilledFolder::statusOf(const std::string& path) {
     if (!name.empty() && name == std::exchange(newest_, {})) return newestStatus_;
     newest_.clear();
     if (!name.empty() && isAtItsPath_) {
-        if (fstatat(folder_->get(), name.data(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        const char* entry = path.c_str() + (path.size() - name.size());
+        if (fstatat(folder_->get(), entry, &status, AT_SYMLINK_NOFOLLOW) != 0) {
             return systemError();
         }
         return status;
@@ -37,7 +38,8 @@ Result<struct stat> FilledFolder::statusOf(const std::string& path) {
     if (folder_ && path == path_) {
         isAtItsPath_ = isSeen && status.st_dev == status_.st_dev && status.st_ino == status_.st_ino;
         // A link there may still lead to it.
-        if (!isAtItsPath_ && !(isSeen && S_ISLNK(status.st_mode))) forget();
+        const bool isLink = isSeen && S_ISLNK(status.st_mode);
+        if (!isAtItsPath_ && !isLink) forget();
     }
     if (!isSeen) return error;
     return status;
@@ -60,8 +62,8 @@ void FilledFolder::forget() {
     folder_.reset();
 }
 
-/// The name of the entry in the open folder that the path stands for; empty if it is another path.
-/// It ends where the path ends.
+/// The name of the entry in the open folder that the path stands for: the path's end. Empty if it
+/// is another path.
 std::string_view FilledFolder::nameOfEntryAt(std::string_view path) const {
     const auto slash = path.rfind('/');
     if (!folder_ || slash != path_.size() || !path.starts_with(path_)) return {};

@@ -40,7 +40,7 @@ std::string LinkedFolders::ledTo(const std::string& folder) const {
             return place.empty() ? folder : place + rest;
         }
         if (opened.error() != std::errc::no_such_file_or_directory) break;
-        rest = "/" + lastPathComponent(existing) + rest;
+        rest.insert(0, "/" + lastPathComponent(existing));
         existing = parentPath(existing);
     }
     return folder;
@@ -74,7 +74,7 @@ std::string LinkedFolders::followed(const std::string& path) const {
     while (!isRoot(folder)) {
         const auto found = folders_.find(folder);
         if (found != folders_.end()) return found->second + rest;
-        rest = "/" + lastPathComponent(folder) + rest;
+        rest.insert(0, "/" + lastPathComponent(folder));
         folder = parentPath(folder);
     }
     return path;

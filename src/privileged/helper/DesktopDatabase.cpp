@@ -68,7 +68,7 @@ std::error_code startAwaitedDesktopDatabaseRefresh() {
     try {
         std::thread([process = tool.value()] { static_cast<void>(waitForEnd(process)); }).detach();
     } catch (const std::system_error&) {
-        // It stays in the list until this process ends, and nothing else depends on it.
+        static_cast<void>(waitForEnd(tool.value()));
     }
     return {};
 }

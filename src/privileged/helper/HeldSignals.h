@@ -9,13 +9,13 @@ namespace installer {
 class HeldSignals {
   public:
     HeldSignals() {
-        if (depth_++ > 0) return;
+        if (depth++ > 0) return;
         sigset_t all;
         sigfillset(&all);
         ::sigprocmask(SIG_SETMASK, &all, &before_);
     }
     ~HeldSignals() {
-        if (--depth_ == 0) ::sigprocmask(SIG_SETMASK, &before_, nullptr);
+        if (--depth == 0) ::sigprocmask(SIG_SETMASK, &before_, nullptr);
     }
     HeldSignals(const HeldSignals&) = delete;
     HeldSignals& operator=(const HeldSignals&) = delete;
@@ -27,7 +27,7 @@ class HeldSignals {
     }
 
   private:
-    static thread_local inline int depth_ = 0;
+    static thread_local inline int depth = 0;
     sigset_t before_{};
 };
 

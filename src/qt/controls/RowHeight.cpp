@@ -1,8 +1,8 @@
 #include "qt/controls/RowHeight.h"
 
 #include <QListView>
-#include <QMetaObject>
 #include <QResizeEvent>
+#include <QTimer>
 #include <algorithm>
 
 namespace installer {
@@ -23,7 +23,7 @@ bool RowsFollowHeight::eventFilter(QObject* /*watched*/, QEvent* event) {
     const auto& resize = static_cast<const QResizeEvent&>(*event);
     if (resize.size().height() != resize.oldSize().height()) {
         // The list has not taken over its new size yet.
-        QMetaObject::invokeMethod(&list_, [this] { list_.doItemsLayout(); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, [this] { list_.doItemsLayout(); });
     }
     return false;
 }

@@ -100,7 +100,9 @@ class ListOfTickableRows final : public QAccessibleWidget {
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
         if (index < 0 || index >= childCount()) return nullptr;
         if (!rows_.contains(index)) {
-            rows_[index] = QAccessible::registerAccessibleInterface(new TickableRow(list_, index));
+            const QAccessible::Id id =
+                QAccessible::registerAccessibleInterface(new TickableRow(list_, index));
+            rows_.insert(index, id);
         }
         return QAccessible::accessibleInterface(rows_.value(index));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cerrno>
 #include <functional>
 #include <utility>
 
@@ -18,7 +19,11 @@ class SignalsThatInterrupt {
         count_ = 0;
         onSignal_ = std::move(onSignal);
         struct sigaction action = {};
-        action.sa_handler = [](int) { onSignal_(++count_); };
+        action.sa_handler = [](int) {
+            const int error = errno;
+            onSignal_(++count_);
+            errno = error;
+        };
         ::sigaction(SIGALRM, &action, &before_);
         set({0, 1000});
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -45,6 +46,8 @@ std::string readAnswer(int pipe) {
 std::string runChild(const std::function<std::string()>& work, bool ordinary) {
     std::array<int, 2> pipes = {};
     if (pipe(pipes.data()) != 0) return "<no pipe>";
+    // What is buffered would be written by both.
+    std::fflush(nullptr);
     const pid_t child = fork();
     if (child == 0) {
         close(pipes[0]);
