@@ -92,7 +92,8 @@ class ListOfTickableRows final : public QAccessibleWidget {
     ListOfTickableRows& operator=(const ListOfTickableRows&) = delete;
 
     ~ListOfTickableRows() override {
-        for (const QAccessible::Id id : rows_) QAccessible::deleteAccessibleInterface(id);
+        // By their numbers: at the program's end the toolkit may have deleted them already.
+        for (const Row& row : rows_) QAccessible::deleteAccessibleInterface(row.number);
     }
 
     [[nodiscard]] int childCount() const override { return list_.count(); }
@@ -100,11 +101,11 @@ class ListOfTickableRows final : public QAccessibleWidget {
     [[nodiscard]] QAccessibleInterface* child(int index) const override {
         if (index < 0 || index >= childCount()) return nullptr;
         if (!rows_.contains(index)) {
-            const QAccessible::Id id =
-                QAccessible::registerAccessibleInterface(new TickableRow(list_, index));
-            rows_.insert(index, id);
+            Row& row = rows_[index];
+            row.made = new TickableRow(list_, index);
+            row.number = QAccessible::registerAccessibleInterface(row.made);
         }
-        return QAccessible::accessibleInterface(rows_.value(index));
+        return QAccessible::accessibleInterface(rows_.value(index).number);
     }
 
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
@@ -125,8 +126,14 @@ class ListOfTickableRows final : public QAccessibleWidget {
     }
 
   private:
+    /// The toolkit owns it once it has a number.
+    struct Row {
+        QAccessibleInterface* made = nullptr;
+        QAccessible::Id number = 0;
+    };
+
     QListWidget& list_;
-    mutable QHash<int, QAccessible::Id> rows_;  // made when they are first asked for
+    mutable QHash<int, Row> rows_;  // made when they are first asked for
 };
 
 /// The toolkit tells of the list, and of a row only when the user goes to another one.
