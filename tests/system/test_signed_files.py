@@ -55,7 +55,7 @@ def repacked(file, scratch, change):
     first, _, *rest = lines
     contents = b"\n".join(rest) + b"\n" + packed.read_bytes()
     found = hashlib.sha256(first + b"\n" + contents).hexdigest().encode()
-    return write(scratch / file.name, first + b"\n{ sum=" + found + b"\n" + contents, 0o755)
+    return write(scratch / file.name, first + b"\n{ # sum=" + found + b"\n" + contents, 0o755)
 
 
 class SignedFiles(SystemTest):

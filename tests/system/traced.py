@@ -37,7 +37,8 @@ ROOT = Account("root", 0, {})
 
 def make_ordinary_user():
     """An administrator on the throw-away machine whom sudo asks nothing; vanishes with it."""
-    subprocess.run(["useradd", "--create-home", LOGIN], check=True, capture_output=True)
+    subprocess.run(["useradd", "--create-home", "--groups", str(administrators_group()), LOGIN],
+                   check=True, capture_output=True)
     write(f"/etc/sudoers.d/{LOGIN}", f"{LOGIN} ALL=(root) NOPASSWD: ALL\n", 0o440)
     status = os.lstat(f"/home/{LOGIN}")
     return Account(LOGIN, status.st_uid,
@@ -60,10 +61,15 @@ class Installation:
     """A run that goes on until nobody holds its standard error any more: its helper may outlive it."""
 
     def __init__(self, product, account, environment, tracer=()):
+        options = account.options
+        if tracer and options:
+            # The installer closes itself to other processes of its user while it has a helper: only
+            # root's tracer can then say which file a descriptor belongs to.
+            tracer, options = [*tracer, "-u", account.name], {}
         self.process = subprocess.Popen(
             [*tracer, str(product.executable), "-quiet"], env=environment, cwd="/",
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
-            start_new_session=True, **account.options)
+            start_new_session=True, **options)
 
     def helper(self):
         """The helper's process id; none before it was started and after it ended."""
