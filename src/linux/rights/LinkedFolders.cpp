@@ -2,6 +2,7 @@
 
 #include <array>
 #include <climits>
+#include <unordered_set>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -48,8 +49,10 @@ std::string LinkedFolders::ledTo(const std::string& folder) const {
 
 WriteGrant LinkedFolders::follow(const WriteGrant& grant) {
     folders_.clear();
-    const auto learn = [this](const std::string& folder) {
-        if (folders_.contains(folder)) return;
+    std::unordered_set<std::string> seen;
+    // Thousands of items lie in a few hundred folders.
+    const auto learn = [this, &seen](const std::string& folder) {
+        if (!seen.insert(folder).second) return;
         if (std::string place = ledTo(folder); place != folder) folders_[folder] = std::move(place);
     };
     for (const std::string& folder : grant.folders()) learn(folder);
