@@ -10,7 +10,7 @@ PATHS_FILES = 8
 FOUND = "Found path file"
 
 
-class WindowOfASlowStart(WindowTest):
+class WindowSlowStart(WindowTest):
     def setUp(self):
         super().setUp()
         self.disk.add_photoshop("Adobe Photoshop CS6")
