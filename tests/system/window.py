@@ -201,7 +201,9 @@ class Window:
     def focused(self):
         """The control that keys go to."""
         def find():
-            focused = [control for control in self.controls() if control.focused]
+            # To ask each control once more takes as long as to find them all.
+            focused = [control for control in self.controls()
+                       if "focused" in control.states_when_shown]
             # The current row says so even while its list has not got the focus.
             if not any(control.role == "list" for control in focused):
                 focused = [control for control in focused if control.role != "list item"]
