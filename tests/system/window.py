@@ -216,10 +216,10 @@ class Window:
             return (named or focused or [None])[-1]
         return self.wait_until(find, "a control with the focus")
 
-    def tab(self, key="Tab"):
-        """Moves the focus on; gives the control that has it then."""
+    def tab(self, key="Tab", before=None):
+        """Moves the focus on, from where it is known to be; gives the control that has it then."""
         self.focus_front()
-        before = self.focused()
+        before = before or self.focused()
         self.keys(key)
 
         def find():
@@ -229,8 +229,9 @@ class Window:
 
     def tab_to(self, name):
         """Moves the focus on until the control of that name has it; gives the control."""
+        control = None
         for _ in range(MOST_CONTROLS):
-            if (control := self.tab()).name == name:
+            if (control := self.tab(before=control)).name == name:
                 return control
         raise AssertionError(f'the focus never comes to "{name}"\n{self.description()}')
 
@@ -254,7 +255,7 @@ class Window:
         order = [self.focused()]
         if len(stops) == 1:
             return order
-        while not (control := self.tab(key)).is_same_as(order[0]):
+        while not (control := self.tab(key, order[-1])).is_same_as(order[0]):
             order.append(control)
             assert len(order) < MOST_CONTROLS, f"never comes round: {[str(c) for c in order]}"
         return order
