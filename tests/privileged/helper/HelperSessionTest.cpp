@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include "tests/privileged/helper/PrivilegedHelperProgram.h"
@@ -63,6 +64,21 @@ TEST_F(HelperSessionTest, TellsOfTheBytesOfEachCopyAlone) {
         ASSERT_TRUE(message);
         EXPECT_EQ(bytes, std::string("contents").size()) << name;
     }
+}
+
+TEST_F(HelperSessionTest, ASignalThatArrivesDuringACopyTakesEffectAfterItsAnswer) {
+    addSource(2000);
+    HelperProcess helper;
+    ASSERT_TRUE(helper.saysHello());
+    ASSERT_TRUE(helper.sendBytes(copyRequest()));
+    std::optional<Message> message = helper.stream().receive();
+    ASSERT_TRUE(message && progressBytes(*message)) << "the copy has begun";
+    ASSERT_EQ(::kill(helper.process(), SIGTERM), 0);
+    while (message && progressBytes(*message)) message = helper.stream().receive();
+    ASSERT_TRUE(message) << "the helper has ended without its answer";
+    EXPECT_EQ(exitStatus(*message), 0U);
+    EXPECT_EQ(folder.names("copy").size(), 2000U);
+    EXPECT_EQ(helper.stream().receive(), std::nullopt) << "it has ended then";
 }
 
 TEST_F(HelperSessionTest, FailsIfNobodyIsThereForItsHello) {
