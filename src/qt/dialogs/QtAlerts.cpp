@@ -36,11 +36,17 @@ void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weigh
     }
 }
 
-/// The text with the message's number, if it is not the only one.
+/// The text with the message's number and the place of its item, as far as they are known.
 QString numbered(const std::string& text, const Alert& alert, const Bundle& bundle) {
+    if (alert.number == 0) return toQt(text);
+    const std::string number = std::to_string(alert.number);
+    const auto withItem = bundle.localizedString("alert_item_fmt", "Localizable");
+    if (alert.item > 0 && withItem) {
+        return toQt(formatted(
+            *withItem, {text, number, std::to_string(alert.item), std::to_string(alert.items)}));
+    }
     const auto format = bundle.localizedString("alert_number_fmt", "Localizable");
-    if (alert.number == 0 || !format) return toQt(text);
-    return toQt(formatted(*format, {text, std::to_string(alert.number)}));
+    return toQt(format ? formatted(*format, {text, number}) : text);
 }
 
 /// The installer as people know it; the bundle's own name may be another.

@@ -129,6 +129,12 @@ TEST(QtAlerts, AreTitledWithTheProductAndTheirNumber) {
     expect("Install Filters", "Problem");
     alert.number = 2;
     expect("Install Filters (2)", "Problem (2)");
+    alert.item = 5;
+    alert.items = 7;
+    // A product with the texts of an earlier installer has none for the item.
+    expect("Install Filters (2)", "Problem (2)");
+    bundle.tables["Localizable"]["alert_item_fmt"] = "%1$@ (%2$@, item %3$@ of %4$@)";
+    expect("Install Filters (2, item 5 of 7)", "Problem (2, item 5 of 7)");
 }
 
 TEST(QtAlerts, ShowsMarkupAsText) {
