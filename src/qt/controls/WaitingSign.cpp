@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qt/theme/ReadableColor.h"
+
 namespace installer {
 
 namespace {
@@ -73,7 +75,10 @@ void WaitingSign::draw() {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     if (waiting_) {
-        drawDots(painter, size.width(), label_.palette().color(QPalette::Highlight), turn_);
+        const QPalette palette = label_.palette();
+        const QColor color =
+            readableColor(palette.color(QPalette::Highlight), palette.color(QPalette::Window));
+        drawDots(painter, size.width(), color, turn_);
     } else {
         drawCheck(painter, size.width());
     }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
@@ -22,6 +23,14 @@ namespace installer {
 
 namespace {
 
+/// A line that a person likes to read; shorter lines are as long as they are.
+int lineWidth(const QLabel& label, const QString& text) {
+    constexpr int letters = 60;
+    const QFontMetrics metrics = label.fontMetrics();
+    const int whole = metrics.boundingRect(QRect(), Qt::AlignLeft, text).width();
+    return std::min(whole + 1, letters * metrics.averageCharWidth());
+}
+
 /// The label of the box that shows the text; it has its own idea of what markup is.
 void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weight) {
     for (QLabel* label : box.findChildren<QLabel*>()) {
@@ -33,6 +42,7 @@ void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weigh
         QFont font = label->font();
         font.setWeight(weight);
         label->setFont(font);
+        label->setMinimumWidth(lineWidth(*label, text));
     }
 }
 

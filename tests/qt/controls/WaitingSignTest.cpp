@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "qt/controls/WaitingSign.h"
+#include "qt/theme/ColorScheme.h"
+#include "qt/theme/ReadableColor.h"
 
 namespace {
 
@@ -28,6 +30,16 @@ TEST_F(WaitingSignTest, MovesWhileItWaitsAndCanBeSeen) {
     sign->setWaiting(true);
     const qint64 first = shown();
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown() != first; }));
+}
+
+TEST_F(WaitingSignTest, CanBeSeenInADarkWindowToo) {
+    for (const QPalette& palette : {darkPalette(), QPalette(Qt::lightGray)}) {
+        label.setPalette(palette);
+        sign->setWaiting(true);
+        const QColor dot = label.pixmap(Qt::ReturnByValue).toImage().pixelColor(24, 24);
+        const QColor ground = palette.color(QPalette::Window);
+        EXPECT_GE(contrast(QColor(dot.red(), dot.green(), dot.blue()), ground), 4.5);
+    }
 }
 
 TEST_F(WaitingSignTest, EndsWithACheckMark) {

@@ -172,6 +172,20 @@ TEST(QtAlerts, WrapsPathsThatAreTooLongForALine) {
     }));
 }
 
+TEST(QtAlerts, AMessageHasRoomForItsLinesWhereTheTitleIsShort) {
+    Alert alert = question;
+    alert.message = "Could not install /Applications/Adobe Photoshop CS6/Presets/Actions/a.atn";
+    static_cast<void>(answerAfter(alert, [&](QMessageBox& box) {
+        for (auto* label : box.findChildren<QLabel*>()) {
+            if (label->accessibleName() != QString::fromStdString(alert.message)) continue;
+            const QFontMetrics letters = label->fontMetrics();
+            EXPECT_GE(label->width(), 40 * letters.averageCharWidth());
+            EXPECT_LE(label->height(), 2 * letters.lineSpacing() + 8);
+        }
+        box.close();
+    }));
+}
+
 TEST(QtAlerts, BelongsToTheWindowThatIsThere) {
     QMainWindow window;
     window.show();
