@@ -163,6 +163,7 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] std::string spaceNote();
     [[nodiscard]] std::string outcomeText() const;
     [[nodiscard]] std::string pageName() const;
+    [[nodiscard]] std::string pageTitle() const;
     [[nodiscard]] std::vector<ListRow> installedPlaces() const;
     /// What the last page says after a success that put the plug-in into no host; else empty.
     [[nodiscard]] std::string noPhotoshopText() const;

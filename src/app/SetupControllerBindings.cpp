@@ -230,12 +230,19 @@ std::string SetupController::waitingText() const {
 
 std::string SetupController::pageName() const {
     const Bundle& bundle = platform_.bundle;
-    const std::int32_t step = stateController_->currentState();
-    const bool isFolderPage = step == step_number::hostSelection && isCustomInstallChosen();
     return formatted(localizedText(bundle, "page_name_fmt", "%3$@"),
-                     {std::to_string(step + 1), std::to_string(step_number::finished),
-                      isFolderPage ? localizedText(bundle, "browse_path_title") : mainLabelText(),
-                      windowTitle(bundle)});
+                     {std::to_string(stateController_->currentState() + 1),
+                      std::to_string(step_number::finished), pageTitle(), windowTitle(bundle)});
+}
+
+std::string SetupController::pageTitle() const {
+    const std::int32_t step = stateController_->currentState();
+    if (step == step_number::hostSelection && isCustomInstallChosen()) {
+        return localizedText(platform_.bundle, "browse_path_title");
+    }
+    // Who only hears the window shall not have to look for how it went.
+    const std::string outcome = step == step_number::completion ? outcomeText() : "";
+    return outcome.empty() ? mainLabelText() : outcome;
 }
 
 std::vector<ListRow> SetupController::installedPlaces() const {

@@ -16,6 +16,8 @@ struct Alert {
     std::string message;
     std::vector<std::string> buttons;  ///< titles; the first one is the default
     std::size_t number = 0;            ///< among equal messages that follow one another; 0 for none
+    std::size_t item = 0;   ///< the number of the item that it is about, from 1; 0 if not known
+    std::size_t items = 0;  ///< and of how many
 };
 
 /// Shows alerts, one at a time.

@@ -74,6 +74,22 @@ TEST_F(SetupControllerTextsTest, ThePageIsCalledAfterItsStepItsHeadingAndTheProd
     EXPECT_EQ(textOf("pageName"), "Step 2 of 5: Folder - Install Filters");
 }
 
+TEST_F(SetupControllerTextsTest, TheLastPageIsCalledAfterTheOutcome) {
+    auto& texts = fake.bundle.tables["Localizable"];
+    texts["page_name_fmt"] = "Step %1$@ of %2$@: %3$@ - %4$@";
+    texts["main_wnd_title_fmt"] = "Install %@";
+    texts["outcome_success_fmt"] = "%@ are there";
+    fake.bundle.tables["installer"]["product_name"] = "Filters";
+    start();
+    const auto last = step_number::completion;
+    wizard->addStep(nullptr, std::make_shared<ScriptedStep>(1, events),
+                    std::make_shared<ScriptedModel>(), last);
+    goTo(step_number::hostSelection + 1);  // The steps between go on by themselves.
+    EXPECT_EQ(textOf("pageName"), "Step 5 of 5: Filters are there - Install Filters");
+    texts.erase("outcome_success_fmt");
+    EXPECT_EQ(textOf("pageName"), "Step 5 of 5: Heading - Install Filters");
+}
+
 TEST_F(SetupControllerTextsTest, AStepWithoutAModelHasQuestionMarksForAHeading) {
     start();
     wizard->previousView(nullptr);

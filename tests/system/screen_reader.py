@@ -11,6 +11,7 @@ import os
 from orca import settings, speech
 
 settings.enableKeyEcho = settings.enableEchoByWord = False
+settings.progressBarUpdateInterval = 0
 _log = open(os.environ["SPEECH_LOG"], "a", buffering=1, encoding="utf-8")
 
 

@@ -89,7 +89,7 @@ class WindowFaultsOfOtherResources(DamagedBundle):
     def test_without_pages_the_window_walks_and_shows_nil_where_they_were(self):
         self.remove("*.rtf")
         window = self.install(self.reach_hosts(self.start()))
-        window.find("label", self.text("message_name"))
+        window.find("label", "nil")
         self.finish_walk(window)
         self.assertInstalled(self.installed[0])
 

@@ -131,5 +131,71 @@ class WindowKeyboard(WindowTest):
         self.assertIn("showing", window.focused().states)
 
 
+class WindowKeyboardGerman(WindowTest):
+    """From the first page to the last with a key and Alt, and without Tab."""
+
+    language = "de"
+    mnemonics = {"continue": "w", "go_back": "z", "custom_install_button": "a", "finish": "f"}
+
+    def press_mnemonic(self, window, key):
+        """Holds Alt as a person does: the marks appear while it is held."""
+        window.wait_until_enabled("push button", self.text(key))
+        window.keys(f"alt+{self.mnemonics[key]}")
+
+    def assertFocusIsShown(self, window):
+        window.focus_front()
+        self.assertLessEqual({"showing", "enabled"}, window.focused().states)
+
+    def test_the_whole_way_goes_with_mnemonics_escape_and_return(self):
+        installed = self.photoshop("Adobe Photoshop CS6")
+        program = self.run_program("Photoshop")
+        window = self.start()
+        window.wait_for_label(self.text("license_instructions"))
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "continue")
+        window.wait_for_label(self.text("agree_message"))
+        self.assertFocusIsShown(window)
+        window.keys("Escape")
+        window.wait_until_gone("label", self.text("agree_message"))
+        window.find("label", self.text("license_instructions"))
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "continue")
+        window.wait_for_label(self.text("agree_message"))
+        window.keys("Return")
+
+        window.wait_for_label(self.text("select_host"))
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "custom_install_button")
+        self.custom_folder(window)
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "go_back")
+        window.wait_until(lambda: window.controls("list item"), "the list of hosts")
+        self.assertFocusIsShown(window)
+        window.keys("F10")
+        window.find("menu item", self.text("about_menu_fmt"))
+        display.press_keys("Escape")
+        window.wait_until_gone("menu item", self.text("about_menu_fmt"))
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "continue")
+
+        window.wait_for_label(self.text("host_running_title"))
+        self.assertFocusIsShown(window)
+        self.end_program(program)
+        window.wait_for_label(self.text("thank_you"))
+        self.press_mnemonic(window, "continue")
+        window.wait_for_label(self.text("register_title"))
+        self.assertFocusIsShown(window)
+        self.press_mnemonic(window, "finish")
+        self.assertEqual(window.wait_for_end(), 0)
+        for path in installed:
+            self.assertInstalled(path)
+
+
+class WindowKeyboardJapanese(WindowKeyboardGerman):
+    # No keyboard has keys for these letters: a Latin one in brackets stands for each button.
+    language = "ja"
+    mnemonics = {"continue": "b", "go_back": "a", "custom_install_button": "c", "finish": "a"}
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)

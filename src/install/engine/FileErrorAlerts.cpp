@@ -1,6 +1,7 @@
 #include "install/engine/FileErrorAlerts.h"
 
 #include "foundation/text/Format.h"
+#include "install/run/InstallProgress.h"
 #include "install/run/InstallRun.h"
 #include "ports/Alerts.h"
 #include "ports/Platform.h"
@@ -21,6 +22,16 @@ Alert installErrorAlert(const Bundle& bundle, const std::string& error, const st
     return alert;
 }
 
+/// How many more alerts will follow nobody knows: whether an item fails is seen when it is its
+/// turn. The item's place among all items says how many can follow.
+void numberAlert(Alert& alert, const InstallRun& run) {
+    alert.number = run.failedPaths.size();
+    if (run.progress == nullptr) return;
+    const ProgressReport report = run.progress->report();
+    alert.item = report.item;
+    alert.items = report.items;
+}
+
 }  // namespace
 
 void FileErrorAlerts::showFileErrorUI(const std::string& path) {
@@ -28,7 +39,7 @@ void FileErrorAlerts::showFileErrorUI(const std::string& path) {
     platform_.log.log(formatted("Could not install file: %@", {path}));
     // There is one button, so there is nothing to learn from the answer.
     Alert alert = installErrorAlert(platform_.bundle, "", path);
-    alert.number = run_.failedPaths.size();
+    numberAlert(alert, run_);
     static_cast<void>(platform_.alerts.runModal(alert));
 }
 

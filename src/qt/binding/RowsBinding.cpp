@@ -61,7 +61,7 @@ ShowValue rowsBinding(QObject& control, const BindingContext& context) {
     list->setItemDelegate(new ListRowDelegate(list));
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     new RowsFollowHeight(*list);
-    if (isCheckable) TickableRows::followFocus(*list);
+    TickableRows::followFocus(*list);
     const auto show = [list, isCheckable](const PropertyValue& value) {
         const auto* rows = std::get_if<std::vector<ListRow>>(&value);
         showRows(*list, rows ? *rows : std::vector<ListRow>{}, isCheckable);

@@ -15,7 +15,7 @@ namespace installer {
 namespace {
 
 constexpr int space = 8;       // above and below a row's contents
-constexpr int leastSpace = 4;  // where another row fits in then
+constexpr int leastSpace = 2;  // where another row fits in then
 constexpr int gap = 4;         // before and after its texts
 
 QFont detailFont(const QFont& font) {

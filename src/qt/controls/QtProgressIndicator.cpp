@@ -1,5 +1,6 @@
 #include "qt/controls/QtProgressIndicator.h"
 
+#include <QLocale>
 #include <algorithm>
 #include <cmath>
 
@@ -16,6 +17,8 @@ constexpr qint64 millisecondsPerFrame = 16;
 
 QtProgressIndicator::QtProgressIndicator(QProgressBar* bar) : bar_(bar) {
     bar_->setRange(0, wholeBar);
+    // The same digits as in the texts beside it.
+    bar_->setLocale(QLocale::c());
 }
 
 void QtProgressIndicator::setFraction(double fraction) {

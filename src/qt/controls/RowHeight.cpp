@@ -9,7 +9,7 @@ namespace installer {
 
 int rowHeightThatFits(int area, int rows, int least, int natural) {
     if (area <= 0 || rows * natural <= area) return natural;
-    int shown = std::clamp((area + natural / 2) / natural, 1, rows);
+    int shown = std::clamp((area + natural - 1) / natural, 1, rows);
     if (shown > 1 && area / shown < least) --shown;
     return std::max(least, area / shown);
 }

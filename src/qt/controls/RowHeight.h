@@ -7,7 +7,8 @@ class QListView;
 namespace installer {
 
 /// The height of the rows of a list whose area has that height: `natural` while all of them fit,
-/// else a height near to it with which the last visible row is not cut. Never below `least`.
+/// else a lower one with which one row more is seen, and the last one not cut. Where that would be
+/// below `least`, fewer and higher rows fill the list.
 [[nodiscard]] int rowHeightThatFits(int area, int rows, int least, int natural);
 
 /// Asks the list's delegate for the rows' heights again whenever the list's height changes.

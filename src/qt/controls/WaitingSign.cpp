@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qt/theme/ReadableColor.h"
+
 namespace installer {
 
 namespace {
@@ -13,13 +15,15 @@ namespace {
 constexpr int millisecondsPerTurn = 80;
 constexpr int turnsPerRound = 24;
 constexpr int dots = 3;
+// A weak dot can still be seen.
+constexpr double strongestContrast = 8;
 const QColor done(0x1f, 0x8f, 0x4e);
 
-/// How strong a dot is, from 0.4 to 1: a slow wave runs through the three.
+/// How strong a dot is, from 0.6 to 1: a slow wave runs through the three.
 double strength(int dot, int turn) {
     constexpr double pi = 3.14159265358979;
     const double phase = 2 * pi * (turn / double(turnsPerRound) - dot / double(2 * dots));
-    return 0.4 + 0.6 * std::pow(std::max(0.0, std::sin(phase)), 2);
+    return 0.6 + 0.4 * std::pow(std::max(0.0, std::sin(phase)), 2);
 }
 
 void drawDots(QPainter& painter, double side, QColor color, int turn) {
@@ -73,7 +77,10 @@ void WaitingSign::draw() {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     if (waiting_) {
-        drawDots(painter, size.width(), label_.palette().color(QPalette::Highlight), turn_);
+        const QPalette palette = label_.palette();
+        const QColor color =
+            readableColor(palette.color(QPalette::Highlight), palette.color(QPalette::Window));
+        drawDots(painter, size.width(), color, turn_);
     } else {
         drawCheck(painter, size.width());
     }

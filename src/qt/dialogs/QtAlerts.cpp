@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QLabel>
 #include <QMessageBox>
@@ -22,6 +23,14 @@ namespace installer {
 
 namespace {
 
+/// A line that a person likes to read; shorter lines are as long as they are.
+int lineWidth(const QLabel& label, const QString& text) {
+    constexpr int letters = 60;
+    const QFontMetrics metrics = label.fontMetrics();
+    const int whole = metrics.boundingRect(QRect(), Qt::AlignLeft, text).width();
+    return std::min(whole + 1, letters * metrics.averageCharWidth());
+}
+
 /// The label of the box that shows the text; it has its own idea of what markup is.
 void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weight) {
     for (QLabel* label : box.findChildren<QLabel*>()) {
@@ -33,14 +42,21 @@ void showAsItIs(const QMessageBox& box, const QString& text, QFont::Weight weigh
         QFont font = label->font();
         font.setWeight(weight);
         label->setFont(font);
+        label->setMinimumWidth(lineWidth(*label, text));
     }
 }
 
-/// The text with the message's number, if it is not the only one.
+/// The text with the message's number and the place of its item, as far as they are known.
 QString numbered(const std::string& text, const Alert& alert, const Bundle& bundle) {
+    if (alert.number == 0) return toQt(text);
+    const std::string number = std::to_string(alert.number);
+    const auto withItem = bundle.localizedString("alert_item_fmt", "Localizable");
+    if (alert.item > 0 && withItem) {
+        return toQt(formatted(
+            *withItem, {text, number, std::to_string(alert.item), std::to_string(alert.items)}));
+    }
     const auto format = bundle.localizedString("alert_number_fmt", "Localizable");
-    if (alert.number == 0 || !format) return toQt(text);
-    return toQt(formatted(*format, {text, std::to_string(alert.number)}));
+    return toQt(format ? formatted(*format, {text, number}) : text);
 }
 
 /// The installer as people know it; the bundle's own name may be another.

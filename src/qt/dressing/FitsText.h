@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
 
 class QTextBrowser;
 
 namespace installer {
 
-/// Makes a text browser no higher than its text, so that what follows stands right below it.
+/// Makes a text browser no higher than its text, so that what follows stands right below it. A text
+/// that is not long is the browser's name for screen readers too: they say the name alone.
 class FitsText final : public QObject {
   public:
     /// Ends with the browser.
@@ -17,8 +19,10 @@ class FitsText final : public QObject {
 
   private:
     void apply();
+    void nameByText();
 
     QTextBrowser& browser_;
+    QString givenName_;
 };
 
 }  // namespace installer

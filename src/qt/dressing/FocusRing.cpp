@@ -1,5 +1,6 @@
 #include "qt/dressing/FocusRing.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QPainter>
@@ -23,29 +24,34 @@ FocusRing::FocusRing(QMainWindow& window) : QWidget(&window), window_(window) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     hide();
-    for (auto* control : window.findChildren<QWidget*>()) {
-        if (control->focusPolicy() != Qt::NoFocus) control->installEventFilter(this);
-    }
+    // Pages may come later.
+    qApp->installEventFilter(this);
 }
 
 bool FocusRing::eventFilter(QObject* watched, QEvent* event) {
-    auto* control = static_cast<QWidget*>(watched);
     switch (event->type()) {
         case QEvent::FocusIn:
-            surround(cameByKeys(static_cast<QFocusEvent&>(*event).reason()) ? control : nullptr);
+            if (watched->isWidgetType()) {
+                focusCame(*static_cast<QWidget*>(watched),
+                          static_cast<QFocusEvent&>(*event).reason());
+            }
             break;
         case QEvent::FocusOut:
         case QEvent::Hide:
-            if (control == control_) surround(nullptr);
+            if (watched == control_) surround(nullptr);
             break;
         case QEvent::Move:
         case QEvent::Resize:
-            if (control == control_) place();
+            if (watched == control_) place();
             break;
         default:
             break;
     }
     return false;
+}
+
+void FocusRing::focusCame(QWidget& control, Qt::FocusReason reason) {
+    if (control.window() == &window_) surround(cameByKeys(reason) ? &control : nullptr);
 }
 
 void FocusRing::surround(QWidget* control) {

@@ -18,6 +18,7 @@ class FocusRing final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    void focusCame(QWidget& control, Qt::FocusReason reason);
     void surround(QWidget* control);
     void place();
 

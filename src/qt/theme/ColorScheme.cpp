@@ -20,6 +20,17 @@ constexpr QLatin1String changeSignal("SettingChanged");
 constexpr int patienceInMilliseconds = 200;
 constexpr unsigned prefersDark = 1;
 
+}  // namespace
+
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() <
+           palette.color(QPalette::WindowText).lightness();
+}
+
+bool needsDarkPalette(std::optional<unsigned> preference, const QPalette& desktopPalette) {
+    return preference == prefersDark && !isDark(desktopPalette);
+}
+
 QPalette darkPalette() {
     const QColor ground(0x2b, 0x2b, 0x2e);
     const QColor text(0xee, 0xee, 0xf0);
@@ -43,17 +54,6 @@ QPalette darkPalette() {
     palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(0x4a, 0x4a, 0x4f));
     palette.setColor(QPalette::Disabled, QPalette::HighlightedText, quiet);
     return palette;
-}
-
-}  // namespace
-
-bool isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightness() <
-           palette.color(QPalette::WindowText).lightness();
-}
-
-bool needsDarkPalette(std::optional<unsigned> preference, const QPalette& desktopPalette) {
-    return preference == prefersDark && !isDark(desktopPalette);
 }
 
 QDBusConnection ColorScheme::sessionBus() {

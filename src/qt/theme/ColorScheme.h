@@ -17,6 +17,9 @@ namespace installer {
 [[nodiscard]] bool needsDarkPalette(std::optional<unsigned> preference,
                                     const QPalette& desktopPalette);
 
+/// The palette that the application brings then.
+[[nodiscard]] QPalette darkPalette();
+
 /// Follows the desktop's preference for dark or light windows, at the start and whenever it
 /// changes. Without a preference the palette stays as it is. Needs the application object.
 class ColorScheme {

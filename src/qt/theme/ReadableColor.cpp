@@ -27,8 +27,14 @@ QColor mixed(const QColor& one, const QColor& other, double share) {
             channel(one.blue(), other.blue())};
 }
 
-/// The colour, brought nearer to black or white until it has the contrast.
-QColor withContrast(double least, const QColor& wanted, const QColor& ground) {
+}  // namespace
+
+double contrast(const QColor& one, const QColor& other) {
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor colorWithContrast(double least, const QColor& wanted, const QColor& ground) {
     const QColor away = contrast(Qt::black, ground) > contrast(Qt::white, ground)  //
                             ? QColor(Qt::black)
                             : QColor(Qt::white);
@@ -40,25 +46,18 @@ QColor withContrast(double least, const QColor& wanted, const QColor& ground) {
     return away;
 }
 
-}  // namespace
-
-double contrast(const QColor& one, const QColor& other) {
-    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
-
 QColor readableColor(const QColor& wanted, const QColor& ground) {
-    return withContrast(leastContrast, wanted, ground);
+    return colorWithContrast(leastContrast, wanted, ground);
 }
 
 QColor counterpart(const QColor& onPaper, const QColor& ground) {
     const double least =
         contrast(onPaper, Qt::white) >= strongContrast ? strongContrast : leastContrast;
     const bool isPaper = contrast(Qt::black, ground) > contrast(Qt::white, ground);
-    if (isPaper) return withContrast(least, onPaper, ground);
+    if (isPaper) return colorWithContrast(least, onPaper, ground);
     const QColor turned = QColor::fromHslF(std::max(onPaper.hslHueF(), 0.0F),
                                            onPaper.hslSaturationF(), 1 - onPaper.lightnessF());
-    return withContrast(least, turned, ground);
+    return colorWithContrast(least, turned, ground);
 }
 
 QColor quietColor(const QColor& text, const QColor& ground) {

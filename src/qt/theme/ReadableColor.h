@@ -8,6 +8,10 @@ namespace installer {
 /// guidelines of the web define it.
 [[nodiscard]] double contrast(const QColor& one, const QColor& other);
 
+/// The colour itself if it has at least that contrast, else the nearest lighter or darker one that
+/// has; black or white where none has.
+[[nodiscard]] QColor colorWithContrast(double least, const QColor& wanted, const QColor& ground);
+
 /// The colour itself if it can be read on the background, else the nearest lighter or darker one
 /// that can. So a text made for white paper can be read in a dark window.
 [[nodiscard]] QColor readableColor(const QColor& wanted, const QColor& ground);

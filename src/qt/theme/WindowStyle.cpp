@@ -4,12 +4,16 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "qt/theme/ReadableColor.h"
+
 namespace installer {
 
 namespace {
 
 constexpr QLatin1String toolkitsOwn("fusion");
 constexpr int besideButtonText = 8;
+// The toolkit's gradients take a part of it away.
+constexpr double markedContrast = 6;
 
 void drawFrame(QPainter& painter, const QStyleOption& option) {
     QColor color = option.palette.color(QPalette::Text);
@@ -34,6 +38,29 @@ void WindowStyle::setApplicationStyle() {
 
 void WindowStyle::replaceToolkitsOwn() {
     if (QApplication::style()->name() == toolkitsOwn) setApplicationStyle();
+}
+
+void WindowStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(
+            group, QPalette::Highlight,
+            colorWithContrast(markedContrast, palette.color(group, QPalette::Highlight),
+                              palette.color(group, QPalette::HighlightedText)));
+    }
+}
+
+void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+    if (element != CE_ProgressBarLabel || bar == nullptr || bar->direction != Qt::RightToLeft) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    // The toolkit takes the bar's filled part for the left one, and writes white on white.
+    QStyleOptionProgressBar mirrored(*bar);
+    mirrored.progress = bar->maximum - (bar->progress - bar->minimum);
+    QProxyStyle::drawControl(element, &mirrored, painter, widget);
 }
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "install/engine/FileErrorAlerts.h"
+#include "install/run/InstallProgress.h"
 #include "tests/install/engine/EngineParts.h"
+#include "tests/support/FakeWindow.h"
 
 namespace installer::test {
 namespace {
@@ -29,6 +31,31 @@ TEST(FileErrorAlerts, EachFailureHasItsNumber) {
     ASSERT_EQ(engine.fake.alerts.shown.size(), 2U);
     EXPECT_EQ(engine.fake.alerts.shown[0].number, 1U);
     EXPECT_EQ(engine.fake.alerts.shown[1].number, 2U);
+}
+
+TEST(FileErrorAlerts, EachFailureNamesThePlaceOfItsItem) {
+    EngineParts engine;
+    FakeProgressIndicator indicator;
+    InstallProgress progress(indicator, engine.fake.clock);
+    engine.run.setProgress(&progress);
+    progress.begin(30, 3);
+    progress.beginItem(10);
+    engine.errors.showFileErrorUI("/a");
+    progress.beginItem(10);
+    progress.beginItem(10);
+    engine.errors.showFileErrorUI("/c");
+    ASSERT_EQ(engine.fake.alerts.shown.size(), 2U);
+    EXPECT_EQ(engine.fake.alerts.shown[0].item, 1U);
+    EXPECT_EQ(engine.fake.alerts.shown[0].items, 3U);
+    EXPECT_EQ(engine.fake.alerts.shown[1].item, 3U);
+    EXPECT_EQ(engine.fake.alerts.shown[1].number, 2U);
+}
+
+TEST(FileErrorAlerts, ARunWithoutProgressKnowsNoPlace) {
+    EngineParts engine;
+    engine.errors.showFileErrorUI("/a");
+    ASSERT_EQ(engine.fake.alerts.shown.size(), 1U);
+    EXPECT_EQ(engine.fake.alerts.shown.front().item, 0U);
 }
 
 // The person may leave the alert on the screen for hours, and the machine may be gone by then.

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QLocale>
 #include <QPaintEvent>
 #include <QTimer>
 #include <array>
@@ -45,6 +46,16 @@ TEST_F(QtProgressIndicatorTest, AFractionOutsideTheBarStaysWithinIt) {
     EXPECT_EQ(bar.value(), 0);
     indicator.setFraction(7);
     EXPECT_EQ(bar.value(), 10'000);
+}
+
+TEST(QtProgressIndicatorOfALanguage, ThePercentageHasTheDigitsOfTheTextsBesideIt) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    QProgressBar bar;
+    QtProgressIndicator indicator(&bar);
+    indicator.setFraction(0.25);
+    EXPECT_EQ(bar.text(), "25%");
+    QLocale::setDefault(before);
 }
 
 TEST_F(QtProgressIndicatorTest, PaintsWhatIsDueAndHandlesNothingElse) {

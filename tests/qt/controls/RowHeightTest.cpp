@@ -35,6 +35,13 @@ TEST(RowHeightThatFits, LeavesNoPartOfARowAtTheListsEnd) {
     }
 }
 
+TEST(RowHeightThatFits, ShowsAnotherRowRatherThanWideGaps) {
+    EXPECT_EQ(rowHeightThatFits(164, 9, 36, 48), 41);
+    for (int area = 3 * 36; area < 600; ++area) {
+        EXPECT_LE(rowHeightThatFits(area, 20, 36, 48), 48) << area;
+    }
+}
+
 TEST(RowHeightThatFits, IsNeverBelowTheLeastInAListThatIsTooLowForOneRow) {
     EXPECT_EQ(rowHeightThatFits(30, 3, 40, 48), 40);
 }

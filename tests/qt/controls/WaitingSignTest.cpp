@@ -1,10 +1,13 @@
 #include <QLabel>
+#include <QPainter>
 #include <QPixmap>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 #include "qt/controls/WaitingSign.h"
+#include "qt/theme/ColorScheme.h"
+#include "qt/theme/ReadableColor.h"
 
 namespace {
 
@@ -28,6 +31,18 @@ TEST_F(WaitingSignTest, MovesWhileItWaitsAndCanBeSeen) {
     sign->setWaiting(true);
     const qint64 first = shown();
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown() != first; }));
+}
+
+TEST_F(WaitingSignTest, CanBeSeenInADarkWindowToo) {
+    for (const QPalette& palette : {darkPalette(), QPalette(Qt::lightGray)}) {
+        label.setPalette(palette);
+        sign->setWaiting(true);
+        // At the beginning all dots are weak.
+        QImage seen(48, 48, QImage::Format_RGB32);
+        seen.fill(palette.color(QPalette::Window));
+        QPainter(&seen).drawPixmap(0, 0, label.pixmap(Qt::ReturnByValue));
+        EXPECT_GE(contrast(seen.pixelColor(24, 24), palette.color(QPalette::Window)), 2.5);
+    }
 }
 
 TEST_F(WaitingSignTest, EndsWithACheckMark) {

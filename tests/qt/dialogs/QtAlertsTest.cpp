@@ -129,6 +129,12 @@ TEST(QtAlerts, AreTitledWithTheProductAndTheirNumber) {
     expect("Install Filters", "Problem");
     alert.number = 2;
     expect("Install Filters (2)", "Problem (2)");
+    alert.item = 5;
+    alert.items = 7;
+    // A product with the texts of an earlier installer has none for the item.
+    expect("Install Filters (2)", "Problem (2)");
+    bundle.tables["Localizable"]["alert_item_fmt"] = "%1$@ (%2$@, item %3$@ of %4$@)";
+    expect("Install Filters (2, item 5 of 7)", "Problem (2, item 5 of 7)");
 }
 
 TEST(QtAlerts, ShowsMarkupAsText) {
@@ -162,6 +168,20 @@ TEST(QtAlerts, WrapsPathsThatAreTooLongForALine) {
             EXPECT_GE(label->height(), label->heightForWidth(label->width()));
         }
         EXPECT_THAT(spokenTexts(box), ElementsAre("Problem", alert.message));
+        box.close();
+    }));
+}
+
+TEST(QtAlerts, AMessageHasRoomForItsLinesWhereTheTitleIsShort) {
+    Alert alert = question;
+    alert.message = "Could not install /Applications/Adobe Photoshop CS6/Presets/Actions/a.atn";
+    static_cast<void>(answerAfter(alert, [&](QMessageBox& box) {
+        for (auto* label : box.findChildren<QLabel*>()) {
+            if (label->accessibleName() != QString::fromStdString(alert.message)) continue;
+            const QFontMetrics letters = label->fontMetrics();
+            EXPECT_GE(label->width(), 40 * letters.averageCharWidth());
+            EXPECT_LT(label->height(), 3 * letters.lineSpacing());
+        }
         box.close();
     }));
 }

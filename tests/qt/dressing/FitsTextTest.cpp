@@ -31,4 +31,15 @@ TEST(FitsText, ANarrowerBrowserMayBeHigher) {
     EXPECT_GT(browser.maximumHeight(), wide);
 }
 
+TEST(FitsText, AShortTextIsReadAloudInPlaceOfTheName) {
+    QTextBrowser browser;
+    browser.setAccessibleName("Message");
+    new FitsText(browser);
+    EXPECT_EQ(browser.accessibleName(), "Message");
+    browser.setPlainText("Two lines,\none sentence.");
+    EXPECT_EQ(browser.accessibleName(), "Two lines, one sentence.");
+    browser.setPlainText(QString("Word ").repeated(1000));
+    EXPECT_EQ(browser.accessibleName(), "Message");
+}
+
 }  // namespace

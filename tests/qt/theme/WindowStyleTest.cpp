@@ -1,4 +1,5 @@
 #include <QCheckBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QStyleOptionButton>
@@ -7,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "qt/theme/ColorScheme.h"
 #include "qt/theme/ReadableColor.h"
 #include "qt/theme/WindowStyle.h"
 
@@ -41,6 +43,37 @@ TEST(WindowStyle, AButtonHasRoomBesideItsText) {
     button.setStyle(&style);
     EXPECT_GE(button.sizeHint().width(), before.width() + 12);
     EXPECT_EQ(button.sizeHint().height(), before.height());
+}
+
+/// The contrast of what is written in the middle of a bar, which is nearly empty or nearly full.
+double contrastOfPercentage(QPalette palette, Qt::LayoutDirection direction, int value) {
+    WindowStyle style;
+    style.polish(palette);
+    QProgressBar bar;
+    bar.setStyle(&style);
+    bar.setPalette(palette);
+    bar.setLayoutDirection(direction);
+    bar.setAlignment(Qt::AlignCenter);
+    bar.setValue(value);
+    bar.resize(400, 24);
+    const QImage seen = bar.grab().toImage();
+    const QColor ground = seen.pixelColor(150, seen.height() / 2);
+    double strongest = 1;
+    for (int x = 170; x < 230; ++x) {
+        for (int y = 6; y < 18; ++y) {
+            strongest = std::max(strongest, contrast(seen.pixelColor(x, y), ground));
+        }
+    }
+    return strongest;
+}
+
+TEST(WindowStyle, ThePercentageCanBeReadFromEitherSide) {
+    for (const QPalette& palette : {WindowStyle().standardPalette(), darkPalette()}) {
+        for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            EXPECT_GE(contrastOfPercentage(palette, direction, 4), 4.5) << direction;
+            EXPECT_GE(contrastOfPercentage(palette, direction, 96), 4.5) << direction;
+        }
+    }
 }
 
 }  // namespace
