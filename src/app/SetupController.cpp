@@ -87,6 +87,8 @@ void SetupController::followChanges() {
     optionAnnouncements_ = follow(options_);
     runningAnnouncements_ = follow(hostsRunningController_->changes());
     progressAnnouncements_ = follow(installFilesController_->progressChanges());
+    failedOpenings_ = platform_.workspace.onOpeningFailed(
+        [this](const std::string& addressOrPath) { tellUnopened(addressOrPath); });
 }
 
 // Start-up

@@ -169,8 +169,9 @@ class SetupController : public MainController, public BoundObject {
     /// Says on the last page, until it is left, that something was copied.
     void confirmCopy();
     void closeIfAsked();
-    /// The step's extra button; names what the desktop could not open.
     void pressExtraButton(const void* sender);
+    /// Names what the desktop could not open.
+    void tellUnopened(const std::string& addressOrPath);
     [[nodiscard]] bool allHostsSelected() const;
     void selectAllHosts(bool select);
 
@@ -216,6 +217,7 @@ class SetupController : public MainController, public BoundObject {
     Subscription optionAnnouncements_;
     Subscription runningAnnouncements_;
     Subscription progressAnnouncements_;
+    Subscription failedOpenings_;
     std::map<std::int32_t, Subscription> modelAnnouncements_;
     std::unique_ptr<Interface> interface_;
 };

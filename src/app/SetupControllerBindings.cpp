@@ -191,9 +191,13 @@ void SetupController::pressExtraButton(const void* sender) {
     subViewButtonPress(sender);
     if (stateController_->currentState() != step_number::completion) return;
     const std::string& address = registerController_->unopenedAddress();
-    if (address.empty()) return;
+    if (!address.empty()) tellUnopened(address);
+}
+
+void SetupController::tellUnopened(const std::string& addressOrPath) {
     // The alert has one button, so the answer is ignored.
-    static_cast<void>(platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, address)));
+    static_cast<void>(
+        platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, addressOrPath)));
 }
 
 void SetupController::confirmCopy() {

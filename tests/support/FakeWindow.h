@@ -195,8 +195,15 @@ class FakeWorkspace : public Workspace {
     void endAtOnce(const std::vector<std::string>& names);
     [[nodiscard]] bool isObserved() const { return !terminations_.isEmpty(); }
 
+    /// What was to open it has ended with an error.
+    void failToOpen(const std::string& addressOrPath) { failedOpenings_.call(addressOrPath); }
+
     bool openAddress(const std::string& address) override;
     bool openFile(const std::string& path) override;
+    Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> handler) override {
+        return failedOpenings_.add(std::move(handler));
+    }
     std::vector<std::string> runningApplications() override;
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
@@ -214,6 +221,7 @@ class FakeWorkspace : public Workspace {
     std::vector<std::string>& journal_;
     std::multiset<std::string> watched_;
     ObserverList<const std::string&> terminations_;
+    ObserverList<const std::string&> failedOpenings_;
 };
 
 /// A whole platform with a window, of fakes.

@@ -201,6 +201,16 @@ class WindowWalkLastPage(WindowTest):
         self.assertEqual(self.desktop.opened(), [self.text("register_url")])
         window.wait_for_label(self.text("register_title"))
 
+    def test_a_page_that_the_browser_cannot_open_is_named(self):
+        self.desktop.break_browser()
+        window = self.reach_last_page()
+        window.press(self.text("register_now"))
+        window.wait_for_text(self.text("could_not_open_title"))
+        window.wait_for_text(self.text("register_url"))
+        self.assertEqual(self.desktop.opened(), [self.text("register_url")])
+        window.press(self.text("ok_button"))
+        window.wait_until_enabled("push button", self.text("register_now"))
+
     def test_success_is_told_without_a_list_of_failures_and_without_the_log(self):
         window = self.reach_last_page()
         window.wait_for_label(self.text("outcome_success_fmt"))

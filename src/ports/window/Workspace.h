@@ -31,6 +31,13 @@ class Workspace {
     /// The same for a file, by its path.
     virtual bool openFile(const std::string& path) = 0;
 
+    /// Calls `handler` with each address or path whose opening was started and then failed: what
+    /// was to open it soon ended with an error, for instance because the desktop has no browser.
+    /// Called while the event loop turns and until the handle is destroyed. The handler may destroy
+    /// this object.
+    [[nodiscard]] virtual Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> handler) = 0;
+
     /// The names of the running applications, as a person knows them, in the platform's order.
     /// From now on their ends are watched, and no others; an end that has happened already, of what
     /// was watched before, is still told.

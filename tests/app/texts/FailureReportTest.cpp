@@ -213,6 +213,18 @@ TEST_F(FailureReportTest, APageThatNothingOpensIsNamed) {
     EXPECT_EQ(fake.alerts.shown.back().message, "Open https://acme.example");
 }
 
+TEST_F(FailureReportTest, APageWhoseBrowserFailsIsNamed) {
+    fake.bundle.tables["Localizable"].insert({{"could_not_open_title", "No"},
+                                              {"could_not_open_message", "Open %@"},
+                                              {"register_url", "https://acme.example"}});
+    install();
+    wizard->performAction("subViewButtonPress", nullptr);
+    ASSERT_EQ(fake.alerts.shown.size(), 1U) << "the licence's question";
+    fake.workspace.failToOpen("https://acme.example");
+    ASSERT_EQ(fake.alerts.shown.size(), 2U);
+    EXPECT_EQ(fake.alerts.shown.back().message, "Open https://acme.example");
+}
+
 TEST_F(FailureReportTest, ACopyIsConfirmedUntilThePageIsLeft) {
     fake.bundle.tables["Localizable"]["copied"] = "Copied";
     addItemThatCannotBeCopied("/Applications/Tool.app");

@@ -72,6 +72,10 @@ class InertWorkspace final : public Workspace {
   public:
     bool openAddress(const std::string& /*address*/) override { return false; }
     bool openFile(const std::string& /*path*/) override { return false; }
+    Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> /*handler*/) override {
+        return {};
+    }
     std::vector<std::string> runningApplications() override { return {}; }
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> /*handler*/) override {
