@@ -20,6 +20,7 @@
 #include "steps/aperture/ApertureRunModel.h"
 #include "steps/completion/RegisterController.h"
 #include "steps/completion/RegisterModel.h"
+#include "steps/hosts/HostRefusal.h"
 #include "steps/hosts/HostsController.h"
 #include "steps/hosts/HostsModel.h"
 #include "steps/install/InstallFilesController.h"
@@ -75,6 +76,7 @@ SetupController::SetupController(WindowPlatform& platform)
     bindFailureReport();
     bindActions();
     followChanges();
+    unselectRefusedHosts();
 }
 
 SetupController::~SetupController() = default;
@@ -89,6 +91,12 @@ void SetupController::followChanges() {
     progressAnnouncements_ = follow(installFilesController_->progressChanges());
     failedOpenings_ = platform_.workspace.onOpeningFailed(
         [this](const std::string& addressOrPath) { tellUnopened(addressOrPath); });
+}
+
+void SetupController::unselectRefusedHosts() {
+    for (const HostModel& host : foundHosts()) {
+        if (linkRefusalOf(platform_, host) != LinkRefusal::none) host.setHostIsSelected(false);
+    }
 }
 
 // Start-up

@@ -136,6 +136,9 @@ class SetupController : public MainController, public BoundObject {
 
   private:
     void followChanges();
+    /// Nothing can be put into such a host, and its failure would keep all hosts after it out. Its
+    /// row says so; whoever ticks it again is warned and obeyed.
+    void unselectRefusedHosts();
     void registerSteps();
     void announce(const char* property);
     void swapSteps(std::int32_t oldState, std::int32_t newState);

@@ -118,8 +118,7 @@ void SetupController::bindPages() {
         [this](bool select) { selectAllHosts(select); }, {"foundHosts", "enableForward"});
     bindProperty("canSelectAllHosts", [this] { return foundHosts().size() >= manyHosts; },
                  {"foundHosts", stepOrOutcome});
-    bindProperty("selectionNote",
-                 [this] { return selectionNote(platform_.bundle, selectedHosts()); },
+    bindProperty("selectionNote", [this] { return selectionNote(platform_, selectedHosts()); },
                  {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("spaceNote", [this] { return spaceNote(); },
                  {"foundHosts", "enableForward", stepOrOutcome});
