@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostDiscovery.h"
@@ -11,7 +12,6 @@
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "product/PlugInFilesModel.h"
-#include "steps/hosts/HostRefusal.h"
 #include "steps/install/InstallFilesController.h"
 
 namespace installer {

@@ -7,6 +7,7 @@
 
 #include "app/AboutAlert.h"
 #include "app/HelpPage.h"
+#include "app/texts/HostRefusal.h"
 #include "app/texts/WindowTexts.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "hosts/HostLists.h"
@@ -20,7 +21,6 @@
 #include "steps/aperture/ApertureRunModel.h"
 #include "steps/completion/RegisterController.h"
 #include "steps/completion/RegisterModel.h"
-#include "steps/hosts/HostRefusal.h"
 #include "steps/hosts/HostsController.h"
 #include "steps/hosts/HostsModel.h"
 #include "steps/install/InstallFilesController.h"

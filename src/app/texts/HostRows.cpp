@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
 #include "ports/window/WindowPlatform.h"
 #include "ports/window/Workspace.h"
 #include "product/LocalizedText.h"
-#include "steps/hosts/HostRefusal.h"
+#include "steps/hosts/RefusedFolder.h"
 
 namespace installer {
 

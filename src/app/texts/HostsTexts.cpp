@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "hosts/NotOfferedHost.h"
 #include "ports/Platform.h"
 #include "product/LocalizedText.h"
-#include "steps/hosts/HostRefusal.h"
 
 namespace installer {
 

@@ -12,8 +12,8 @@
 #include "ports/window/WindowPlatform.h"
 #include "product/LocalizedText.h"
 #include "product/ProductFacts.h"
-#include "steps/hosts/HostRefusal.h"
 #include "steps/hosts/HostsModel.h"
+#include "steps/hosts/RefusedFolder.h"
 #include "wizard/MainController.h"
 
 namespace installer {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "app/texts/HostRefusal.h"
 #include "hosts/HostModel.h"
-#include "steps/hosts/HostRefusal.h"
 #include "tests/support/FakePlatform.h"
 
 namespace installer::test {

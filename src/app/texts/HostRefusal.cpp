@@ -1,10 +1,8 @@
-#include "steps/hosts/HostRefusal.h"
+#include "app/texts/HostRefusal.h"
 
-#include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "install/plan/HostItems.h"
 #include "ports/Platform.h"
-#include "product/LocalizedText.h"
 
 namespace installer {
 
@@ -14,19 +12,6 @@ LinkRefusal linkRefusalOf(Platform& platform, const HostModel& host) {
         if (refusal != LinkRefusal::none) return refusal;
     }
     return LinkRefusal::none;
-}
-
-std::string refusedFolderText(const Bundle& bundle, LinkRefusal refusal,
-                              const std::string& folder) {
-    switch (refusal) {
-        case LinkRefusal::ofAnotherUser:
-            return formatted(localizedText(bundle, "host_link_of_another_fmt", "%@"), {folder});
-        case LinkRefusal::intoSystem:
-            return formatted(localizedText(bundle, "host_link_into_system_fmt", "%@"), {folder});
-        case LinkRefusal::none:
-            break;
-    }
-    return folder;
 }
 
 const char* description(LinkRefusal refusal) {
