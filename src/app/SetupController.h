@@ -162,6 +162,8 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] bool installationFailed() const;
     [[nodiscard]] PropertyValue pageText() const;
     [[nodiscard]] std::string waitingText() const;
+    /// Of the program that is waited for: its own, else that of the host which it belongs to.
+    [[nodiscard]] Image runningIcon() const;
     /// What the page of hosts says of the space on the disks.
     [[nodiscard]] std::string spaceNote();
     [[nodiscard]] std::string outcomeText() const;

@@ -186,6 +186,7 @@ class FakeWorkspace : public Workspace {
     bool canOpen = true;
     std::vector<std::string> opened;  ///< addresses and paths, in order
     std::map<std::string, Image> icons;
+    std::map<std::string, ApplicationFace> faces;
     std::string system = "Testix 1";
 
     /// The application ends: it is gone from `running`, and then whoever observes is told, if it
@@ -205,6 +206,9 @@ class FakeWorkspace : public Workspace {
         return failedOpenings_.add(std::move(handler));
     }
     std::vector<std::string> runningApplications() override;
+    ApplicationFace faceOfRunningApplication(const std::string& name) override {
+        return faces[name];
+    }
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
     /// Journals "launch PATH ARGUMENTS..."; ending it journals "terminate PATH".

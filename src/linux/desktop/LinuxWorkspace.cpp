@@ -132,6 +132,10 @@ std::vector<std::string> LinuxWorkspace::runningApplications() {
     return applications_.scan();
 }
 
+ApplicationFace LinuxWorkspace::faceOfRunningApplication(const std::string& name) {
+    return applications_.faceOf(name);
+}
+
 Subscription LinuxWorkspace::onApplicationTerminated(
     std::function<void(const std::string& name)> handler) {
     return applications_.onTerminated(std::move(handler));

@@ -38,6 +38,7 @@ class LinuxWorkspace final : public Workspace {
         std::function<void(const std::string& addressOrPath)> handler) override;
 
     [[nodiscard]] std::vector<std::string> runningApplications() override;
+    [[nodiscard]] ApplicationFace faceOfRunningApplication(const std::string& name) override;
     [[nodiscard]] Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
 

@@ -77,6 +77,7 @@ class InertWorkspace final : public Workspace {
         return {};
     }
     std::vector<std::string> runningApplications() override { return {}; }
+    ApplicationFace faceOfRunningApplication(const std::string& /*name*/) override { return {}; }
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> /*handler*/) override {
         return {};
