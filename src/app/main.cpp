@@ -81,7 +81,7 @@ struct Machine {
           applications(searchPaths, bundles, log) {}
 
     [[nodiscard]] Platform platform(FileQueries& fileQueries, ChildProcesses& processes,
-                                    EventLoop& eventLoop, Alerts& alerts) {
+                                    EventLoop& eventLoop, Alerts& alerts, Clock& clock) {
         return {files,       fileQueries, authorizations, processes,    eventLoop,
                 preferences, bundle,      bundles,        searchPaths,  applications,
                 alerts,      log,         clock,          notifications};
@@ -105,7 +105,6 @@ struct Machine {
     LinuxAuthorizations authorizations;
     LinuxPreferencesStore preferences;
     LinuxApplicationDatabase applications;
-    SystemClock clock;
     NotificationCenter notifications;
 };
 
@@ -147,11 +146,12 @@ class QuietApplication {
 
     Machine& machine_;
     PollEventLoop eventLoop_;
+    SystemClock clock_;
     LinuxFileQueries fileQueries_{eventLoop_};
     LinuxChildProcesses processes_{eventLoop_};
     std::unique_ptr<WindowModule> window_;
     DisplayAlerts alerts_{machine_.log, processEnvironment(), [this] { return loadWindow(); }};
-    Platform platform_ = machine_.platform(fileQueries_, processes_, eventLoop_, alerts_);
+    Platform platform_ = machine_.platform(fileQueries_, processes_, eventLoop_, alerts_, clock_);
 };
 
 /// The installation with a window, over the adapters that the window module brings.
@@ -163,12 +163,12 @@ class WindowApplication {
           fileQueries_(window.descriptors()),
           processes_(window.descriptors()),
           workspace_(window.descriptors(), machine.bundles, machine.log),
-          platform_{
-              {machine.platform(fileQueries_, processes_, window.eventLoop(), window.alerts())},
-              window.interfaces(),
-              window.folderPanel(),
-              workspace_,
-              window.clipboard()} {}
+          platform_{{machine.platform(fileQueries_, processes_, window.eventLoop(), window.alerts(),
+                                      window.clock())},
+                    window.interfaces(),
+                    window.folderPanel(),
+                    workspace_,
+                    window.clipboard()} {}
 
     void openLink(const std::string& address) {
         if (workspace_.openAddress(address)) return;

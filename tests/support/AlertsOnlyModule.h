@@ -18,6 +18,7 @@ class AlertsOnlyModule final : public WindowModule {
     FolderPanel& folderPanel() override { std::abort(); }
     InterfaceLoader& interfaces() override { std::abort(); }
     Clipboard& clipboard() override { std::abort(); }
+    Clock& clock() override { std::abort(); }
     void run() override { std::abort(); }
 };
 

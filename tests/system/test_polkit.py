@@ -8,7 +8,9 @@ import signal
 import socket
 import unittest
 
-from harness import ON_PRIVATE_MACHINE, Product, SystemTest, no_leftovers, tree, write
+from harness import (ON_PRIVATE_MACHINE, TIME_LIMIT, Product, SystemTest, no_leftovers, tree,
+                     write)
+from held import HeldFiles
 from rights import (BUS, Account, Installation, Terminal, processes, start_polkit, taken_from,
                     wait_until)
 
@@ -21,8 +23,7 @@ REASON = ("Filters 2 by Acme installs files for everybody who uses this computer
 REFUSED = "Administrator rights were refused or lost: the installation is not complete"
 ITEMS = ["/Applications/Tool.app", "/Library/Application Support/Acme/Filters 2/readme.txt",
          "/Applications/Adobe Photoshop CS6/run.jsx"]
-# Long enough to be met in the middle on a machine that has other things to do.
-MANY = 4000
+MANY = 100
 
 
 def setUpModule():
@@ -240,21 +241,19 @@ class PolkitLastCopy(User):
         product.add_package("PHOTOSHOP_PLUGINS/Big.plugin",
                             {f"Contents/{number}": content for number in range(MANY)})
 
-    def is_copying(self):
-        # What is removed has such a name for a moment as well.
-        return [name for name in os.listdir(self.folder) if name.startswith(".installing-") and
-                os.path.exists(self.folder / name / "Contents/1") and
-                not os.path.exists(self.folder / name / "Contents/old")]
+    def unfinished(self):
+        return [name for name in os.listdir(self.folder) if name.startswith(".installing-")]
 
-    def start_and_stop_the_helper(self):
-        """Gives the run and its helper, which has copied a part of the last item."""
+    def start_and_hold_the_helper(self):
+        """Gives the run, its helper, which has copied a part of the last item, and what holds it."""
+        files = HeldFiles(self.product.resources / "files/PHOTOSHOP_PLUGINS/Big.plugin/Contents",
+                          MANY // 2)
+        self.addCleanup(files.release)
         installation = self.start(self.granted).go_on()
         helper = installation.wait_for_helper()
-        wait_until(lambda: self.is_copying() or os.path.exists(self.big / "Contents/1"),
-                   "a copy that is going on")
-        os.kill(helper, signal.SIGSTOP)
-        self.assertFalse(os.path.lexists(self.big), "the copy was too fast")
-        return installation, helper
+        files.wait(TIME_LIMIT)
+        self.assertEqual(len(self.unfinished()), 1)
+        return installation, helper, files
 
     def assertWhole(self, content="x", leftovers=()):
         self.assertEqual(len(os.listdir(self.big / "Contents")), MANY + 1)
@@ -265,9 +264,10 @@ class PolkitLastCopy(User):
                           no_leftovers("/Applications", "/Library")], list(leftovers))
 
     def install_with_a_killed_helper(self):
-        installation, helper = self.start_and_stop_the_helper()
+        installation, helper, files = self.start_and_hold_the_helper()
         os.kill(helper, signal.SIGKILL)
         installation.wait()
+        files.release()
         self.assertRefused(installation, items=3)
         self.assertIn("The privileged helper has ended before its work was done",
                       installation.messages)
@@ -295,24 +295,24 @@ class PolkitLastCopy(User):
         self.install_with_a_killed_helper()
         self.install_again()
 
-    def test_a_stopped_copy_is_not_disturbed_by_another_run(self):
+    def test_a_held_copy_is_not_disturbed_by_another_run(self):
         other = self.new_product("other maker")
         other.add_package("PHOTOSHOP_PLUGINS/Other.plugin", {"Contents/1": "y"})
-        installation, helper = self.start_and_stop_the_helper()
+        installation, _, files = self.start_and_hold_the_helper()
         self.assertComplete(self.start(self.granted, product=other).go_on().wait(), items=4)
-        os.kill(helper, signal.SIGCONT)
+        files.release()
         self.assertComplete(installation.wait(), items=4)
         self.assertWhole()
 
-    def test_a_stopped_copy_leaves_the_whole_item_that_another_run_has_made(self):
+    def test_a_held_copy_leaves_the_whole_item_that_another_run_has_made(self):
         other = self.new_product("other maker")
         self.add_big_item(other, "y")
-        installation, helper = self.start_and_stop_the_helper()
+        installation, _, files = self.start_and_hold_the_helper()
         self.assertComplete(self.start(self.granted, product=other).go_on().wait(), items=4)
-        unfinished = self.is_copying()
+        unfinished = self.unfinished()
         self.assertEqual(len(unfinished), 1)
         self.assertWhole("y", leftovers=unfinished)
-        os.kill(helper, signal.SIGCONT)
+        files.release()
         self.assertComplete(installation.wait(), items=4)
         self.assertWhole("y")
 

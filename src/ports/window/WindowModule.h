@@ -8,6 +8,7 @@ namespace installer {
 class Alerts;
 class Bundle;
 class Clipboard;
+class Clock;
 class DescriptorWatcher;
 class EventLoop;
 class FileManager;
@@ -28,6 +29,8 @@ class WindowModule {
     [[nodiscard]] virtual FolderPanel& folderPanel() = 0;
     [[nodiscard]] virtual InterfaceLoader& interfaces() = 0;
     [[nodiscard]] virtual Clipboard& clipboard() = 0;
+    /// Shows that something goes on to who waits by it before there is a window.
+    [[nodiscard]] virtual Clock& clock() = 0;
 
     /// Runs the application until its last window has closed.
     virtual void run() = 0;

@@ -12,6 +12,7 @@
 #include "qt/window/DisplayProbe.h"
 #include "qt/window/QtEventLoop.h"
 #include "qt/window/QtInterfaceLoader.h"
+#include "qt/window/WindowClock.h"
 
 namespace installer {
 
@@ -30,6 +31,7 @@ class WindowModuleImpl final : public WindowModule {
     [[nodiscard]] FolderPanel& folderPanel() override { return folderPanel_; }
     [[nodiscard]] InterfaceLoader& interfaces() override { return interfaces_; }
     [[nodiscard]] Clipboard& clipboard() override { return clipboard_; }
+    [[nodiscard]] Clock& clock() override { return clock_; }
 
     void run() override { application_.run(); }
 
@@ -42,6 +44,7 @@ class WindowModuleImpl final : public WindowModule {
     QtFolderPanel folderPanel_;
     QtClipboard clipboard_;
     QtInterfaceLoader interfaces_;
+    WindowClock clock_;
 };
 
 std::unique_ptr<WindowModule> makeWindowModule(const WindowModuleContext& context) {

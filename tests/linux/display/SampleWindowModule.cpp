@@ -21,6 +21,7 @@ class SampleWindowModule final : public WindowModule, public Alerts {
     FolderPanel& folderPanel() override { std::abort(); }
     InterfaceLoader& interfaces() override { std::abort(); }
     Clipboard& clipboard() override { std::abort(); }
+    Clock& clock() override { std::abort(); }
     void run() override {}
     std::size_t runModal(const Alert& /*alert*/) override { return answer_; }
 
