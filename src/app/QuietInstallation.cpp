@@ -1,7 +1,9 @@
 #include "app/QuietInstallation.h"
 
 #include <string>
+#include <vector>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostDiscovery.h"
@@ -57,7 +59,15 @@ std::string outcome(const InstallFilesController& controller, const std::string&
 void installQuietly(Platform& platform) {
     InstallFilesController controller(platform);
     // Nobody can be asked, so the external editors are always configured.
-    controller.install(foundHosts(HostDiscovery(platform).discoverHosts()), true);
+    const std::vector<HostModel> hosts = foundHosts(HostDiscovery(platform).discoverHosts());
+    // Said and tried all the same: a quiet run is for every host that is found, and ends as
+    // incomplete when it could not be.
+    for (const HostModel& host : hosts) {
+        const LinkRefusal refusal = linkRefusalOf(platform, host);
+        if (refusal == LinkRefusal::none) continue;
+        platform.log.log(formatted("%@: %@", {host.hostName(), description(refusal)}));
+    }
+    controller.install(hosts, true);
     for (const HostModel& host : controller.leftOutHosts()) {
         platform.log.log(formatted("%@: not installed", {host.hostName()}));
     }

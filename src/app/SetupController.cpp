@@ -7,6 +7,7 @@
 
 #include "app/AboutAlert.h"
 #include "app/HelpPage.h"
+#include "app/texts/HostRefusal.h"
 #include "app/texts/WindowTexts.h"
 #include "foundation/observers/NotificationCenter.h"
 #include "hosts/HostLists.h"
@@ -75,6 +76,7 @@ SetupController::SetupController(WindowPlatform& platform)
     bindFailureReport();
     bindActions();
     followChanges();
+    unselectRefusedHosts();
 }
 
 SetupController::~SetupController() = default;
@@ -87,6 +89,14 @@ void SetupController::followChanges() {
     optionAnnouncements_ = follow(options_);
     runningAnnouncements_ = follow(hostsRunningController_->changes());
     progressAnnouncements_ = follow(installFilesController_->progressChanges());
+    failedOpenings_ = platform_.workspace.onOpeningFailed(
+        [this](const std::string& addressOrPath) { tellUnopened(addressOrPath); });
+}
+
+void SetupController::unselectRefusedHosts() {
+    for (const HostModel& host : foundHosts()) {
+        if (linkRefusalOf(platform_, host) != LinkRefusal::none) host.setHostIsSelected(false);
+    }
 }
 
 // Start-up

@@ -136,6 +136,9 @@ class SetupController : public MainController, public BoundObject {
 
   private:
     void followChanges();
+    /// Nothing can be put into such a host, and its failure would keep all hosts after it out. Its
+    /// row says so; whoever ticks it again is warned and obeyed.
+    void unselectRefusedHosts();
     void registerSteps();
     void announce(const char* property);
     void swapSteps(std::int32_t oldState, std::int32_t newState);
@@ -159,6 +162,8 @@ class SetupController : public MainController, public BoundObject {
     [[nodiscard]] bool installationFailed() const;
     [[nodiscard]] PropertyValue pageText() const;
     [[nodiscard]] std::string waitingText() const;
+    /// Of the program that is waited for: its own, else that of the host which it belongs to.
+    [[nodiscard]] Image runningIcon() const;
     /// What the page of hosts says of the space on the disks.
     [[nodiscard]] std::string spaceNote();
     [[nodiscard]] std::string outcomeText() const;
@@ -170,8 +175,9 @@ class SetupController : public MainController, public BoundObject {
     /// Says on the last page, until it is left, that something was copied.
     void confirmCopy();
     void closeIfAsked();
-    /// The step's extra button; names what the desktop could not open.
     void pressExtraButton(const void* sender);
+    /// Names what the desktop could not open.
+    void tellUnopened(const std::string& addressOrPath);
     [[nodiscard]] bool allHostsSelected() const;
     void selectAllHosts(bool select);
 
@@ -217,6 +223,7 @@ class SetupController : public MainController, public BoundObject {
     Subscription optionAnnouncements_;
     Subscription runningAnnouncements_;
     Subscription progressAnnouncements_;
+    Subscription failedOpenings_;
     std::map<std::int32_t, Subscription> modelAnnouncements_;
     std::unique_ptr<Interface> interface_;
 };

@@ -9,6 +9,7 @@
 #include "hosts/HostModel.h"
 #include "ports/Alerts.h"
 #include "ports/window/WindowPlatform.h"
+#include "ports/window/Workspace.h"
 #include "product/CouldNotOpenAlert.h"
 #include "product/LocalizedText.h"
 #include "steps/completion/RegisterController.h"
@@ -118,14 +119,18 @@ void SetupController::bindPages() {
         [this](bool select) { selectAllHosts(select); }, {"foundHosts", "enableForward"});
     bindProperty("canSelectAllHosts", [this] { return foundHosts().size() >= manyHosts; },
                  {"foundHosts", stepOrOutcome});
-    bindProperty("selectionNote",
-                 [this] { return selectionNote(platform_.bundle, selectedHosts()); },
+    bindProperty("selectionNote", [this] { return selectionNote(platform_, selectedHosts()); },
                  {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("spaceNote", [this] { return spaceNote(); },
                  {"foundHosts", "enableForward", stepOrOutcome});
     bindProperty("hostIsRunning", [this] { return hostsRunningModel_->hostIsRunning(); },
                  {"enableForward", stepOrOutcome});
     bindProperty("waitingText", [this] { return waitingText(); },
+                 {"runningApplication", "enableForward", stepOrOutcome});
+    bindProperty("runningApplicationName",
+                 [this] { return hostsRunningController_->runningApplication(); },
+                 {"runningApplication", "enableForward", stepOrOutcome});
+    bindProperty("runningIcon", [this] { return runningIcon(); },
                  {"runningApplication", "enableForward", stepOrOutcome});
     bindConstant("notOfferedText",
                  [this] { return notOfferedText(platform_.bundle, hostsModel_->notOffered()); });
@@ -144,6 +149,9 @@ void SetupController::bindProgress() {
                      return progressNote(platform_.bundle,
                                          installFilesController_->progressReport());
                  },
+                 {"progressReport", stepOrOutcome});
+    bindProperty("progressFile",
+                 [this] { return progressFile(installFilesController_->progressReport()); },
                  {"progressReport", stepOrOutcome});
     bindProperty("authorizationReason",
                  [this] {
@@ -191,9 +199,13 @@ void SetupController::pressExtraButton(const void* sender) {
     subViewButtonPress(sender);
     if (stateController_->currentState() != step_number::completion) return;
     const std::string& address = registerController_->unopenedAddress();
-    if (address.empty()) return;
+    if (!address.empty()) tellUnopened(address);
+}
+
+void SetupController::tellUnopened(const std::string& addressOrPath) {
     // The alert has one button, so the answer is ignored.
-    static_cast<void>(platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, address)));
+    static_cast<void>(
+        platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, addressOrPath)));
 }
 
 void SetupController::confirmCopy() {
@@ -225,7 +237,26 @@ std::string SetupController::waitingText() const {
     if (!hostsRunningModel_->hostIsRunning()) return localizedText(bundle, "program_has_closed");
     const std::string& application = hostsRunningController_->runningApplication();
     if (application.empty()) return localizedText(bundle, "waiting_for_program");
-    return formatted(localizedText(bundle, "waiting_for_program_fmt"), {application});
+    const std::string owner = platform_.workspace.faceOfRunningApplication(application).owner;
+    if (owner.empty()) {
+        return formatted(localizedText(bundle, "waiting_for_program_fmt"), {application});
+    }
+    return formatted(localizedText(bundle, "waiting_for_program_of_fmt"), {application, owner});
+}
+
+Image SetupController::runningIcon() const {
+    const std::string& application = hostsRunningController_->runningApplication();
+    if (!hostsRunningModel_->hostIsRunning() || application.empty()) return {};
+    Image icon = platform_.workspace.faceOfRunningApplication(application).icon;
+    if (!icon.path.empty()) return icon;
+    // It is one of the hosts for which this page waits, and these have icons of their own.
+    for (const HostModel& host : selectedHosts()) {
+        const std::string word = RunningHostViewController::hostAppSearchString(host);
+        if (!isApplicationOfHost(application, word)) continue;
+        icon = platform_.workspace.iconOfFile(hostFolder(host));
+        if (!icon.path.empty()) break;
+    }
+    return icon;
 }
 
 std::string SetupController::pageName() const {

@@ -38,6 +38,7 @@
 #include "ports/window/InterfaceLoader.h"
 #include "ports/window/WindowModule.h"
 #include "ports/window/WindowPlatform.h"
+#include "product/CouldNotOpenAlert.h"
 
 // Start-up: the one place that knows which adapters the core runs on.
 
@@ -169,7 +170,11 @@ class WindowApplication {
                     workspace_,
                     window.clipboard()} {}
 
-    [[nodiscard]] Workspace& workspace() { return workspace_; }
+    void openLink(const std::string& address) {
+        if (workspace_.openAddress(address)) return;
+        // The alert has one button, so the answer is ignored.
+        static_cast<void>(platform_.alerts.runModal(couldNotOpenAlert(platform_.bundle, address)));
+    }
 
     /// Returns when the window has closed; false, with the reason in the log, when its description
     /// is of no use.
@@ -219,13 +224,13 @@ class WindowApplication {
 /// False, with the reason in the log, when no window can be shown.
 bool runInWindow(Machine& machine) {
     // Links are opened through the workspace, which is made later: it needs the event loop.
-    Workspace* workspace = nullptr;
-    const auto window = machine.window([&workspace](const std::string& address) {
-        if (workspace != nullptr) workspace->openAddress(address);
+    std::function<void(const std::string& address)> openLink;
+    const auto window = machine.window([&openLink](const std::string& address) {
+        if (openLink) openLink(address);
     });
     if (!window) return false;
     WindowApplication application(machine, *window);
-    workspace = &application.workspace();
+    openLink = [&application](const std::string& address) { application.openLink(address); };
     return application.run();
 }
 

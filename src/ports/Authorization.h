@@ -92,11 +92,24 @@ class Authorization {
     virtual void setProgressSink(ProgressSink* progress) = 0;
 };
 
+/// Why nothing can be put into a folder to which a link leads.
+enum class LinkRefusal {
+    none,
+    ofAnotherUser,  ///< the link belongs to another user, who could lead it anywhere
+    intoSystem,     ///< it leads into a folder of the system
+};
+
 /// Where authorizations come from.
 class Authorizations {
   public:
     virtual ~Authorizations() = default;
     [[nodiscard]] virtual std::unique_ptr<Authorization> create() = 0;
+
+    /// Whether a run would put nothing into the folder, because the administrator does not go
+    /// where a link on the way to it leads. `none` where the user needs no administrator.
+    [[nodiscard]] virtual LinkRefusal linkRefusal(const std::string& /*folder*/) const {
+        return LinkRefusal::none;
+    }
 };
 
 }  // namespace installer

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace installer {
 
@@ -14,6 +15,9 @@ class ProgressSink {
 
     /// `bytes` more have been copied since the last call; 0 says only that it goes on.
     virtual void bytesCopied(std::uint64_t bytes) = 0;
+
+    /// A file within the item is copied next, with that name. Not every copy tells this.
+    virtual void fileBegins(const std::string& /*name*/) {}
 };
 
 }  // namespace installer

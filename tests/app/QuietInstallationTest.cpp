@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -73,6 +74,19 @@ TEST_F(QuietInstallation, NamesNoListThatCouldNotBeWritten) {
     fake_.authorizations.works = [](const auto& command) { return command.front() != "/bin/rm"; };
     installQuietly(fake_.platform);
     EXPECT_THAT(fake_.log.lines, Contains("The installation is complete (2 items installed)"));
+}
+
+TEST_F(QuietInstallation, NamesAHostBehindALinkThatIsNotFollowedBeforeItTriesIt) {
+    fake_.authorizations.linkRefusals["/Applications/Adobe Photoshop CS6"] =
+        LinkRefusal::ofAnotherUser;
+    installQuietly(fake_.platform);
+    const std::string line =
+        "Adobe Photoshop CS6: its folder is reached through a link of another user, which is not "
+        "followed";
+    const auto said = std::ranges::find(fake_.log.lines, line);
+    ASSERT_NE(said, fake_.log.lines.end());
+    EXPECT_THAT(std::vector(fake_.log.lines.begin(), said), testing::Not(Contains("run.jsx")));
+    EXPECT_TRUE(fake_.memory.exists("/Applications/Adobe Photoshop CS6/run.jsx"));
 }
 
 TEST_F(QuietInstallation, SaysThatItIsNotCompleteWhenAnItemFailed) {

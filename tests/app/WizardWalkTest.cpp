@@ -133,6 +133,32 @@ TEST_F(WizardWalkTest, TheProgramThatIsWaitedForHasItsRealName) {
     EXPECT_EQ(textOf("waitingText"), "Closed");
 }
 
+TEST_F(WizardWalkTest, TheProgramOfAnotherUserIsCalledThatUsers) {
+    fake.bundle.tables["Localizable"].insert(
+        {{"waiting_for_program_fmt", "Close %@"}, {"waiting_for_program_of_fmt", "%1$@ of %2$@"}});
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.running = {"Photoshop CS6"};
+    fake.workspace.faces["Photoshop CS6"].owner = "lena";
+    start();
+    goTo(2);
+    EXPECT_EQ(textOf("waitingText"), "Photoshop CS6 of lena");
+}
+
+TEST_F(WizardWalkTest, TheProgramThatIsWaitedForHasItsIconElseItsHosts) {
+    addPhotoshop("Adobe Photoshop CS6");
+    fake.workspace.icons["/Applications/Adobe Photoshop CS6"] = Image{"/host"};
+    fake.workspace.running = {"Photoshop CS6", "Photoshop Helper"};
+    fake.workspace.faces["Photoshop CS6"].icon = Image{"/own"};
+    start();
+    goTo(2);
+    EXPECT_EQ(valueOf<Image>("runningIcon"), Image{"/own"});
+    EXPECT_EQ(textOf("runningApplicationName"), "Photoshop CS6");
+    fake.workspace.end("Photoshop CS6");
+    EXPECT_EQ(valueOf<Image>("runningIcon"), Image{"/host"});
+    fake.workspace.end("Photoshop Helper");
+    EXPECT_EQ(valueOf<Image>("runningIcon"), Image());
+}
+
 TEST_F(WizardWalkTest, AHostThatNobodyWantsMayRun) {
     addPhotoshop("Adobe Photoshop CS6");
     fake.workspace.running = {"Photoshop CS6"};

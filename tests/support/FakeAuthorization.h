@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -32,6 +33,9 @@ class FakeAuthorizations : public Authorizations {
     /// Why it answers no.
     AuthorizationTrouble trouble = AuthorizationTrouble::none;
 
+    /// Why the administrator keeps out of folders.
+    std::map<std::string, LinkRefusal> linkRefusals = {};
+
     /// What the first authorization answers until its first command.
     bool asks = false;
 
@@ -47,6 +51,10 @@ class FakeAuthorizations : public Authorizations {
     std::vector<std::string> unplanned;
 
     [[nodiscard]] std::unique_ptr<Authorization> create() override;
+    [[nodiscard]] LinkRefusal linkRefusal(const std::string& folder) const override {
+        const auto found = linkRefusals.find(folder);
+        return found == linkRefusals.end() ? LinkRefusal::none : found->second;
+    }
 
   private:
     class Fake;

@@ -186,6 +186,7 @@ class FakeWorkspace : public Workspace {
     bool canOpen = true;
     std::vector<std::string> opened;  ///< addresses and paths, in order
     std::map<std::string, Image> icons;
+    std::map<std::string, ApplicationFace> faces;
     std::string system = "Testix 1";
 
     /// The application ends: it is gone from `running`, and then whoever observes is told, if it
@@ -195,9 +196,19 @@ class FakeWorkspace : public Workspace {
     void endAtOnce(const std::vector<std::string>& names);
     [[nodiscard]] bool isObserved() const { return !terminations_.isEmpty(); }
 
+    /// What was to open it has ended with an error.
+    void failToOpen(const std::string& addressOrPath) { failedOpenings_.call(addressOrPath); }
+
     bool openAddress(const std::string& address) override;
     bool openFile(const std::string& path) override;
+    Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> handler) override {
+        return failedOpenings_.add(std::move(handler));
+    }
     std::vector<std::string> runningApplications() override;
+    ApplicationFace faceOfRunningApplication(const std::string& name) override {
+        return faces[name];
+    }
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> handler) override;
     /// Journals "launch PATH ARGUMENTS..."; ending it journals "terminate PATH".
@@ -214,6 +225,7 @@ class FakeWorkspace : public Workspace {
     std::vector<std::string>& journal_;
     std::multiset<std::string> watched_;
     ObserverList<const std::string&> terminations_;
+    ObserverList<const std::string&> failedOpenings_;
 };
 
 /// A whole platform with a window, of fakes.

@@ -79,7 +79,8 @@ class Desktop:
         self.programs = self.folder / "programs"
         self.programs.mkdir()
         browser = self.programs / "xdg-open"
-        browser.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >> "{self._opened}"\n')
+        browser.write_text(f'#!/bin/sh\nprintf "%s\\n" "$*" >> "{self._opened}"\n'
+                           f'test ! -e "{self.folder}/broken"\n')
         browser.chmod(0o755)
 
     def _make_dialogue(self):
@@ -145,6 +146,11 @@ class Desktop:
 
     def forget_opened(self):
         self._opened.write_text("")
+        (self.folder / "broken").unlink(missing_ok=True)
+
+    def break_browser(self):
+        """From now on it ends with an error, until what was opened is forgotten."""
+        (self.folder / "broken").touch()
 
     def prefer(self, appearance):
         """Lets the desktop tell programs that they should be "dark" or "light"; None: no word."""

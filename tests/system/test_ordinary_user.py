@@ -156,6 +156,7 @@ class OrdinaryUserWithALinkedPhotoshop(OrdinaryUser):
     def install_into_both(self, **options):
         outcome = run(self.product, environment=self.environment, **options)
         self.assertIn("The installation is complete (4 items", outcome.messages)
+        self.assertNotIn("is reached through a link", outcome.messages)
         items = [f"/Applications/{name}/run.jsx" for name in self.BOTH]
         self.assertLessEqual(set(items), set(self.disk.logged_paths(self.product)))
         self.assertTrue(self.FOLDER.is_symlink())
@@ -196,6 +197,8 @@ class OrdinaryUserWithALinkedPhotoshop(OrdinaryUser):
     def test_a_link_of_somebody_else_leads_nowhere(self):
         self.link(self.real, NOBODY)
         outcome = run(self.product, environment=self.environment, **self.account.options)
+        self.assertIn(f"{self.FOLDER.name}: its folder is reached through a link of another user",
+                      outcome.messages)
         self.assertIn(f"Could not install file: {self.FOLDER}/run.jsx", outcome.messages)
         self.assertFalse((self.real / "run.jsx").exists())
 
@@ -205,6 +208,8 @@ class OrdinaryUserWithALinkedPhotoshop(OrdinaryUser):
                 pathlib.Path(target, "Photoshop.app").mkdir(parents=True)
                 self.link(target, self.user)
                 outcome = run(self.product, environment=self.environment, **self.account.options)
+                self.assertIn(f"{self.FOLDER.name}: its folder is reached through a link into a folder "
+                              "of the system", outcome.messages)
                 self.assertIn(f"Could not install file: {self.FOLDER}/run.jsx", outcome.messages)
                 self.assertFalse(os.path.lexists(f"{target}/run.jsx"))
                 self.FOLDER.unlink()

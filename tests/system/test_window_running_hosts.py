@@ -1,5 +1,6 @@
 """The page that waits for programs which must not run while the installer replaces their files."""
 
+import plistlib
 import unittest
 
 from walk import WindowTest
@@ -24,6 +25,17 @@ class WindowRunningHosts(WindowTest):
         self.wait_for_page(window, "Photoshop")
         self.assertFalse(window.find("push button", self.text("continue")).enabled)
         self.assertTrue(window.find("push button", self.text("go_back")).enabled)
+
+    def test_the_program_has_its_picture_and_the_name_of_who_has_started_it(self):
+        self.run_program("Photoshop")
+        # As it is for somebody who has become root.
+        window = self.leave_hosts(self.reach_hosts(self.start(SUDO_UID="65534")))
+        window.wait_for_label(self.text("waiting_for_program_of_fmt", "Photoshop", "root"))
+        picture = window.wait_until(
+            lambda: next((control for control in window.controls(name="Photoshop")
+                          if control.role in ("label", "icon", "image")), None),
+            "the program's picture")
+        self.assertGreater(picture.extents[2], 16)
 
     def test_the_end_of_the_host_enables_continue_and_the_user_presses_it(self):
         program = self.run_program("Photoshop")
@@ -53,6 +65,18 @@ class WindowRunningHosts(WindowTest):
         self.wait_for_page(window, "Tool")
         self.end_program(program)
         window.wait_for_label(self.text("thank_you"))
+
+    def test_neither_the_installer_nor_another_run_of_it_counts(self):
+        path = self.product.contents / "Info.plist"
+        information = plistlib.loads(path.read_bytes())
+        # A part of it is the name of an application that the installer brings.
+        path.write_bytes(plistlib.dumps(information | {"CFBundleName": "Tool Setup"}))
+        other = self.start()
+        other.wait_for_label(self.text("license_instructions"))
+        window = self.reach_hosts(self.start())
+        self.finish_walk(self.install(window))
+        other.press(self.text("quit"))
+        self.assertEqual(other.wait_for_end(), 0)
 
     def test_a_program_whose_name_only_contains_the_word_does_not_count(self):
         self.run_program("Adobe Photoshop")

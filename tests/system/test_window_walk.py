@@ -3,12 +3,14 @@
 import os
 import pathlib
 import plistlib
+import shutil
 import subprocess
 import unittest
 
 from harness import TIME_LIMIT, tree
 from walk import WindowTest
 
+NOBODY = 65534
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 
 
@@ -51,6 +53,31 @@ class WindowWalk(WindowTest):
         for path in wanted:
             self.assertInstalled(path)
         for path in unwanted:
+            self.assertFalse(os.path.lexists(path), path)
+
+    def test_a_photoshop_behind_a_link_of_another_user_says_so_and_costs_the_others_nothing(self):
+        # Anybody may add to the folder, so root does not follow links there.
+        os.chmod("/Applications", 0o1777)
+        self.addCleanup(os.chmod, "/Applications", 0o755)
+        linked = self.photoshop("Adobe Photoshop CC 2015")
+        wanted = self.photoshop("Adobe Photoshop CC 2014")
+        folder = pathlib.Path("/Applications/Adobe Photoshop CC 2015")
+        shutil.move(folder, self.scratch / "real")
+        folder.symlink_to(self.scratch / "real")
+        os.lchown(folder, NOBODY, NOBODY)
+        window = self.reach_hosts(self.start())
+        row = window.find("list item", folder.name)
+        self.assertFalse(row.checked)
+        self.assertIn(self.text("host_link_of_another_fmt", str(folder)), row.description)
+        warning = self.text("refused_host_selected_fmt", folder.name)
+        window.set_row_checked(folder.name, True)
+        window.wait_for_label(warning)
+        window.set_row_checked(folder.name, False)
+        window.wait_until_gone("label", warning)
+        self.finish_walk(self.install(window))
+        for path in wanted:
+            self.assertInstalled(path)
+        for path in linked:
             self.assertFalse(os.path.lexists(path), path)
 
     def test_a_tick_that_was_taken_away_and_set_again_counts(self):
@@ -200,6 +227,16 @@ class WindowWalkLastPage(WindowTest):
         window.wait_until(self.desktop.opened, "the page to open")
         self.assertEqual(self.desktop.opened(), [self.text("register_url")])
         window.wait_for_label(self.text("register_title"))
+
+    def test_a_page_that_the_browser_cannot_open_is_named(self):
+        self.desktop.break_browser()
+        window = self.reach_last_page()
+        window.press(self.text("register_now"))
+        window.wait_for_text(self.text("could_not_open_title"))
+        window.wait_for_text(self.text("register_url"))
+        self.assertEqual(self.desktop.opened(), [self.text("register_url")])
+        window.press(self.text("ok_button"))
+        window.wait_until_enabled("push button", self.text("register_now"))
 
     def test_success_is_told_without_a_list_of_failures_and_without_the_log(self):
         window = self.reach_last_page()

@@ -44,7 +44,7 @@ std::string FailureReport::detailOf(const std::string& failedPath) const {
     const auto reason = reasons.find(failedPath);
     if (reason == reasons.end()) return parentPath(failedPath);
     return formatted(localizedText(platform_.bundle, "failed_item_fmt"),
-                     {parentPath(failedPath), reason->second});
+                     {parentPath(failedPath), reason->second.shown});
 }
 
 std::string FailureReport::failureReason() const {
@@ -102,7 +102,7 @@ std::string FailureReport::report() const {
     for (const std::string& path : installation_.failedPaths()) {
         const auto reason = installation_.failureReasons().find(path);
         const bool isKnown = reason != installation_.failureReasons().end();
-        add("Failed", isKnown ? formatted("%@ (%@)", {path, reason->second}) : path);
+        add("Failed", isKnown ? formatted("%@ (%@)", {path, reason->second.logged}) : path);
     }
     for (const HostModel& host : installation_.leftOutHosts()) {
         add("Left out", formatted("%@ (%@)", {host.hostName(), hostFolder(host)}));

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/text/Format.h"
 #include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
 #include "ports/window/WindowPlatform.h"
 #include "ports/window/Workspace.h"
 #include "product/LocalizedText.h"
+#include "steps/hosts/RefusedFolder.h"
 
 namespace installer {
 
@@ -71,6 +73,10 @@ std::vector<ListRow> hostRows(const std::vector<HostModel>& hosts, WindowPlatfor
         if (file.empty() || std::ranges::count_if(plain, isSame) < 2) continue;
         rows[row].detail = formatted(localizedText(platform.bundle, "host_from_file_fmt"),
                                      {plain[row].detail, file});
+    }
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        rows[row].detail = refusedFolderText(platform.bundle, linkRefusalOf(platform, hosts[row]),
+                                             rows[row].detail);
     }
     return rows;
 }

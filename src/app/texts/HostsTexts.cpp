@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "app/texts/HostRefusal.h"
 #include "foundation/text/Format.h"
 #include "hosts/HostModel.h"
 #include "hosts/NotOfferedHost.h"
+#include "ports/Platform.h"
 #include "product/LocalizedText.h"
 
 namespace installer {
@@ -27,7 +29,12 @@ std::string reasonFormat(const Bundle& bundle, NotOfferedHost::Reason reason) {
 
 }  // namespace
 
-std::string selectionNote(const Bundle& bundle, const std::vector<HostModel>& selected) {
+std::string selectionNote(Platform& platform, const std::vector<HostModel>& selected) {
+    const Bundle& bundle = platform.bundle;
+    for (const HostModel& host : selected) {
+        if (linkRefusalOf(platform, host) == LinkRefusal::none) continue;
+        return formatted(localizedText(bundle, "refused_host_selected_fmt"), {host.hostName()});
+    }
     // A custom folder that was not chosen yet is selected too.
     const bool hasFolder = std::ranges::any_of(
         selected, [](const HostModel& host) { return !host.plugInPath().empty(); });

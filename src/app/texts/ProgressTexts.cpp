@@ -1,9 +1,11 @@
 #include "app/texts/ProgressTexts.h"
 
+#include <cstddef>
 #include <cstdint>
 
 #include "app/texts/SizeText.h"
 #include "foundation/text/Format.h"
+#include "foundation/text/Text.h"
 #include "install/run/InstallProgress.h"
 #include "product/LocalizedText.h"
 
@@ -42,6 +44,13 @@ std::string progressNote(const Bundle& bundle, const ProgressReport& report) {
     }
     if (report.timeLeft) add(timeLeftText(bundle, *report.timeLeft));
     return note;
+}
+
+std::string progressFile(const ProgressReport& report) {
+    constexpr std::size_t mostCharacters = 50;
+    // A name that is no text cannot be cut between its characters.
+    if (!isUtf8(report.file) || !characters(report.file, mostCharacters + 1)) return report.file;
+    return characters(report.file, 0, mostCharacters - 1).value_or("") + "…";
 }
 
 }  // namespace installer

@@ -12,6 +12,7 @@
 #include "ports/Platform.h"
 #include "ports/SystemLog.h"
 #include "product/LocalizedText.h"
+#include "product/SystemReason.h"
 
 namespace installer {
 
@@ -75,7 +76,7 @@ void FileInstaller::installEach(const std::vector<Source>& sources, const std::s
 }
 
 void FileInstaller::beginItem(const Source& source) {
-    run_.trouble.clear();
+    run_.trouble = {};
     const std::string text =
         localizedText(platform_.bundle, "installing_file") + lastPathComponent(*source.path);
     platform_.log.log(text);
@@ -102,7 +103,7 @@ std::optional<bool> FileInstaller::copyItem(const std::string& source,
                                             const std::string& destination) {
     FileManager& files = platform_.files;
     if (const std::error_code error = files.copy(source, destination, run_.progress)) {
-        run_.trouble = error.message();
+        run_.trouble = {.shown = systemReason(platform_.bundle, error), .logged = error.message()};
         // What is there counts as installed, even an old item that nobody could remove.
         if (files.exists(destination)) return true;
         if (isHidden(destination)) return copyHiddenItem(source, destination);

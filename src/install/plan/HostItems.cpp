@@ -6,6 +6,7 @@
 #include "foundation/text/Text.h"
 #include "foundation/values/Paths.h"
 #include "install/plan/PayloadTrees.h"
+#include "ports/FileManager.h"
 #include "ports/Platform.h"
 #include "product/PlugInFilesModel.h"
 
@@ -49,6 +50,15 @@ std::vector<PlannedItem> hostItems(Platform& platform, PayloadTrees& trees, cons
         append(items, itemsOf(trees, folder, index));
     }
     return items;
+}
+
+std::vector<std::string> foldersOfHost(Platform& platform, const HostModel& host) {
+    std::vector<std::string> folders;
+    for (HostFolder& folder : foldersFor(platform, host)) {
+        const bool isUsed = !folder.to.empty() && platform.files.exists(folder.source);
+        if (isUsed) folders.push_back(std::move(folder.to));
+    }
+    return folders;
 }
 
 std::vector<PlannedItem> itemsOf(PayloadTrees& trees, const HostFolder& folder,

@@ -16,6 +16,9 @@ class PayloadTrees;
 [[nodiscard]] std::vector<PlannedItem> hostItems(Platform& platform, PayloadTrees& trees,
                                                  const HostModel& host, std::size_t index);
 
+/// The folders of the host that files go into, as far as there are files for them.
+[[nodiscard]] std::vector<std::string> foldersOfHost(Platform& platform, const HostModel& host);
+
 /// A folder of files for hosts and the folder that it is mirrored into.
 struct HostFolder {
     std::string source;

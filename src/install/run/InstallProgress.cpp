@@ -7,12 +7,20 @@
 
 namespace installer {
 
+namespace {
+
+/// From then on people wonder what is going on. The files of a shorter item would only flicker.
+constexpr std::chrono::seconds longItem{1};
+
+}  // namespace
+
 ProgressReport InstallProgress::report() const {
     return {.item = item_,
             .items = items_,
             .itemBytes = itemBytes_,
             .itemTotal = itemBudget_,
-            .timeLeft = remaining_.shown()};
+            .timeLeft = remaining_.shown(),
+            .file = clock_.now() - itemBegan_ < longItem ? "" : file_};
 }
 
 void InstallProgress::begin(std::uint64_t totalBytes, std::size_t items) {
@@ -31,6 +39,7 @@ void InstallProgress::begin(std::uint64_t totalBytes, std::size_t items) {
 void InstallProgress::beginItem(std::uint64_t bytes) {
     endItem();
     itemBudget_ = bytes;
+    itemBegan_ = clock_.now();
     // What is installed beside the plan's items is counted to the last one.
     item_ = std::min(item_ + 1, items_);
     tell();
@@ -41,7 +50,13 @@ void InstallProgress::bytesCopied(std::uint64_t bytes) {
     show();
 }
 
+void InstallProgress::fileBegins(const std::string& name) {
+    file_ = name;
+    tell();
+}
+
 void InstallProgress::endItem() {
+    file_.clear();
     endedItemsBytes_ += itemBudget_;
     itemBytes_ = 0;
     itemBudget_ = 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "install/run/RemainingTime.h"
@@ -22,6 +23,8 @@ struct ProgressReport {
     std::uint64_t itemBytes = 0;  ///< of the current item, those that are copied
     std::uint64_t itemTotal = 0;  ///< and all of them
     std::optional<std::chrono::seconds> timeLeft = {};  ///< nullopt until it is known
+    /// The file that is copied within an item that takes a second or longer; empty for others.
+    std::string file = {};
 };
 
 /// Turns the bytes of a run's copies into the fraction of the run that is done. Each item has a
@@ -45,6 +48,7 @@ class InstallProgress : public ProgressSink {
     /// The next item begins, with that budget; the one before it is over.
     void beginItem(std::uint64_t bytes);
     void bytesCopied(std::uint64_t bytes) override;
+    void fileBegins(const std::string& name) override;
     void endItem();
 
     /// Everything is done, whatever the items' budgets were.
@@ -66,6 +70,8 @@ class InstallProgress : public ProgressSink {
     std::uint64_t itemBytes_ = 0;
     std::uint64_t itemBudget_ = 0;
     double fraction_ = 0;
+    std::chrono::nanoseconds itemBegan_{};
+    std::string file_;
 };
 
 }  // namespace installer

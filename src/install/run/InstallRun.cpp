@@ -18,7 +18,7 @@ void InstallRun::begin() {
     installedPaths.clear();
     failedPaths.clear();
     failureReasons.clear();
-    trouble.clear();
+    trouble = {};
 }
 
 void InstallRun::setAuthorization(std::unique_ptr<Authorization> newAuthorization) {
@@ -38,7 +38,7 @@ void InstallRun::setProgress(InstallProgress* newProgress) {
 
 void InstallRun::recordFailure(const std::string& path) {
     fileOpErrorOccurred = true;
-    if (!trouble.empty()) failureReasons.try_emplace(path, trouble);
+    if (trouble != Trouble()) failureReasons.try_emplace(path, trouble);
     if (std::find(failedPaths.begin(), failedPaths.end(), path) == failedPaths.end()) {
         failedPaths.push_back(path);
     }

@@ -15,6 +15,14 @@ namespace installer {
 class InstallProgress;
 class SearchPaths;
 
+/// Why an item could not be installed; empty while nothing is known.
+struct Trouble {
+    std::string shown;   ///< for people, in their language
+    std::string logged;  ///< in the system's words, for support
+
+    friend bool operator==(const Trouble&, const Trouble&) = default;
+};
+
 /// The state of one install run, shared by everything that takes part in it.
 struct InstallRun {
     /// The group that owns what is installed; the platform knows what it is called there.
@@ -54,10 +62,10 @@ struct InstallRun {
     std::vector<std::string> installedPaths;
     /// The destinations that could not be installed, in that order, each once.
     std::vector<std::string> failedPaths;
-    /// What stands in the way of the current item, for people; empty while nothing is known.
-    std::string trouble;
+    /// What stands in the way of the current item.
+    Trouble trouble;
     /// Why each of the failed paths failed, by path; nothing is there without a reason.
-    std::map<std::string, std::string> failureReasons;
+    std::map<std::string, Trouble> failureReasons;
 };
 
 }  // namespace installer

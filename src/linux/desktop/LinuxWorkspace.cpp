@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "foundation/text/Text.h"
@@ -74,10 +75,12 @@ class LaunchedProcess : public LaunchedApplication {
 }  // namespace
 
 LinuxWorkspace::LinuxWorkspace(DescriptorWatcher& watcher, Bundles& bundles, SystemLog& log,
-                               Environment environment)
+                               Environment environment,
+                               std::chrono::steady_clock::duration timeOfOpeners)
     : bundles_(bundles),
       log_(log),
       environment_(std::move(environment)),
+      timeOfOpeners_(timeOfOpeners),
       processes_(watcher),
       applications_(watcher, bundles) {}
 
@@ -99,15 +102,38 @@ bool LinuxWorkspace::open(const std::string& addressOrPath) {
         log_.log("Could not open " + addressOrPath + ": there is no " + opener);
         return false;
     }
-    const auto process = processes_.start(*program, {addressOrPath});
+    const auto process = processes_.start(
+        *program, {addressOrPath},
+        [this, addressOrPath, begin = std::chrono::steady_clock::now()](int waitStatus) {
+            if (std::chrono::steady_clock::now() - begin >= timeOfOpeners_) return;
+            openerEnded(addressOrPath, waitStatus);
+        });
     if (!process) {
         log_.log("Could not open " + addressOrPath + ": " + process.error().message());
     }
     return static_cast<bool>(process);
 }
 
+void LinuxWorkspace::openerEnded(const std::string& addressOrPath, int waitStatus) {
+    if (waitStatus == 0) return;
+    const std::string how = WIFEXITED(waitStatus)
+                                ? "status " + std::to_string(WEXITSTATUS(waitStatus))
+                                : "signal " + std::to_string(WTERMSIG(waitStatus));
+    log_.log("Could not open " + addressOrPath + ": " + opener + " has ended with " + how);
+    failedOpenings_.call(addressOrPath);
+}
+
+Subscription LinuxWorkspace::onOpeningFailed(
+    std::function<void(const std::string& addressOrPath)> handler) {
+    return failedOpenings_.add(std::move(handler));
+}
+
 std::vector<std::string> LinuxWorkspace::runningApplications() {
     return applications_.scan();
+}
+
+ApplicationFace LinuxWorkspace::faceOfRunningApplication(const std::string& name) {
+    return applications_.faceOf(name);
 }
 
 Subscription LinuxWorkspace::onApplicationTerminated(

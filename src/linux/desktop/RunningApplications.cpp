@@ -15,9 +15,11 @@
 #include <unistd.h>
 
 #include "linux/bundle/PackageLayout.h"
+#include "linux/desktop/ApplicationIcon.h"
 #include "linux/desktop/ApplicationName.h"
 #include "linux/desktop/ProcessFacts.h"
 #include "ports/DescriptorWatcher.h"
+#include "privileged/system/Accounts.h"
 
 namespace installer {
 
@@ -50,6 +52,27 @@ std::set<uid_t> peopleOfThisSession() {
     return people;
 }
 
+/// Empty for a program of the person's own.
+std::string ownerOf(const ProcessFacts& facts) {
+    // Root's number is the smallest: behind it is who has become root.
+    const uid_t person = *peopleOfThisSession().rbegin();
+    if (!facts.user || *facts.user == person) return "";
+    const auto account = userNumbered(*facts.user);
+    return account ? account.value().name : std::to_string(*facts.user);
+}
+
+/// The icon of the package that the program or the script lies in.
+Image iconOf(const ProcessFacts& facts, Bundles& bundles) {
+    std::vector<std::string> paths = {facts.executable};
+    paths.insert(paths.end(), facts.arguments.begin(), facts.arguments.end());
+    for (const std::string& path : paths) {
+        const auto package = path.starts_with('/') ? packageOfProgram(path) : std::nullopt;
+        if (!package) continue;
+        if (Image icon = applicationIcon(*package, bundles); !icon.path.empty()) return icon;
+    }
+    return {};
+}
+
 bool hasEnded(const FileDescriptor& process) {
     pollfd polled{process.get(), POLLIN, 0};
     return ::poll(&polled, 1, 0) > 0;
@@ -78,6 +101,7 @@ std::vector<std::string> RunningApplications::scanned() {
     std::erase_if(watched_, [](const auto& entry) { return !hasEnded(entry.second.process); });
     const std::set<uid_t> people = peopleOfThisSession();
     std::vector<std::string> names;
+    listed_.clear();
     for (const pid_t number : listedProcesses()) {
         if (number == ::getpid()) continue;
         // Opened before its facts are read, the descriptor shows whether they are still those of
@@ -90,9 +114,21 @@ std::vector<std::string> RunningApplications::scanned() {
         std::string name = applicationName(*facts, bundles_);
         if (name.empty()) continue;
         if (process && process.get() < descriptorLimit_) watch(std::move(process), name);
+        listed_.emplace_back(number, name);
         names.push_back(std::move(name));
     }
     return names;
+}
+
+ApplicationFace RunningApplications::faceOf(const std::string& name) const {
+    for (const auto& [process, itsName] : listed_) {
+        if (itsName != name) continue;
+        const auto facts = processFacts(process);
+        // Another process may have its number by now.
+        if (!facts || applicationName(*facts, bundles_) != name) continue;
+        return {.owner = ownerOf(*facts), .icon = iconOf(*facts, bundles_)};
+    }
+    return {};
 }
 
 /// Another run of the installer, or its helper.

@@ -6,10 +6,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <sys/types.h>
 
 #include "foundation/observers/ObserverList.h"
 #include "foundation/observers/Subscription.h"
+#include "ports/window/Workspace.h"
 #include "privileged/system/FileDescriptor.h"
 
 namespace installer {
@@ -40,6 +44,10 @@ class RunningApplications {
     /// these are watched, beside those whose end has not been told yet.
     [[nodiscard]] std::vector<std::string> scan();
 
+    /// Whose it is, and the icon of its package, for the first of that name in the last scan; an
+    /// empty face when it has ended since.
+    [[nodiscard]] ApplicationFace faceOf(const std::string& name) const;
+
     /// The handler may scan anew.
     [[nodiscard]] Subscription onTerminated(std::function<void(const std::string& name)> handler);
 
@@ -61,7 +69,8 @@ class RunningApplications {
     Bundles& bundles_;
     int descriptorLimit_;
     std::optional<std::string> ownPackage_;
-    std::map<int, Watched> watched_;  ///< by descriptor
+    std::map<int, Watched> watched_;                     ///< by descriptor
+    std::vector<std::pair<pid_t, std::string>> listed_;  ///< the processes of the last scan
 
     std::vector<std::string> untold_;  ///< the names of those whose ends are told next
     FileDescriptor timer_;

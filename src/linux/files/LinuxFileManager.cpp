@@ -126,22 +126,27 @@ bool LinuxFileManager::isPackage(const std::string& path) {
 std::error_code LinuxFileManager::copy(const std::string& source, const std::string& destination,
                                        ProgressSink* progress) {
     CopyProgress tell;
-    if (progress != nullptr)
+    FileBegins tellFile;
+    if (progress != nullptr) {
         tell = [progress](std::uint64_t bytes) { progress->bytesCopied(bytes); };
+        tellFile = [progress](const std::string& name) { progress->fileBegins(name); };
+    }
     finished_.forget();
     const auto expected = stager_.take(source, destination);
     if (expected) {
         if (const auto published = stager_.publish(*expected, tell, finished_)) return *published;
     }
     const auto given = expected ? stager_.given() : std::nullopt;
-    return withRoom([&] { return copyNow(source, destination, tell, given); });
+    return withRoom([&] { return copyNow(source, destination, tell, tellFile, given); });
 }
 
 std::error_code LinuxFileManager::copyNow(const std::string& source, const std::string& destination,
                                           const CopyProgress& progress,
+                                          const FileBegins& fileBegins,
                                           const std::optional<GivenAttributes>& given) {
     stager_.destination().doubtItsPath();
     CopyTask task{.progress = progress,
+                  .fileBegins = fileBegins,
                   .privileges = privilegesOfCopies(),
                   .given = given,
                   .workers = threads_.count() > 0 ? &threads_ : nullptr};

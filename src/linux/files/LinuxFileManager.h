@@ -60,6 +60,7 @@ class LinuxFileManager : public FileManager {
   private:
     [[nodiscard]] std::error_code copyNow(const std::string& source, const std::string& destination,
                                           const CopyProgress& progress,
+                                          const FileBegins& fileBegins,
                                           const std::optional<GivenAttributes>& given);
     [[nodiscard]] std::error_code createFileNow(const std::string& path,
                                                 std::string_view contents) const;

@@ -25,7 +25,7 @@ void DetachedProcess::terminate() const {
 }
 
 Result<std::shared_ptr<const DetachedProcess>> DetachedProcesses::start(
-    const std::string& program, const std::vector<std::string>& arguments) {
+    const std::string& program, const std::vector<std::string>& arguments, WhenEnded whenEnded) {
     SpawnRequest request;
     request.path = program;
     request.arguments = arguments;
@@ -36,7 +36,8 @@ Result<std::shared_ptr<const DetachedProcess>> DetachedProcesses::start(
     if (process->descriptor_) {
         const int descriptor = process->descriptor_.get();
         Subscription end = watcher_.watch(descriptor, [this, descriptor] { ended(descriptor); });
-        running_.insert_or_assign(descriptor, Watched{process, std::move(end)});
+        running_.insert_or_assign(descriptor,
+                                  Watched{process, std::move(whenEnded), std::move(end)});
     }
     return process;
 }
@@ -44,10 +45,12 @@ Result<std::shared_ptr<const DetachedProcess>> DetachedProcesses::start(
 void DetachedProcesses::ended(int descriptor) {
     const auto node = running_.extract(descriptor);
     if (node.empty()) return;
-    siginfo_t information{};
-    while (::waitid(P_PIDFD, static_cast<id_t>(descriptor), &information, WEXITED) != 0 &&
-           errno == EINTR) {
-    }
+    int status = 0;
+    pid_t waitedFor = 0;
+    do {
+        waitedFor = ::waitpid(node.mapped().process->process_, &status, 0);
+    } while (waitedFor < 0 && errno == EINTR);
+    if (waitedFor > 0 && node.mapped().whenEnded) node.mapped().whenEnded(status);
 }
 
 }  // namespace installer

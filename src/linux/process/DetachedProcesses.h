@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -39,13 +40,20 @@ class DetachedProcesses {
   public:
     explicit DetachedProcesses(DescriptorWatcher& watcher) : watcher_(watcher) {}
 
-    /// Not through a shell. The result says whether it started, not how it ends.
+    /// Called with the wait status of a program that has ended. May destroy the
+    /// `DetachedProcesses`.
+    using WhenEnded = std::function<void(int waitStatus)>;
+
+    /// Not through a shell. The result says whether it started, not how it ends: `whenEnded` is
+    /// told of that while the event loop turns, as long as this object lives.
     [[nodiscard]] Result<std::shared_ptr<const DetachedProcess>> start(
-        const std::string& program, const std::vector<std::string>& arguments);
+        const std::string& program, const std::vector<std::string>& arguments,
+        WhenEnded whenEnded = {});
 
   private:
     struct Watched {
         std::shared_ptr<const DetachedProcess> process;
+        WhenEnded whenEnded;
         Subscription end;  ///< the last member: it goes before the descriptor is closed
     };
 

@@ -47,6 +47,26 @@ std::string LinkedFolders::ledTo(const std::string& folder) const {
     return folder;
 }
 
+LinkRefusal LinkedFolders::refusal(const std::string& folder,
+                                   const ProtectedFolders& protectedFolders) const {
+    for (std::string existing = folder; !isRoot(existing); existing = parentPath(existing)) {
+        if (walkPath(FileDescriptor(), existing, LinkTrust::inRootsFolders())) break;
+        const auto opened = walkPath(FileDescriptor(), existing, LinkTrust::ofRootOr(user_));
+        if (opened) {
+            const bool isProtected = protectedFolders.hold(placeOf(opened.value()));
+            return isProtected ? LinkRefusal::intoSystem : LinkRefusal::none;
+        }
+        if (opened.error() == std::errc::no_such_file_or_directory) continue;
+        // Too many links for everybody lead nowhere; what is missing behind a link would be made.
+        constexpr auto forbidden = std::errc::too_many_symbolic_link_levels;
+        const bool isOfAnother =
+            opened.error() == forbidden &&
+            walkPath(FileDescriptor(), existing, LinkTrust::any()).error() != forbidden;
+        return isOfAnother ? LinkRefusal::ofAnotherUser : LinkRefusal::none;
+    }
+    return LinkRefusal::none;
+}
+
 WriteGrant LinkedFolders::follow(const WriteGrant& grant) {
     folders_.clear();
     std::unordered_set<std::string> seen;

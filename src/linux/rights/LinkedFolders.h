@@ -7,6 +7,8 @@
 #include <sys/types.h>
 
 #include "foundation/values/WriteGrant.h"
+#include "ports/Authorization.h"
+#include "privileged/wall/ProtectedFolders.h"
 
 namespace installer {
 
@@ -27,6 +29,11 @@ class LinkedFolders {
     /// The path by which the grant knows it, if the grant had to follow a link to it. Else the path
     /// itself. So a link that has been changed meanwhile leads to nothing that is granted.
     [[nodiscard]] std::string followed(const std::string& path) const;
+
+    /// Why root would not go where links on the way to the folder lead now; what is missing of its
+    /// path does not count. `protectedFolders` are those that root keeps out of.
+    [[nodiscard]] LinkRefusal refusal(const std::string& folder,
+                                      const ProtectedFolders& protectedFolders) const;
 
   private:
     [[nodiscard]] std::string ledTo(const std::string& folder) const;

@@ -9,6 +9,7 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include "foundation/values/Paths.h"
 #include "linux/rights/HelperTrust.h"
 #include "linux/rights/LinkedFolders.h"
 #include "linux/rights/PrivilegedHelper.h"
@@ -169,10 +170,23 @@ void LinuxAuthorization::setProgressSink(ProgressSink* progress) {
     if (helper_) helper_->setProgressSink(progress);
 }
 
+/// Whether this user can add to the folder, or to the nearest one above it that exists.
+bool canWriteAlone(std::string folder) {
+    while (folder.size() > 1 && ::access(folder.c_str(), F_OK) != 0) folder = parentPath(folder);
+    return ::access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
 }  // namespace
 
 std::unique_ptr<Authorization> LinuxAuthorizations::create() {
     return std::make_unique<LinuxAuthorization>(access_);
+}
+
+LinkRefusal LinuxAuthorizations::linkRefusal(const std::string& folder) const {
+    const uid_t user = ::getuid();
+    if (::geteuid() != 0 && canWriteAlone(folder)) return LinkRefusal::none;
+    const HelperPlace& helper = access_.helper;
+    return LinkedFolders(user).refusal(folder, ProtectedFolders(helper.volume, helper.home, user));
 }
 
 }  // namespace installer

@@ -36,6 +36,7 @@ class LinuxAuthorizations : public Authorizations {
   public:
     explicit LinuxAuthorizations(AdministratorAccess access) : access_(std::move(access)) {}
     [[nodiscard]] std::unique_ptr<Authorization> create() override;
+    [[nodiscard]] LinkRefusal linkRefusal(const std::string& folder) const override;
 
   private:
     AdministratorAccess access_;

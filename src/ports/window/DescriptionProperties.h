@@ -36,13 +36,15 @@ inline constexpr const char* readingColumnProperty = "readingColumn";
 inline constexpr const char* fitsTextProperty = "fitsText";
 inline constexpr const char* printsProperty = "prints";
 inline constexpr const char* savesProperty = "saves";
+/// A truth value of a label: it shows a placeholder where its picture is missing.
+inline constexpr const char* placeholderProperty = "placeholder";
 
 /// Those that bind nothing: all but the bindings.
-inline constexpr std::array<const char*, 15> otherDescriptionProperties = {
+inline constexpr std::array<const char*, 16> otherDescriptionProperties = {
     actionProperty,    guardsTextProperty,  textKeyProperty,   accessibleNameKeyProperty,
     checkableProperty, textSizeProperty,    sidePaneProperty,  connectsDotsProperty,
     dotProperty,       pictureNameProperty, holdsMenuProperty, readingColumnProperty,
-    fitsTextProperty,  printsProperty,      savesProperty};
+    fitsTextProperty,  printsProperty,      savesProperty,     placeholderProperty};
 
 [[nodiscard]] constexpr bool isBindingProperty(std::string_view name) {
     return std::ranges::find(bindingProperties, name) != bindingProperties.end();

@@ -18,6 +18,13 @@ class LaunchedApplication {
     virtual void terminate() = 0;
 };
 
+/// What a person knows a running application by, beside its name.
+struct ApplicationFace {
+    std::string owner =
+        {};           ///< the login name of the user who started it; empty for the person's own
+    Image icon = {};  ///< no picture when it is not known
+};
+
 /// The user's desktop and what runs on it.
 class Workspace {
   public:
@@ -31,10 +38,21 @@ class Workspace {
     /// The same for a file, by its path.
     virtual bool openFile(const std::string& path) = 0;
 
+    /// Calls `handler` with each address or path whose opening was started and then failed: what
+    /// was to open it soon ended with an error, for instance because the desktop has no browser.
+    /// Called while the event loop turns and until the handle is destroyed. The handler may destroy
+    /// this object.
+    [[nodiscard]] virtual Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> handler) = 0;
+
     /// The names of the running applications, as a person knows them, in the platform's order.
     /// From now on their ends are watched, and no others; an end that has happened already, of what
     /// was watched before, is still told.
     [[nodiscard]] virtual std::vector<std::string> runningApplications() = 0;
+
+    /// The face of the first of those applications that has the name; an empty one when it has
+    /// ended.
+    [[nodiscard]] virtual ApplicationFace faceOfRunningApplication(const std::string& name) = 0;
 
     /// Calls `handler` with the name of each watched application that ends, while the event loop
     /// turns and until the handle is destroyed. The handler may ask for the running applications

@@ -70,6 +70,7 @@ class FolderCopier : public TreeVisitor {
         tellOfFilled();
         if (group_ && group_->hasFailed()) return systemError(ECANCELED);
         if (type == DT_LNK) return copyLink(parent, name);
+        if (type == DT_REG && task_.fileBegins) task_.fileBegins(name);
         return type == DT_REG ? copyFile(parent, name) : systemError(EINVAL);
     }
 

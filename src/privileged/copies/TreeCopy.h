@@ -20,6 +20,10 @@ class Workers;
 /// 0 at each entry of a folder, so that a copy of many empty ones is seen to go on.
 using CopyProgress = std::function<void(std::uint64_t)>;
 
+/// Called with the name of each file of a folder before it is copied, by the thread that asked for
+/// the copy.
+using FileBegins = std::function<void(const std::string& name)>;
+
 /// What lets a program run with its file's rights: the set-user-ID and set-group-ID bits and the
 /// file's capabilities.
 enum class Privileges { keep, drop };
@@ -36,6 +40,7 @@ struct GivenAttributes {
 /// One copy: what it obeys, and what it finds out.
 struct CopyTask {
     CopyProgress progress = {};
+    FileBegins fileBegins = {};
     Privileges privileges = Privileges::keep;
     /// Given to each entry before it can be seen at its place, instead of the source's mode, where
     /// this process may.

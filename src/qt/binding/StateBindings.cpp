@@ -6,12 +6,14 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
+#include "ports/window/DescriptionProperties.h"
 #include "qt/binding/Binding.h"
 #include "qt/controls/Announcement.h"
 #include "qt/controls/WindowManners.h"
 #include "qt/dressing/BehindQuestion.h"
 #include "qt/values/Picture.h"
 #include "qt/values/QtText.h"
+#include "qt/values/RowIcon.h"
 
 namespace installer {
 
@@ -137,6 +139,10 @@ ShowValue imageBinding(QObject& control, const BindingContext& /*context*/) {
     return [label](const PropertyValue& value) {
         const auto* image = std::get_if<Image>(&value);
         showPicture(*label, image ? *image : Image{});
+        if (!image || !label->pixmap().isNull()) return;
+        if (!label->property(placeholderProperty).toBool()) return;
+        const int side = label->minimumWidth();
+        label->setPixmap(placeholderIcon(side).pixmap(side));
     };
 }
 

@@ -1,6 +1,7 @@
 #include "qt/dressing/Dressing.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QTextBrowser>
 #include <QToolButton>
 #include <QVariant>
@@ -32,6 +33,12 @@ void dressOne(QWidget& control, const Bundle& bundle) {
     if (auto* browser = qobject_cast<QTextBrowser*>(&control)) {
         if (control.property(readingColumnProperty).toBool()) new ReadingColumn(*browser);
         if (control.property(fitsTextProperty).toBool()) new FitsText(*browser);
+    }
+    if (auto* field = qobject_cast<QLineEdit*>(&control); field && !field->hasFrame()) {
+        // The toolkit's own distance from a frame: without one, the text begins where its label
+        // does.
+        constexpr int innerMargin = 2;
+        field->setTextMargins(-innerMargin, 0, -innerMargin, 0);
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
         if (control.property(holdsMenuProperty).toBool()) new MenuButton(*button);

@@ -13,6 +13,7 @@
 #include "product/LocalizedText.h"
 #include "product/ProductFacts.h"
 #include "steps/hosts/HostsModel.h"
+#include "steps/hosts/RefusedFolder.h"
 #include "wizard/MainController.h"
 
 namespace installer {
@@ -286,6 +287,10 @@ std::string HostsController::customPath() const {
 std::string HostsController::customFolderNote() const {
     const std::string folder = customPath();
     if (folder.empty()) return "";
+    const LinkRefusal refusal = platform_.authorizations.linkRefusal(folder);
+    if (refusal != LinkRefusal::none) {
+        return refusedFolderText(platform_.bundle, refusal, lastPathComponent(folder));
+    }
     const bool isMissing =
         platform_.files.list(folder).error() == std::errc::no_such_file_or_directory;
     return isMissing ? localizedText(platform_.bundle, "custom_folder_missing") : "";

@@ -146,7 +146,8 @@ void InstallFilesController::endRun(const InstallPlan& plan) {
 
 /// Last, since an item that was not installed keeps the later hosts from being installed into.
 void InstallFilesController::reportRefusedItems(const InstallPlan& plan) {
-    run_.trouble = localizedText(platform_.bundle, "system_folder");
+    run_.trouble = {.shown = localizedText(platform_.bundle, "system_folder"),
+                    .logged = "a folder of the system"};
     for (const PlannedItem& item : plan.refused) errors_.showFileErrorUI(item.destination);
 }
 

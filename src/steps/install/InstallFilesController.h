@@ -62,7 +62,7 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     [[nodiscard]] const std::vector<std::string>& failedPaths() const { return run_.failedPaths; }
 
     /// Why each of them failed, by path, as far as that is known.
-    [[nodiscard]] const std::map<std::string, std::string>& failureReasons() const {
+    [[nodiscard]] const std::map<std::string, Trouble>& failureReasons() const {
         return run_.failureReasons;
     }
 

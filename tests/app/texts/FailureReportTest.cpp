@@ -93,6 +93,20 @@ TEST_F(FailureReportTest, AFailedItemHasItsReason) {
     EXPECT_EQ(failedItems().front().detail, "/Applications (" + error + ")");
 }
 
+TEST_F(FailureReportTest, TheReasonIsInThePersonsLanguageAndInTheSystemsWordsForSupport) {
+    fake.bundle.tables["Localizable"]["reason_read_only"] = "schreibgeschützt";
+    const std::error_code error = std::make_error_code(std::errc::read_only_file_system);
+    fake.files.setFault([&](const RecordingFileManager::Operation& operation) {
+        return operation.front() == "copy" ? error : std::error_code();
+    });
+    fake.authorizations.works = [](const auto& command) { return command.front() != "/bin/cp"; };
+    install();
+    ASSERT_THAT(failedItems(), Not(IsEmpty()));
+    EXPECT_THAT(failedItems().front().detail, testing::EndsWith(" (schreibgeschützt)"));
+    wizard->performAction("copyReport", nullptr);
+    EXPECT_THAT(fake.clipboard.text, HasSubstr("a.txt (" + error.message() + ")"));
+}
+
 TEST_F(FailureReportTest, AnItemForAFolderOfTheSystemSaysSo) {
     fake.memory.addFile(payload + "/PHOTOSHOP_PLUGINS/F.plugin/f");
     fake.memory.addFile("/Users/tester/Library/Preferences/Adobe Photoshop CS6 Paths",
@@ -209,6 +223,18 @@ TEST_F(FailureReportTest, APageThatNothingOpensIsNamed) {
     fake.workspace.canOpen = false;
     install();
     wizard->performAction("subViewButtonPress", nullptr);
+    ASSERT_EQ(fake.alerts.shown.size(), 2U);
+    EXPECT_EQ(fake.alerts.shown.back().message, "Open https://acme.example");
+}
+
+TEST_F(FailureReportTest, APageWhoseBrowserFailsIsNamed) {
+    fake.bundle.tables["Localizable"].insert({{"could_not_open_title", "No"},
+                                              {"could_not_open_message", "Open %@"},
+                                              {"register_url", "https://acme.example"}});
+    install();
+    wizard->performAction("subViewButtonPress", nullptr);
+    ASSERT_EQ(fake.alerts.shown.size(), 1U) << "the licence's question";
+    fake.workspace.failToOpen("https://acme.example");
     ASSERT_EQ(fake.alerts.shown.size(), 2U);
     EXPECT_EQ(fake.alerts.shown.back().message, "Open https://acme.example");
 }

@@ -61,6 +61,25 @@ TEST_F(HostRowsTest, TwoRowsOfOneHostNameTheFilesThatTheyCameFrom) {
               "/Applications/Adobe Photoshop CC 2019 by Adobe Photoshop CC 2019 Settings");
 }
 
+TEST_F(HostRowsTest, APhotoshopBehindALinkThatIsNotFollowedSaysSoAndIsNotTicked) {
+    fake.bundle.tables["Localizable"]["host_link_of_another_fmt"] = "%@ (foreign)";
+    fake.bundle.tables["Localizable"]["host_link_into_system_fmt"] = "%@ (of the system)";
+    fake.memory.addFile("/Installer.app/Contents/Resources/files/PHOTOSHOP/run.jsx");
+    for (const char* name :
+         {"Adobe Photoshop CS6", "Adobe Photoshop CC", "Adobe Photoshop CC 2017"}) {
+        addPhotoshop(name);
+    }
+    fake.authorizations.linkRefusals = {
+        {"/Applications/Adobe Photoshop CS6", LinkRefusal::ofAnotherUser},
+        {"/Applications/Adobe Photoshop CC 2017", LinkRefusal::intoSystem}};
+    start();
+    ASSERT_THAT(rows(), SizeIs(3));
+    EXPECT_EQ(rows()[0].detail, "/Applications/Adobe Photoshop CC");
+    EXPECT_EQ(rows()[1].detail, "/Applications/Adobe Photoshop CS6 (foreign)");
+    EXPECT_EQ(rows()[2].detail, "/Applications/Adobe Photoshop CC 2017 (of the system)");
+    EXPECT_THAT(selectedNames(), ElementsAre("Adobe Photoshop CC"));
+}
+
 TEST_F(HostRowsTest, TickingAPhotoshopEndsTheCustomInstall) {
     addPhotoshop("Adobe Photoshop CS6");
     fake.preferences.values[{"com.quarrytone.installer", "customPath"}] = "/My Plug-Ins";

@@ -46,6 +46,19 @@ TEST_F(HostsTextsTest, TheNoteIsReadAgainWhenARowIsTicked) {
     EXPECT_THAT(refreshed, testing::Contains("selectionNote"));
 }
 
+TEST_F(HostsTextsTest, WhoeverTicksAPhotoshopThatTakesNothingIsWarned) {
+    fake.bundle.tables["Localizable"]["refused_host_selected_fmt"] = "Not into %@";
+    fake.memory.addFile("/Installer.app/Contents/Resources/files/PHOTOSHOP/run.jsx");
+    addPhotoshop("Adobe Photoshop CC");
+    fake.authorizations.linkRefusals["/Applications/Adobe Photoshop CS6"] =
+        LinkRefusal::ofAnotherUser;
+    start();
+    goTo(1);
+    EXPECT_EQ(note(), "");
+    tick(1, true);
+    EXPECT_EQ(note(), "Not into Adobe Photoshop CS6");
+}
+
 TEST_F(HostsTextsTest, ACustomFolderNeedsNoNote) {
     fake.preferences.values[{"com.quarrytone.installer", "customPath"}] = "/My Plug-Ins";
     start();

@@ -42,6 +42,16 @@ TEST_F(ProgressTextsTest, SayHowMuchOfALargeItemIsCopied) {
     EXPECT_EQ(note({.item = 1, .items = 2, .itemBytes = 5, .itemTotal = 2000}), "Item 1 of 2");
 }
 
+TEST_F(ProgressTextsTest, CutTheNameOfAFileThatIsTooLongForALine) {
+    EXPECT_EQ(progressFile({.file = "a.txt"}), "a.txt");
+    const std::string fifty(50, 'x');
+    EXPECT_EQ(progressFile({.file = fifty}), fifty);
+    std::string letters;
+    for (int count = 0; count < 51; ++count) letters += "ü";
+    EXPECT_EQ(progressFile({.file = letters}), letters.substr(0, 98) + "…");
+    EXPECT_EQ(progressFile({.file = fifty + "\xff" + fifty}), fifty + "\xff" + fifty);
+}
+
 TEST_F(ProgressTextsTest, LeaveOutWhatTheTableHasNoTextFor) {
     fake.bundle.tables["Localizable"].erase("progress_item_fmt");
     EXPECT_EQ(note({.item = 3, .items = 12, .timeLeft = seconds(20)}), "20 s");

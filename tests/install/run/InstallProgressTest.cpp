@@ -41,6 +41,24 @@ TEST_F(InstallProgressTest, ShowsTheBytesAsAFractionOfTheRun) {
     expectNeverBackwards();
 }
 
+TEST_F(InstallProgressTest, NamesTheFilesOfAnItemThatTakesASecond) {
+    int told = 0;
+    progress.onReport([&] { ++told; });
+    progress.begin(200, 2);
+    progress.beginItem(100);
+    progress.fileBegins("one");
+    EXPECT_EQ(progress.report().file, "") << "it would only flicker";
+    clock.passed += std::chrono::seconds(1);
+    const int before = told;
+    progress.fileBegins("two");
+    EXPECT_EQ(progress.report().file, "two");
+    progress.fileBegins("three");
+    EXPECT_EQ(told, before + 1) << "the window is told ten times a second at most";
+    progress.beginItem(100);
+    clock.passed += std::chrono::seconds(1);
+    EXPECT_EQ(progress.report().file, "") << "an item of one file";
+}
+
 TEST_F(InstallProgressTest, AnItemThatEndsHasUsedItsWholeBudget) {
     progress.begin(100, 0);
     progress.beginItem(40);

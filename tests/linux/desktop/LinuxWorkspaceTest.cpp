@@ -1,4 +1,6 @@
+#include <chrono>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -116,6 +118,67 @@ TEST_F(LinuxWorkspaceTest, AnOpenerThatCannotBeStartedIsToldInALine) {
     addScript(disk_, "bin/xdg-open", "#!/nonexistent/interpreter\n");
     EXPECT_FALSE(workspace_.openAddress("http://example.com/"));
     EXPECT_THAT(log_.lines, ElementsAre(HasSubstr("No such file")));
+}
+
+TEST_F(LinuxWorkspaceTest, AnOpenerThatEndsWithAnErrorIsToldOnce) {
+    addScript(disk_, "bin/xdg-open", "#!/bin/sh\nexit 3\n");
+    std::vector<std::string> failed;
+    const Subscription failures =
+        workspace_.onOpeningFailed([&](const std::string& address) { failed.push_back(address); });
+    ASSERT_TRUE(workspace_.openAddress("https://example.com/a"));
+    EXPECT_THAT(failed, IsEmpty()) << "nobody waits for its end";
+    awaitNoChildren();
+    EXPECT_THAT(failed, ElementsAre("https://example.com/a"));
+    EXPECT_THAT(
+        log_.lines,
+        ElementsAre("Could not open https://example.com/a: xdg-open has ended with status 3"));
+}
+
+TEST_F(LinuxWorkspaceTest, AnOpenerThatIsKilledHasFailed) {
+    addScript(disk_, "bin/xdg-open", "#!/bin/sh\nkill -KILL $$\n");
+    std::vector<std::string> failed;
+    const Subscription failures =
+        workspace_.onOpeningFailed([&](const std::string& address) { failed.push_back(address); });
+    ASSERT_TRUE(workspace_.openAddress("https://example.com/a"));
+    awaitNoChildren();
+    EXPECT_THAT(failed, ElementsAre("https://example.com/a"));
+}
+
+TEST_F(LinuxWorkspaceTest, AnOpenerThatEndsWellHasNotFailed) {
+    addScript(disk_, "bin/xdg-open", "#!/bin/sh\n");
+    bool failed = false;
+    const Subscription failures =
+        workspace_.onOpeningFailed([&](const std::string& /*address*/) { failed = true; });
+    ASSERT_TRUE(workspace_.openAddress("https://example.com/a"));
+    awaitNoChildren();
+    EXPECT_FALSE(failed);
+}
+
+TEST_F(LinuxWorkspaceTest, AnOpenerThatRanOnForAWhileHasNotFailedWhateverItsEnd) {
+    addScript(disk_, "bin/xdg-open", "#!/bin/sh\nexit 1\n");
+    const Environment environment = [this](const std::string& /*name*/) {
+        return std::optional(path_);
+    };
+    LinuxWorkspace workspace(loop_, bundles_, log_, environment, std::chrono::seconds(0));
+    bool failed = false;
+    const Subscription failures =
+        workspace.onOpeningFailed([&](const std::string& /*address*/) { failed = true; });
+    ASSERT_TRUE(workspace.openAddress("https://example.com/a"));
+    awaitNoChildren();
+    EXPECT_FALSE(failed);
+    EXPECT_THAT(log_.lines, IsEmpty());
+}
+
+TEST_F(LinuxWorkspaceTest, WhoeverIsToldOfAFailedOpenerMayEndTheWorkspace) {
+    addScript(disk_, "bin/xdg-open", "#!/bin/sh\nexit 3\n");
+    const Environment environment = [this](const std::string& /*name*/) {
+        return std::optional(path_);
+    };
+    auto workspace = std::make_unique<LinuxWorkspace>(loop_, bundles_, log_, environment);
+    const Subscription failures =
+        workspace->onOpeningFailed([&](const std::string& /*address*/) { workspace.reset(); });
+    ASSERT_TRUE(workspace->openAddress("https://example.com/a"));
+    while (workspace) ASSERT_TRUE(loop_.runOnce());
 }
 
 TEST_F(LinuxWorkspaceTest, AFileIsOpenedByItsPath) {

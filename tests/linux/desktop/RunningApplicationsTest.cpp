@@ -113,6 +113,27 @@ class RunningApplicationsTest : public testing::Test {
     std::vector<std::string> ended_;
 };
 
+TEST_F(RunningApplicationsTest, AProgramInAPackageHasThePackagesIcon) {
+    const std::string icon = disk_.add(photoshop + ".app/Contents/Resources/AppIcon.png", "");
+    const std::string program = photoshop + ".app/Contents/MacOS/run";
+    RunningProgram own(addSleeper(disk_, program));
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).icon, Image()) << "not listed yet";
+    ASSERT_THAT(running(), Contains(photoshop));
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).icon, Image{icon});
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).owner, "");
+    own.end();
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).icon, Image());
+}
+
+TEST_F(RunningApplicationsTest, AProgramOfRootIsRootsForWhoeverHasBecomeRoot) {
+    ASSERT_EQ(::setenv("SUDO_UID", "65534", 1), 0);
+    RunningProgram program = start(photoshop);
+    ASSERT_THAT(running(), Contains(photoshop));
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).owner, "root");
+    ::unsetenv("SUDO_UID");
+    EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).owner, "");
+}
+
 TEST_F(RunningApplicationsTest, AProgramIsListedByItsWholeNameWhileItRuns) {
     EXPECT_THAT(running(), Not(Contains(photoshop)));
     RunningProgram program = start(photoshop);

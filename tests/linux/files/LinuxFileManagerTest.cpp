@@ -258,6 +258,24 @@ struct CountingSink : ProgressSink {
     std::uint64_t sum = 0;
 };
 
+struct NamingSink : ProgressSink {
+    std::vector<std::string> names;
+    void bytesCopied(std::uint64_t /*bytes*/) override {}
+    void fileBegins(const std::string& name) override { names.push_back(name); }
+};
+
+TEST_F(LinuxFileManagerTest, CopyTellsTheSinkEachFileOfAFolderAndNoneOfAFile) {
+    for (const char* folder : {"Tool.app", "Tool.app/Contents"}) disk_.makeFolder(folder);
+    disk_.makeFile("Tool.app/one", "1");
+    disk_.makeFile("Tool.app/Contents/two", "2");
+    disk_.makeFile("file", "");
+    NamingSink sink;
+    EXPECT_FALSE(files_.copy(path("file"), path("copy of file"), &sink));
+    EXPECT_EQ(sink.names, std::vector<std::string>());
+    EXPECT_FALSE(files_.copy(path("Tool.app"), path("copy"), &sink));
+    EXPECT_EQ(sorted(sink.names), (std::vector<std::string>{"one", "two"}));
+}
+
 TEST_F(LinuxFileManagerTest, CopyTellsTheSinkEveryByte) {
     disk_.makeFolder("a");
     disk_.makeFile("a/one", std::string(70'000, 'x'));

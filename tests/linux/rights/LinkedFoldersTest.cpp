@@ -67,6 +67,32 @@ TEST_F(LinkedFoldersTest, ALinkOfAnotherUserIsNotFollowed) {
     EXPECT_EQ(ofNobody.follow(grant), grant);
 }
 
+TEST_F(LinkedFoldersTest, ALinkOfAnotherUserIsARefusal) {
+    ASSERT_EQ(::lchown((scratch / "linked").c_str(), 1, static_cast<gid_t>(-1)), 0);
+    const LinkedFolders ofNobody{65534};
+    const ProtectedFolders none;
+    EXPECT_EQ(ofNobody.refusal(scratch / "linked/Plug-Ins", none), LinkRefusal::ofAnotherUser);
+    EXPECT_EQ(ofNobody.refusal(scratch / "linked/a/b", none), LinkRefusal::ofAnotherUser)
+        << "a folder that the run would make";
+    EXPECT_EQ(ofNobody.refusal(scratch / "real/Plug-Ins", none), LinkRefusal::none);
+    EXPECT_EQ(ofNobody.refusal(scratch / "missing", none), LinkRefusal::none);
+}
+
+TEST_F(LinkedFoldersTest, AnOwnLinkIsRefusedOnlyWhereItLeadsIntoAFolderOfTheSystem) {
+    const ProtectedFolders system;
+    EXPECT_EQ(links.refusal(scratch / "linked/Plug-Ins", system), LinkRefusal::none);
+    ASSERT_EQ(::symlink("/usr/share", (scratch / "into system").c_str()), 0);
+    EXPECT_EQ(links.refusal(scratch / "into system", system), LinkRefusal::intoSystem);
+    EXPECT_EQ(links.refusal(scratch / "into system/a", system), LinkRefusal::intoSystem);
+}
+
+TEST_F(LinkedFoldersTest, ALinkThatLeadsNowhereIsNoRefusal) {
+    ASSERT_EQ(::symlink("circle", (scratch / "circle").c_str()), 0);
+    ASSERT_EQ(::symlink("gone", (scratch / "dangling").c_str()), 0);
+    EXPECT_EQ(links.refusal(scratch / "circle/a", ProtectedFolders()), LinkRefusal::none);
+    EXPECT_EQ(links.refusal(scratch / "dangling/a", ProtectedFolders()), LinkRefusal::none);
+}
+
 TEST_F(LinkedFoldersTest, ALinkThatIsChangedLaterLeadsWhereItLedBefore) {
     static_cast<void>(links.follow(grantOf("linked", "linked/Plug-Ins/new.8bf")));
     ASSERT_EQ(::unlink((scratch / "linked").c_str()), 0);

@@ -230,6 +230,17 @@ TEST_F(StateBindingsImage, AMissingOrBrokenPictureShowsNothing) {
     EXPECT_TRUE(shown<QLabel>().pixmap().isNull());
 }
 
+TEST_F(StateBindingsImage, AMissingPictureHasAPlaceholderWhereTheLabelWantsOne) {
+    owner.values["picture"] = Image{};
+    show("QLabel", {{"imageBinding", "picture"}, {"placeholder", "true"}}, fixedSize);
+    const QImage empty = shown<QLabel>().pixmap().toImage();
+    EXPECT_FALSE(empty.isNull());
+    owner.change("picture", Image{picture(64, 64)});
+    EXPECT_NE(shown<QLabel>().pixmap().toImage(), empty);
+    owner.change("picture", Image{"/nowhere.png"});
+    EXPECT_EQ(shown<QLabel>().pixmap().toImage(), empty);
+}
+
 TEST_F(StateBindingsTest, TheNameForScreenReadersFollowsItsProperty) {
     owner.values["outcome"] = std::string("Succeeded");
     show("QLabel", {{"accessibleNameBinding", "outcome"}});

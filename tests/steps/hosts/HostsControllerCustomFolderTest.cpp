@@ -380,6 +380,14 @@ TEST_F(HostsControllerCustomFolderNote, SaysThatARememberedFolderIsGone) {
     EXPECT_EQ(note(), "Not there");
 }
 
+TEST_F(HostsControllerCustomFolderNote, SaysThatNothingCanBePutBehindALinkThatIsNotFollowed) {
+    fake.bundle.tables["Localizable"]["host_link_of_another_fmt"] = "%@ (foreign)";
+    remember("/Their/My Plug-Ins");
+    fake.authorizations.linkRefusals["/Their/My Plug-Ins"] = LinkRefusal::ofAnotherUser;
+    enterCustomScreen();
+    EXPECT_EQ(note(), "My Plug-Ins (foreign)");
+}
+
 TEST_F(HostsControllerCustomFolderNote, IsEmptyForAFolderThatIsThere) {
     remember("/My Plug-Ins");
     fake.memory.addFolder("/My Plug-Ins");

@@ -187,7 +187,7 @@ class InstallationRun {
         for (const std::string& path : controller.failedPaths()) {
             const auto reason = controller.failureReasons().find(path);
             const bool isKnown = reason != controller.failureReasons().end();
-            failures_.emplace(path, isKnown ? reason->second : std::string());
+            failures_.emplace(path, isKnown ? reason->second.logged : std::string());
         }
     }
 

@@ -72,7 +72,12 @@ class InertWorkspace final : public Workspace {
   public:
     bool openAddress(const std::string& /*address*/) override { return false; }
     bool openFile(const std::string& /*path*/) override { return false; }
+    Subscription onOpeningFailed(
+        std::function<void(const std::string& addressOrPath)> /*handler*/) override {
+        return {};
+    }
     std::vector<std::string> runningApplications() override { return {}; }
+    ApplicationFace faceOfRunningApplication(const std::string& /*name*/) override { return {}; }
     Subscription onApplicationTerminated(
         std::function<void(const std::string& name)> /*handler*/) override {
         return {};
