@@ -28,6 +28,9 @@ class LinkedFolders {
     /// itself. So a link that has been changed meanwhile leads to nothing that is granted.
     [[nodiscard]] std::string followed(const std::string& path) const;
 
+    /// Whether there is any path that the grant knows by another one. Hardly ever.
+    [[nodiscard]] bool any() const { return !folders_.empty(); }
+
   private:
     [[nodiscard]] std::string ledTo(const std::string& folder) const;
 
