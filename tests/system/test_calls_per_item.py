@@ -14,7 +14,7 @@ from harness import ON_PRIVATE_MACHINE, Disk, Product, SystemTest, write
 from traced import ROOT, make_ordinary_user, run_traced
 
 FOLDERS = 10
-ITEMS = 200
+ITEMS = 100
 
 # As root an item costs 20 calls. Reading the payload: a look at the entry. Filling the copy: a look
 # at the source, its opening and a look at what was opened; a file without a name, its bytes, two

@@ -81,6 +81,8 @@ std::vector<PlannedItem> itemsOf(PayloadTrees& trees, const HostFolder& folder,
                          .isPackage = entry.isPackage,
                          .bytes = bytesOf(entry)});
     });
+    // They stay for the whole run.
+    items.shrink_to_fit();
     return items;
 }
 

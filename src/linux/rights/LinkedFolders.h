@@ -35,6 +35,9 @@ class LinkedFolders {
     [[nodiscard]] LinkRefusal refusal(const std::string& folder,
                                       const ProtectedFolders& protectedFolders) const;
 
+    /// Whether there is any path that the grant knows by another one. Hardly ever.
+    [[nodiscard]] bool any() const { return !folders_.empty(); }
+
   private:
     [[nodiscard]] std::string ledTo(const std::string& folder) const;
 

@@ -103,8 +103,12 @@ void LinuxAuthorization::limitTo(const WriteGrant& grant) {
 
 PrivilegedLaunch LinuxAuthorization::execute(const std::string& tool,
                                              const std::vector<std::string>& arguments) {
-    std::vector<std::string> followed = arguments;
-    for (std::string& argument : followed) argument = links_.followed(argument);
+    // Two commands for each of thousands of items: their paths are not taken apart in vain.
+    std::vector<std::string> led;
+    if (links_.any()) {
+        for (const std::string& argument : arguments) led.push_back(links_.followed(argument));
+    }
+    const std::vector<std::string>& followed = links_.any() ? led : arguments;
     if (way_ == AdministratorWay::alreadyRoot) return executeInThisProcess(tool, followed);
     if (refusal_ == 0 && !helper_) startHelper();
     if (refusal_ != 0) return {refusal_, nullptr};

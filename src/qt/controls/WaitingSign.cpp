@@ -78,8 +78,8 @@ void WaitingSign::draw() {
     painter.setRenderHint(QPainter::Antialiasing);
     if (waiting_) {
         const QPalette palette = label_.palette();
-        const QColor color =
-            readableColor(palette.color(QPalette::Highlight), palette.color(QPalette::Window));
+        const QColor color = colorWithContrast(
+            strongestContrast, palette.color(QPalette::Highlight), palette.color(QPalette::Window));
         drawDots(painter, size.width(), color, turn_);
     } else {
         drawCheck(painter, size.width());

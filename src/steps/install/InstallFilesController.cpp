@@ -89,7 +89,7 @@ void InstallFilesController::setProgressIndicator(ProgressIndicator* indicator) 
 void InstallFilesController::install(const std::vector<HostModel>& hosts,
                                      bool shouldConfigurePrismorExternalEditors) {
     if (!beginRun(hosts)) return;
-    const InstallPlan plan = makePlan(hosts);
+    InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     logPayloadWarnings(plan, platform_.log);
     if (!plan.items.empty()) platform_.files.expectCopies(plannedCopies(plan, run_));
@@ -105,7 +105,7 @@ void InstallFilesController::installForFurtherUser(const std::vector<HostModel>&
                                                    std::vector<std::string> installedBefore) {
     if (!beginRun(hosts)) return;
     run_.installedPaths = std::move(installedBefore);
-    const InstallPlan plan = makePlan(hosts);
+    InstallPlan plan = makePlan(hosts);
     run_.limitTo(plannedWrites(platform_, plan));
     DiskMirror(platform_, commands_, installer_).registerApplications(plan.mirrorItems());
     cleanManifests();
@@ -136,8 +136,11 @@ void InstallFilesController::installHosts(const InstallPlan& plan) {
     }
 }
 
-void InstallFilesController::endRun(const InstallPlan& plan) {
+void InstallFilesController::endRun(InstallPlan& plan) {
     platform_.files.expectCopies({});
+    // Nobody asks for them any more, and the list of what was installed takes as much memory.
+    plan.items.clear();
+    plan.items.shrink_to_fit();
     reportRefusedItems(plan);
     logInstalledPaths();
     const bool isComplete = !run_.fileOpErrorOccurred && !run_.authDenied;
@@ -156,6 +159,7 @@ InstallPlan InstallFilesController::makePlan(const std::vector<HostModel>& hosts
     if (progress_) progress_->begin(0, 0);
     InstallPlan plan = makeInstallPlan(platform_, hosts, progress_ ? &*progress_ : nullptr);
     if (progress_) progress_->begin(plan.totalBytes(), plan.items.size());
+    run_.installedPaths.reserve(run_.installedPaths.size() + plan.items.size());
     return plan;
 }
 

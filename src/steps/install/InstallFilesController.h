@@ -139,7 +139,8 @@ class InstallFilesController : public StepController, public HasInstallOutcome {
     [[nodiscard]] bool obtainAuthorization();
     [[nodiscard]] bool beginRun(const std::vector<HostModel>& hosts);
     void installHosts(const InstallPlan& plan);
-    void endRun(const InstallPlan& plan);
+    /// Takes the plan's items away: they are done.
+    void endRun(InstallPlan& plan);
     void reportRefusedItems(const InstallPlan& plan);
     [[nodiscard]] InstallPlan makePlan(const std::vector<HostModel>& hosts);
     void willChange(std::initializer_list<const char*> properties);
