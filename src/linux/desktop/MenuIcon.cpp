@@ -16,20 +16,20 @@ namespace installer {
 
 namespace {
 
-constexpr std::size_t largestEntry = std::size_t{64} << 10U;
-constexpr std::size_t mostEntries = 4000;
+constexpr std::size_t largestMenuEntry = std::size_t{64} << 10U;
+constexpr std::size_t mostMenuEntries = 4000;
 
 /// The larger ones first: they are made smaller, not larger.
 constexpr std::array<const char*, 6> themeSizes = {"128x128", "256x256",  "64x64",
                                                    "48x48",   "scalable", "32x32"};
-constexpr std::array<const char*, 3> iconTypes = {".png", ".svg", ".xpm"};
+constexpr std::array<const char*, 3> menuIconTypes = {".png", ".svg", ".xpm"};
 
 struct MenuEntry {
     std::string program;
     std::string icon;
 };
 
-bool isFile(const std::string& path) {
+bool isMenuFile(const std::string& path) {
     std::error_code error;
     return std::filesystem::is_regular_file(path, error);
 }
@@ -53,7 +53,7 @@ std::vector<std::string> dataFolders(const Environment& environment) {
 }
 
 /// The first word of a command line, which may be quoted.
-std::string firstWord(std::string_view line) {
+std::string firstCommandWord(std::string_view line) {
     if (line.starts_with('"')) {
         line.remove_prefix(1);
         return std::string(line.substr(0, line.find('"')));
@@ -61,8 +61,8 @@ std::string firstWord(std::string_view line) {
     return std::string(line.substr(0, line.find(' ')));
 }
 
-MenuEntry readEntry(const std::string& path) {
-    std::string text(largestEntry, '\0');
+MenuEntry readMenuEntry(const std::string& path) {
+    std::string text(largestMenuEntry, '\0');
     std::ifstream file(path, std::ios::binary);
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(file.gcount()));
@@ -71,20 +71,21 @@ MenuEntry readEntry(const std::string& path) {
     for (const std::string& line : split(text, '\n')) {
         if (line.starts_with('[')) isInEntry = line.starts_with("[Desktop Entry]");
         if (!isInEntry) continue;
-        if (line.starts_with("Exec=")) entry.program = firstWord(std::string_view(line).substr(5));
+        if (line.starts_with("Exec="))
+            entry.program = firstCommandWord(std::string_view(line).substr(5));
         if (line.starts_with("Icon=")) entry.icon = trimmed(std::string_view(line).substr(5));
     }
     return entry;
 }
 
-bool starts(const MenuEntry& entry, const std::string& program) {
+bool startsProgram(const MenuEntry& entry, const std::string& program) {
     // A plain name is looked for in PATH.
     const bool isName = entry.program.find('/') == std::string::npos;
     return entry.program == (isName ? lastPathComponent(program) : program);
 }
 
-Image iconNamed(const std::string& name, const std::vector<std::string>& folders) {
-    if (name.starts_with('/')) return {isFile(name) ? name : ""};
+Image themeIcon(const std::string& name, const std::vector<std::string>& folders) {
+    if (name.starts_with('/')) return {isMenuFile(name) ? name : ""};
     if (!isPlainFileName(name)) return {};
     std::vector<std::string> places;
     for (const std::string& folder : folders) {
@@ -94,9 +95,9 @@ Image iconNamed(const std::string& name, const std::vector<std::string>& folders
         places.push_back(joinPath(folder, "pixmaps"));
     }
     for (const std::string& place : places) {
-        for (const char* type : iconTypes) {
+        for (const char* type : menuIconTypes) {
             std::string path = joinPath(place, name + type);
-            if (isFile(path)) return {std::move(path)};
+            if (isMenuFile(path)) return {std::move(path)};
         }
     }
     return {};
@@ -112,10 +113,10 @@ Image menuIcon(const std::string& program, const Environment& environment) {
         std::filesystem::directory_iterator entry(joinPath(folder, "applications"), error);
         for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
             const std::string path = entry->path().string();
-            if (!path.ends_with(".desktop") || !isFile(path)) continue;
-            if (++count > mostEntries) return {};
-            const MenuEntry found = readEntry(path);
-            if (starts(found, program)) return iconNamed(found.icon, folders);
+            if (!path.ends_with(".desktop") || !isMenuFile(path)) continue;
+            if (++count > mostMenuEntries) return {};
+            const MenuEntry found = readMenuEntry(path);
+            if (startsProgram(found, program)) return themeIcon(found.icon, folders);
         }
     }
     return {};
