@@ -82,7 +82,7 @@ LinuxWorkspace::LinuxWorkspace(DescriptorWatcher& watcher, Bundles& bundles, Sys
       environment_(std::move(environment)),
       timeOfOpeners_(timeOfOpeners),
       processes_(watcher),
-      applications_(watcher, bundles) {}
+      applications_(watcher, bundles, environment_) {}
 
 bool LinuxWorkspace::openAddress(const std::string& address) {
     if (hasScheme(address)) return open(address);

@@ -14,9 +14,11 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include "foundation/values/Paths.h"
 #include "linux/bundle/PackageLayout.h"
 #include "linux/desktop/ApplicationIcon.h"
 #include "linux/desktop/ApplicationName.h"
+#include "linux/desktop/MenuIcon.h"
 #include "linux/desktop/ProcessFacts.h"
 #include "ports/DescriptorWatcher.h"
 #include "privileged/system/Accounts.h"
@@ -61,8 +63,8 @@ std::string ownerOf(const ProcessFacts& facts) {
     return account ? account.value().name : std::to_string(*facts.user);
 }
 
-/// The icon of the package that the program or the script lies in.
-Image iconOf(const ProcessFacts& facts, Bundles& bundles) {
+/// The icon of the package that the program or the script lies in; no picture without one.
+Image iconOfPackage(const ProcessFacts& facts, Bundles& bundles) {
     std::vector<std::string> paths = {facts.executable};
     paths.insert(paths.end(), facts.arguments.begin(), facts.arguments.end());
     for (const std::string& path : paths) {
@@ -80,9 +82,11 @@ bool hasEnded(const FileDescriptor& process) {
 
 }  // namespace
 
-RunningApplications::RunningApplications(DescriptorWatcher& watcher, Bundles& bundles)
+RunningApplications::RunningApplications(DescriptorWatcher& watcher, Bundles& bundles,
+                                         Environment environment)
     : watcher_(watcher),
       bundles_(bundles),
+      environment_(std::move(environment)),
       descriptorLimit_(raisedDescriptorLimit()),
       timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
     if (const auto facts = processFacts(::getpid())) {
@@ -120,15 +124,28 @@ std::vector<std::string> RunningApplications::scanned() {
     return names;
 }
 
-ApplicationFace RunningApplications::faceOf(const std::string& name) const {
+ApplicationFace RunningApplications::faceOf(const std::string& name) {
     for (const auto& [process, itsName] : listed_) {
         if (itsName != name) continue;
         const auto facts = processFacts(process);
         // Another process may have its number by now.
         if (!facts || applicationName(*facts, bundles_) != name) continue;
-        return {.owner = ownerOf(*facts), .icon = iconOf(*facts, bundles_)};
+        return {.owner = ownerOf(*facts), .icon = iconOf(*facts, name)};
     }
     return {};
+}
+
+/// Looked for once for each program: the menus' entries are many.
+Image RunningApplications::iconOf(const ProcessFacts& facts, const std::string& name) {
+    const auto [place, isNew] = icons_.try_emplace({facts.executable, name});
+    if (!isNew) return place->second;
+    place->second = iconOfPackage(facts, bundles_);
+    // An interpreter's own entry is not that of what it runs.
+    const bool isItself = lastPathComponent(facts.executable) == name;
+    if (place->second.path.empty() && isItself) {
+        place->second = menuIcon(facts.executable, environment_);
+    }
+    return place->second;
 }
 
 /// Another run of the installer, or its helper.

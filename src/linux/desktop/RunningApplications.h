@@ -13,6 +13,7 @@
 
 #include "foundation/observers/ObserverList.h"
 #include "foundation/observers/Subscription.h"
+#include "linux/process/Environment.h"
 #include "ports/window/Workspace.h"
 #include "privileged/system/FileDescriptor.h"
 
@@ -38,20 +39,22 @@ struct ProcessFacts;
 class RunningApplications {
   public:
     /// Raises the number of descriptors that this process may have, as far as it may do so itself.
-    RunningApplications(DescriptorWatcher& watcher, Bundles& bundles);
+    RunningApplications(DescriptorWatcher& watcher, Bundles& bundles,
+                        Environment environment = processEnvironment());
 
     /// The applications' names, one for each process, in the kernel's order. From now on exactly
     /// these are watched, beside those whose end has not been told yet.
     [[nodiscard]] std::vector<std::string> scan();
 
-    /// Whose it is, and the icon of its package, for the first of that name in the last scan; an
-    /// empty face when it has ended since.
-    [[nodiscard]] ApplicationFace faceOf(const std::string& name) const;
+    /// Whose it is, and the icon of its package or of its entry in the menus, for the first of that
+    /// name in the last scan; an empty face when it has ended since.
+    [[nodiscard]] ApplicationFace faceOf(const std::string& name);
 
     /// The handler may scan anew.
     [[nodiscard]] Subscription onTerminated(std::function<void(const std::string& name)> handler);
 
   private:
+    [[nodiscard]] Image iconOf(const ProcessFacts& facts, const std::string& name);
     struct Watched {
         FileDescriptor process;
         std::string name;
@@ -67,10 +70,13 @@ class RunningApplications {
 
     DescriptorWatcher& watcher_;
     Bundles& bundles_;
+    Environment environment_;
     int descriptorLimit_;
     std::optional<std::string> ownPackage_;
     std::map<int, Watched> watched_;                     ///< by descriptor
     std::vector<std::pair<pid_t, std::string>> listed_;  ///< the processes of the last scan
+
+    std::map<std::pair<std::string, std::string>, Image> icons_;  ///< by program and name
 
     std::vector<std::string> untold_;  ///< the names of those whose ends are told next
     FileDescriptor timer_;

@@ -125,6 +125,19 @@ TEST_F(RunningApplicationsTest, AProgramInAPackageHasThePackagesIcon) {
     EXPECT_EQ(workspace_->faceOfRunningApplication(photoshop).icon, Image());
 }
 
+TEST_F(RunningApplicationsTest, AnyOtherProgramHasTheIconThatTheMenusShow) {
+    const std::string icon = disk_.add("camera.png", "");
+    const std::string program = addSleeper(disk_, photoshop);
+    disk_.add("applications/photo.desktop",
+              "[Desktop Entry]\nExec=\"" + program + "\" %U\nIcon=" + icon + "\n");
+    LinuxWorkspace workspace(loop_, bundles_, log_, [this](const std::string& name) {
+        return name == "XDG_DATA_DIRS" ? std::optional(disk_.path()) : std::nullopt;
+    });
+    const RunningProgram running(program);
+    ASSERT_THAT(workspace.runningApplications(), Contains(photoshop));
+    EXPECT_EQ(workspace.faceOfRunningApplication(photoshop).icon, Image{icon});
+}
+
 TEST_F(RunningApplicationsTest, AProgramOfRootIsRootsForWhoeverHasBecomeRoot) {
     ASSERT_EQ(::setenv("SUDO_UID", "65534", 1), 0);
     RunningProgram program = start(photoshop);
