@@ -93,7 +93,8 @@ def new_disk(folder, login, hosts=1):
     (disk / "Library").mkdir(parents=True)
     preferences = disk / "Users" / login / "Library/Preferences"
     for number in range(hosts):
-        name = f"Adobe Photoshop CC 2015.{number}" if hosts > 1 else "Adobe Photoshop CS6"
+        # Each has a plug-in folder of its own, which later releases share.
+        name = f"Adobe Photoshop CS6 {number}" if hosts > 1 else "Adobe Photoshop CS6"
         (disk / "Applications" / name / "Photoshop.app").mkdir(parents=True)
         write(preferences / f"{name} Paths", f"/Applications/{name}\0".encode())
     return disk

@@ -297,7 +297,8 @@ std::error_code MemoryFileManager::copy(const std::string& source, const std::st
 }
 
 void MemoryFileManager::expectCopies(CopySchedule schedule) {
-    if (!schedule.next) return;
+    expectsCopies = schedule.next != nullptr;
+    if (!expectsCopies) return;
     expectedCopies.clear();
     while (auto copy = schedule.next()) expectedCopies.push_back(std::move(*copy));
     expectedAttributes = std::move(schedule.attributes);

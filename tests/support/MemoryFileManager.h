@@ -75,6 +75,7 @@ class MemoryFileManager : public FileManager {
                          ProgressSink* progress) override;
     /// Only remembers them, until the next schedule: nothing here takes long.
     void expectCopies(CopySchedule schedule) override;
+    bool expectsCopies = false;  ///< until an empty schedule ends it
     std::vector<ExpectedCopy> expectedCopies;
     FileAttributeChanges expectedAttributes;
     std::uint64_t bytesToCopy(const std::string& path) override;

@@ -46,6 +46,7 @@ class Control:
 
     def __init__(self, accessible):
         self.accessible = accessible
+        self.states_when_shown = set()
 
     @property
     def role(self):
@@ -107,7 +108,8 @@ class Control:
 
     def shown(self):
         """This control and those in it, in the order of reading, without what is hidden."""
-        if not {"showing", "visible"} <= self.states:
+        self.states_when_shown = self.states
+        if not {"showing", "visible"} <= self.states_when_shown:
             return
         yield self
         for child in self.children:

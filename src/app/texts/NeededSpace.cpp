@@ -21,7 +21,7 @@ Space NeededSpace::of(const std::vector<HostModel>& selected, const std::vector<
             !item.host || std::ranges::find(selected, plan.hosts[*item.host]) != selected.end();
         if (!isWanted) continue;
         space.needed += item.bytes;
-        folders.insert(item.destinationFolder);
+        folders.insert(item.destinationFolder());
     }
     for (const std::string& folder : folders) {
         const auto free = platform_.files.freeBytes(folder);

@@ -29,16 +29,27 @@ void WriteGrant::addFolder(std::string_view folder) {
 
 void WriteGrant::addDestination(std::string_view path) {
     std::string destination = withSingleSeparators(path);
-    if (isBelowFolders(destination)) destinations_.insert(std::move(destination));
+    if (!isBelowFolders(destination)) return;
+    if (!destinations_) {
+        destinations_ = std::make_shared<Texts>();
+    } else if (destinations_.use_count() > 1) {
+        destinations_ = std::make_shared<Texts>(*destinations_);
+    }
+    destinations_->insert(std::move(destination));
 }
 
 void WriteGrant::addRemovableName(std::string_view name) {
     if (!name.empty()) removableNames_.emplace(name);
 }
 
+const WriteGrant::Texts& WriteGrant::destinations() const {
+    static const Texts none;
+    return destinations_ ? *destinations_ : none;
+}
+
 bool WriteGrant::holds(std::string_view path) const {
     while (path.size() > 1 && path.starts_with('/')) {
-        if (destinations_.contains(path)) return true;
+        if (destinations().contains(path)) return true;
         path = path.substr(0, path.rfind('/'));
     }
     return false;
@@ -46,13 +57,19 @@ bool WriteGrant::holds(std::string_view path) const {
 
 bool WriteGrant::leadsThrough(std::string_view path) const {
     const std::string beginning = std::string(path) + '/';
-    const auto next = destinations_.lower_bound(beginning);
-    return next != destinations_.end() && next->starts_with(beginning);
+    const auto next = destinations().lower_bound(beginning);
+    return next != destinations().end() && next->starts_with(beginning);
 }
 
 bool WriteGrant::mayRemove(std::string_view path) const {
     if (holds(path)) return true;
     return isBelowFolders(path) && removableNames_.contains(path.substr(path.rfind('/') + 1));
+}
+
+bool operator==(const WriteGrant& one, const WriteGrant& other) {
+    const bool sharesDestinations = one.destinations_ == other.destinations_;
+    return one.folders_ == other.folders_ && one.removableNames_ == other.removableNames_ &&
+           (sharesDestinations || one.destinations() == other.destinations());
 }
 
 bool WriteGrant::isBelowFolders(std::string_view path) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -13,6 +14,8 @@ namespace installer {
 /// ".." in it is of no use here.
 class WriteGrant {
   public:
+    using Texts = std::set<std::string, std::less<>>;
+
     /// Adds a folder that the run writes below; the root stands for the whole disk. A folder within
     /// another one is not kept. Passed over if it is not absolute.
     void addFolder(std::string_view folder);
@@ -24,12 +27,8 @@ class WriteGrant {
     void addRemovableName(std::string_view name);
 
     [[nodiscard]] const std::vector<std::string>& folders() const { return folders_; }
-    [[nodiscard]] const std::set<std::string, std::less<>>& destinations() const {
-        return destinations_;
-    }
-    [[nodiscard]] const std::set<std::string, std::less<>>& removableNames() const {
-        return removableNames_;
-    }
+    [[nodiscard]] const Texts& destinations() const;
+    [[nodiscard]] const Texts& removableNames() const { return removableNames_; }
 
     /// Whether the path is one of the destinations, or lies below one.
     [[nodiscard]] bool holds(std::string_view path) const;
@@ -40,14 +39,16 @@ class WriteGrant {
     /// Whether the path is held, or an entry below the folders with a name that may be removed.
     [[nodiscard]] bool mayRemove(std::string_view path) const;
 
-    friend bool operator==(const WriteGrant&, const WriteGrant&) = default;
+    friend bool operator==(const WriteGrant& one, const WriteGrant& other);
 
   private:
     [[nodiscard]] bool isBelowFolders(std::string_view path) const;
 
     std::vector<std::string> folders_;  ///< in the order in which they came; none within another
-    std::set<std::string, std::less<>> destinations_;
-    std::set<std::string, std::less<>> removableNames_;
+    /// Copies share them until one of them gets another: a large product has 100,000. Null for
+    /// none.
+    std::shared_ptr<Texts> destinations_;
+    Texts removableNames_;
 };
 
 }  // namespace installer

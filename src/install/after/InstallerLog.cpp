@@ -1,7 +1,9 @@
 #include "install/after/InstallerLog.h"
 
+#include <cstddef>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "foundation/text/Format.h"
 #include "install/rights/PrivilegedCommands.h"
@@ -13,6 +15,20 @@
 
 namespace installer {
 
+namespace {
+
+std::string asLines(const std::vector<std::string>& paths) {
+    std::size_t size = 0;
+    for (const std::string& path : paths) size += path.size() + 1;
+    std::string text;
+    // There can be 100,000, and a text that grows takes up to three times its size.
+    text.reserve(size);
+    for (const std::string& path : paths) (text += path) += '\n';
+    return text;
+}
+
+}  // namespace
+
 bool InstallerLog::logInstalledPaths() {
     if (run_.installedPaths.empty()) return false;
     const std::string path = PlugInFilesModel(platform_).installerLogPath();
@@ -22,8 +38,7 @@ bool InstallerLog::logInstalledPaths() {
         platform_.log.log("can't open installer log file for writing");
         return false;
     }
-    std::string text;
-    for (const std::string& installed : run_.installedPaths) text += installed + "\n";
+    const std::string text = asLines(run_.installedPaths);
     WritableFile& file = *opened.value();
     // The commands may have failed, and an old list that is longer would show behind the new one.
     std::error_code error = file.setSize(0);

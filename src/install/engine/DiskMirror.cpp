@@ -19,9 +19,9 @@ namespace {
 
 /// How many items at the front belong to one product folder: they are installed in one operation.
 std::size_t lengthOfProductFolder(std::span<const PlannedItem> items) {
+    const std::string folder = items.front().destinationFolder();
     const auto end = std::find_if(items.begin(), items.end(), [&](const PlannedItem& item) {
-        return item.rule != InstallRule::productFolder ||
-               item.destinationFolder != items.front().destinationFolder;
+        return item.rule != InstallRule::productFolder || item.destinationFolder() != folder;
     });
     return static_cast<std::size_t>(end - items.begin());
 }

@@ -46,7 +46,7 @@ void FileInstaller::install(std::span<const PlannedItem> items) {
     std::vector<Source> sources;
     sources.reserve(items.size());
     for (const PlannedItem& item : items) sources.push_back({&item.source, item.bytes});
-    installEach(sources, items.front().destinationFolder, items.front().isPackage, true);
+    installEach(sources, items.front().destinationFolder(), items.front().isPackage, true);
 }
 
 void FileInstaller::installEach(const std::vector<Source>& sources, const std::string& toPath,

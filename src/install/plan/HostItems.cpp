@@ -34,12 +34,19 @@ std::vector<HostFolder> foldersFor(Platform& platform, const HostModel& host) {
 
 }  // namespace
 
+void append(std::vector<PlannedItem>& items, std::vector<PlannedItem> more) {
+    if (items.empty()) {
+        items = std::move(more);
+    } else {
+        std::move(more.begin(), more.end(), std::back_inserter(items));
+    }
+}
+
 std::vector<PlannedItem> hostItems(Platform& platform, PayloadTrees& trees, const HostModel& host,
                                    std::size_t index) {
     std::vector<PlannedItem> items;
     for (const HostFolder& folder : foldersFor(platform, host)) {
-        std::vector<PlannedItem> more = itemsOf(trees, folder, index);
-        std::move(more.begin(), more.end(), std::back_inserter(items));
+        append(items, itemsOf(trees, folder, index));
     }
     return items;
 }
@@ -57,10 +64,8 @@ std::vector<PlannedItem> itemsOf(PayloadTrees& trees, const HostFolder& folder,
         // destination there too.
         const std::string target =
             withSingleSeparators(replacingAll(path, folder.source, folder.to));
-        const std::string parent = parentPath(target);
         items.push_back({.source = path,
-                         .destination = joinPath(parent, entry.name),
-                         .destinationFolder = parent,
+                         .destination = joinPath(parentPath(target), entry.name),
                          .rule = folder.rule,
                          .host = host,
                          .isPackage = entry.isPackage,

@@ -23,6 +23,9 @@ struct HostFolder {
     InstallRule rule = InstallRule::hostApplication;
 };
 
+/// Adds the items at the end. Does not touch them where there are none yet: there can be 100,000.
+void append(std::vector<PlannedItem>& items, std::vector<PlannedItem> more);
+
 /// The packages and regular files anywhere in the folder, one by one. Hidden entries, links and
 /// special files are left out. Nothing when there is no folder to go to.
 [[nodiscard]] std::vector<PlannedItem> itemsOf(PayloadTrees& trees, const HostFolder& folder,

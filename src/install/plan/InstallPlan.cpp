@@ -26,9 +26,12 @@ std::span<const PlannedItem> itemsWithHost(const std::vector<PlannedItem>& items
 
 /// A paths file, a settings file or a payload may name any folder of the machine.
 void refuseItemsInSystemFolders(const SearchPaths& searchPaths, InstallPlan& plan) {
-    const auto firstRefused = std::stable_partition(
-        plan.items.begin(), plan.items.end(),
-        [&](const PlannedItem& item) { return !searchPaths.isProtected(item.destination); });
+    const auto isAllowed = [&](const PlannedItem& item) {
+        return !searchPaths.isProtected(item.destination);
+    };
+    // There is hardly ever one, and parting the items takes as much memory again as they do.
+    const auto first = std::ranges::find_if_not(plan.items, isAllowed);
+    const auto firstRefused = std::stable_partition(first, plan.items.end(), isAllowed);
     plan.refused.assign(std::make_move_iterator(firstRefused),
                         std::make_move_iterator(plan.items.end()));
     plan.items.erase(firstRefused, plan.items.end());
@@ -60,8 +63,7 @@ InstallPlan makeInstallPlan(Platform& platform, const std::vector<HostModel>& ho
     if (plan.hasPayload) plan.leftOut = leftOutEntries(platform, trees);
     plan.items = mirrorItems(platform, trees);
     for (std::size_t host = 0; host < hosts.size(); ++host) {
-        std::vector<PlannedItem> items = hostItems(platform, trees, hosts[host], host);
-        std::move(items.begin(), items.end(), std::back_inserter(plan.items));
+        append(plan.items, hostItems(platform, trees, hosts[host], host));
     }
     refuseItemsInSystemFolders(platform.searchPaths, plan);
     return plan;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/values/Paths.h"
 #include "hosts/HostModel.h"
 
 namespace installer {
@@ -26,13 +27,15 @@ enum class InstallRule {
 
 /// One item that a run installs: a file, a link, or a folder that is copied whole.
 struct PlannedItem {
-    std::string source;             ///< in the payload
-    std::string destination;        ///< `destinationFolder` and the source's name
-    std::string destinationFolder;  ///< on the target volume; made when it is missing
+    std::string source;       ///< in the payload
+    std::string destination;  ///< on the target volume
     InstallRule rule = InstallRule::mirrorPackage;
     std::optional<std::size_t> host;  ///< index into the plan's hosts; nullopt for the disk mirror
     bool isPackage = false;
     std::uint64_t bytes = 0;  ///< that a copy moves; a file with several names in it counts once
+
+    /// Made when it is missing.
+    [[nodiscard]] std::string destinationFolder() const { return parentPath(destination); }
 
     friend bool operator==(const PlannedItem&, const PlannedItem&) = default;
 };

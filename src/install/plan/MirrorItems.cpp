@@ -61,7 +61,6 @@ class MirrorItems {
              const TreeEntry& entry) {
         items_.push_back({.source = source,
                           .destination = joinPath(folder, entry.name),
-                          .destinationFolder = folder,
                           .rule = rule,
                           .host = std::nullopt,
                           .isPackage = entry.isPackage,

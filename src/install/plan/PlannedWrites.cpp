@@ -33,17 +33,18 @@ std::vector<std::string> wholeFolders(const PlugInFilesModel& paths, const Insta
 
 WriteGrant plannedWrites(Platform& platform, const InstallPlan& plan) {
     const PlugInFilesModel paths(platform);
-    std::vector<std::string> destinations = {paths.installerLogPath(), paths.externalEditorsPath(),
-                                             paths.identifierPath()};
-    for (const PlannedItem& item : plan.items) destinations.push_back(item.destination);
     const std::vector<std::string> whole = wholeFolders(paths, plan);
     WriteGrant grant;
-    for (const std::string& destination : destinations) {
+    const auto add = [&](const std::string& destination) {
         const auto folder = std::ranges::find_if(
             whole, [&](const std::string& path) { return liesBelow(destination, path); });
         grant.addFolder(folder == whole.end() ? parentPath(destination) : *folder);
         grant.addDestination(destination);
-    }
+    };
+    add(paths.installerLogPath());
+    add(paths.externalEditorsPath());
+    add(paths.identifierPath());
+    for (const PlannedItem& item : plan.items) add(item.destination);
     return grant;
 }
 

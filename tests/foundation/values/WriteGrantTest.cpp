@@ -84,5 +84,20 @@ TEST(WriteGrant, RemovesEntriesOfItsNamesBelowItsFoldersOnly) {
     EXPECT_FALSE(grant.holds("/Plug-Ins/F.plugin"));
 }
 
+TEST(WriteGrant, ACopyGetsDestinationsOfItsOwn) {
+    const WriteGrant grant = grantOf({"/Library"}, {"/Library/a"});
+    WriteGrant copy = grant;
+    EXPECT_EQ(copy, grant);
+    copy.addDestination("/Library/b");
+    EXPECT_THAT(copy.destinations(), ElementsAre("/Library/a", "/Library/b"));
+    EXPECT_THAT(grant.destinations(), ElementsAre("/Library/a"));
+    EXPECT_NE(copy, grant);
+    EXPECT_EQ(copy, grantOf({"/Library"}, {"/Library/b", "/Library/a"}));
+}
+
+TEST(WriteGrant, IsTheSameWithAndWithoutDestinationsThatWereNotTaken) {
+    EXPECT_EQ(grantOf({"/Library"}, {"/x"}), grantOf({"/Library"}, {}));
+}
+
 }  // namespace
 }  // namespace installer::test

@@ -245,12 +245,10 @@ TEST_F(DiskMirrorTest, APackageIsRegisteredAlsoAfterAFileOfTheSameFolder) {
     memory.addFile("/new/Tool.app/x");
     const std::vector<PlannedItem> items = {{.source = "/new/file",
                                              .destination = "/D/file",
-                                             .destinationFolder = "/D",
                                              .rule = InstallRule::productFolder,
                                              .host = std::nullopt},
                                             {.source = "/new/Tool.app",
                                              .destination = "/D/Tool.app",
-                                             .destinationFolder = "/D",
                                              .rule = InstallRule::mirrorPackage,
                                              .host = std::nullopt,
                                              .isPackage = true}};

@@ -27,7 +27,6 @@ const std::string photoshop2020 = "/Applications/Adobe Photoshop CC 2020";
 PlannedItem mirrored(const std::string& path, InstallRule rule, std::uint64_t bytes) {
     return {.source = mirror + path,
             .destination = path,
-            .destinationFolder = parentPath(path),
             .rule = rule,
             .host = std::nullopt,
             .isPackage = rule == InstallRule::mirrorPackage,
@@ -39,7 +38,6 @@ PlannedItem hostFile(const std::string& source, const std::string& destination, 
                      std::size_t host, std::uint64_t bytes) {
     return {.source = payload + source,
             .destination = destination,
-            .destinationFolder = parentPath(destination),
             .rule = rule,
             .host = host,
             .isPackage = false,

@@ -274,6 +274,59 @@ TEST_F(RootToolsTest, WaitsInTheBackgroundForTheRefreshOfTheDesktopDatabase) {
     EXPECT_TRUE(folder.holds("applications/mimeinfo.cache"));
 }
 
+/// While this object lives, something else is mounted at that place.
+class Covered {
+  public:
+    Covered(const char* what, const char* kind, unsigned long flags, const char* place)
+        : place_(::mount(what, place, kind, flags, nullptr) == 0 ? place : nullptr) {}
+    ~Covered() {
+        if (place_ != nullptr) ::umount2(place_, MNT_DETACH);
+    }
+    Covered(const Covered&) = delete;
+    Covered& operator=(const Covered&) = delete;
+
+    [[nodiscard]] bool isMounted() const { return place_ != nullptr; }
+
+  private:
+    const char* place_;
+};
+
+TEST_F(RootToolsTest, RefreshesTheDesktopDatabaseInASessionOfItsOwnWithoutTheEnvironment) {
+    if (::access("/usr/bin/update-desktop-database", X_OK) != 0) {
+        GTEST_SKIP() << "NOT TESTED: this machine has no desktop-file-utils";
+    }
+    folder.add("applications/empty", "");
+    const std::string tool =
+        folder.add("tool",
+                   "#!/bin/sh\n/usr/bin/env > \"$1/environment\"\n"
+                   "/usr/bin/cut -d ' ' -f 6 /proc/self/stat > \"$1/session\"\n");
+    ASSERT_EQ(::chmod(tool.c_str(), 0755), 0);
+    const OwnApplications applications(folder / "applications");
+    if (!applications.areSeen()) GTEST_SKIP() << "NOT TESTED: no mount namespace to be had here";
+    const Covered real(tool.c_str(), nullptr, MS_BIND, "/usr/bin/update-desktop-database");
+    ASSERT_TRUE(real.isMounted());
+    ASSERT_EQ(::setenv("OF_THE_CALLER", "1", 1), 0);
+    const auto authorization = obtained(RootWay::inThisProcess);
+    EXPECT_TRUE(succeeds(*authorization, registrationTool, {"-apps"}));
+    ::unsetenv("OF_THE_CALLER");
+    siginfo_t information{};
+    while (::waitid(P_ALL, 0, &information, WEXITED | WNOWAIT) == 0) ::sched_yield();
+    const std::string environment = folder.read("applications/environment");
+    EXPECT_EQ(environment.find("OF_THE_CALLER"), std::string::npos) << environment;
+    const std::string session = folder.read("applications/session");
+    EXPECT_FALSE(session.empty());
+    EXPECT_NE(session, std::to_string(::getsid(0)) + "\n");
+}
+
+TEST_F(RootToolsTest, MissesNoToolForTheDesktopDatabaseWhereThereIsNone) {
+    const OwnApplications applications(folder.path());
+    if (!applications.areSeen()) GTEST_SKIP() << "NOT TESTED: no mount namespace to be had here";
+    const Covered tools("none", "tmpfs", 0, "/usr/bin");
+    ASSERT_TRUE(tools.isMounted());
+    const auto authorization = obtained(RootWay::inThisProcess);
+    EXPECT_TRUE(succeeds(*authorization, registrationTool, {"-apps"}));
+}
+
 TEST_F(RootToolsTest, LeavesTheDesktopDatabaseAloneForATargetVolume) {
     HelperPlace place;
     place.volume = folder.path();

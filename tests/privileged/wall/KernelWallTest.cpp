@@ -10,6 +10,7 @@
 #include <signal.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -196,6 +197,13 @@ TEST_F(KernelWall, StandsAroundTheHelper) {
     EXPECT_EQ(writable, 1);
 }
 
+/// Whether nobody who sees what the process sees can write there.
+bool isReadOnlyFor(const std::string& process, const std::string& path) {
+    struct statvfs status = {};
+    EXPECT_EQ(::statvfs((process + "/root" + path).c_str(), &status), 0) << path;
+    return (status.f_flag & ST_RDONLY) != 0;
+}
+
 /// The processes whose parent it is.
 std::vector<pid_t> childrenOf(pid_t parent) {
     std::vector<pid_t> children;
@@ -216,6 +224,8 @@ TEST_F(KernelWall, StandsAroundTheProcessThatRenewsTheDesktopDatabase) {
         ::sched_yield();
     }
     EXPECT_THAT(contentsOf(process + "/status"), HasSubstr("CapEff:\t00000000000000db"));
+    EXPECT_TRUE(isReadOnlyFor(process, "/etc"));
+    EXPECT_FALSE(isReadOnlyFor("/proc/self", "/etc")) << "this proves nothing";
     for (const char* stream : {"0", "1", "2"}) {
         EXPECT_EQ(std::filesystem::read_symlink(process + "/fd/" + stream), "/dev/null");
     }

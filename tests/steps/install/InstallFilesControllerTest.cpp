@@ -169,6 +169,30 @@ TEST_F(InstallFilesControllerTest, ARunDoesEverythingInAFixedOrder) {
     EXPECT_FALSE(controller.authDenied());
 }
 
+TEST_F(InstallFilesControllerTest, TheFileManagerIsToldOfEachCopyInItsOrderBeforeTheRunMakesIt) {
+    bool wasExpected = false;
+    fake.files.setFault([&](const RecordingFileManager::Operation& operation) {
+        if (operation.front() == "copy") wasExpected = memory.expectsCopies;
+        return std::error_code();
+    });
+    controller.install({photoshopHost()}, true);
+    EXPECT_TRUE(wasExpected);
+    Lines copies;
+    for (const ExpectedCopy& copy : memory.expectedCopies) copies.push_back(copy.destination);
+    ASSERT_THAT(copies, ElementsAre(tool, product + "/guide.txt", photoshop + "/Presets/run.jsx",
+                                    plugIns + "/F.plugin"));
+    EXPECT_EQ(memory.expectedCopies.front().source, mirror + tool);
+    EXPECT_FALSE(memory.expectsCopies) << "the run is over";
+}
+
+TEST_F(InstallFilesControllerTest, TheFileManagerIsToldOfNoCopyByARunWithoutItems) {
+    memory.expectedCopies = {{.source = "of an earlier run", .destination = "/x"}};
+    memory.removeAsAdministrator(payload);
+    controller.install({photoshopHost()}, false);
+    EXPECT_EQ(memory.expectedCopies.size(), 1U);
+    EXPECT_FALSE(memory.expectsCopies);
+}
+
 TEST_F(InstallFilesControllerTest, ARunDoesNothingThatItsPlanDoesNotHold) {
     // The administrator has to do everything, also over what is there already.
     fake.files.setFault([](const RecordingFileManager::Operation& operation) {
@@ -250,6 +274,15 @@ TEST_F(InstallFilesControllerTest, AFailedItemOfAHostLetsTheHostFinishAndKeepsLa
     EXPECT_THAT(controller.installedPaths(),
                 ElementsAre(tool, product + "/guide.txt", plugIns + "/F.plugin"));
     EXPECT_TRUE(memory.exists(logFile));
+}
+
+TEST_F(InstallFilesControllerTest, TheHostsThatAreLeftOutAreThoseOfTheRunItself) {
+    failItem("Tool.app");
+    controller.install({photoshopHost(), customHost()}, false);
+    EXPECT_EQ(controller.leftOutHosts().size(), 2U);
+    failItem("of nobody");
+    controller.install({customHost()}, false);
+    EXPECT_THAT(controller.leftOutHosts(), IsEmpty());
 }
 
 TEST_F(InstallFilesControllerTest, ARefusalAtTheFirstCommandLeavesTheFixedStepsAndNoHost) {
