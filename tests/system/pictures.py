@@ -144,5 +144,17 @@ class DesktopsLargeText(Light):
         return super().start(arguments, **environment)
 
 
+class SmallScreen(Light):
+    """With INSTALLER_TEST_SCREEN=1024x600x24 in the environment."""
+
+    name = "small"
+
+
+class SmallScreenLargeText(Light):
+    """The same, with text of one and a half times the size."""
+
+    name, surroundings = "small-large", {"QT_FONT_DPI": "144"}
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -1,6 +1,7 @@
 """What the tests of the window share: the product, the desktop, and the way from page to page."""
 
 import atexit
+import os
 import re
 import shutil
 import signal
@@ -67,7 +68,7 @@ class ShippedProduct(Product):
 def desktop(login="root"):
     """This process's desktop."""
     if not hasattr(desktop, "it"):
-        desktop.it = Desktop(login)
+        desktop.it = Desktop(login, os.environ.get("INSTALLER_TEST_SCREEN", "1600x1200x24"))
         atexit.register(desktop.it.close)
         # A test that is told to end shall not leave a display behind.
         signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))

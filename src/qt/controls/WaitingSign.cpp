@@ -19,11 +19,11 @@ constexpr int dots = 3;
 constexpr double strongestContrast = 8;
 const QColor done(0x1f, 0x8f, 0x4e);
 
-/// How strong a dot is, from 0.6 to 1: a slow wave runs through the three.
+/// How strong a dot is, from 0.75 to 1: a slow wave runs through the three.
 double strength(int dot, int turn) {
     constexpr double pi = 3.14159265358979;
     const double phase = 2 * pi * (turn / double(turnsPerRound) - dot / double(2 * dots));
-    return 0.6 + 0.4 * std::pow(std::max(0.0, std::sin(phase)), 2);
+    return 0.75 + 0.25 * std::pow(std::max(0.0, std::sin(phase)), 2);
 }
 
 void drawDots(QPainter& painter, double side, QColor color, int turn) {

@@ -34,7 +34,7 @@ TEST_F(WaitingSignTest, MovesWhileItWaitsAndCanBeSeen) {
 }
 
 TEST_F(WaitingSignTest, CanBeSeenInADarkWindowToo) {
-    for (const QPalette& palette : {darkPalette(), QPalette(Qt::lightGray)}) {
+    for (const QPalette& palette : {darkPalette(), QPalette(QColor(0xef, 0xef, 0xef))}) {
         label.setPalette(palette);
         sign->setWaiting(true);
         // At the beginning all dots are weak.
