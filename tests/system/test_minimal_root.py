@@ -169,7 +169,9 @@ class MinimalRootToolkit(MinimalRootTest):
         """A display that is reached over the network namespace, which the machines share."""
         read_end, write_end = os.pipe()
         display = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+             # Else it starts anew, and loses the installer, whenever nobody else looks.
+             "-noreset"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(display.wait)
         self.addCleanup(display.kill)
@@ -187,7 +189,8 @@ class MinimalRootToolkit(MinimalRootTest):
         self.addCleanup(started.communicate)
         self.addCleanup(os.killpg, started.pid, signal.SIGKILL)
         seen = wait_until(lambda: started.poll() is not None or self.windows(display), "the window")
-        self.assertTrue(isinstance(seen, list), started.returncode)
+        if not isinstance(seen, list):
+            self.fail(f"ended with {started.returncode}: {started.communicate()}")
         # Blank texts would leave the licence's page with a few plain colours.
         wait_until(lambda: self.colours(display, seen[-1]) > 40, "letters in the window")
 
