@@ -39,6 +39,10 @@ void dressOne(QWidget& control, const Bundle& bundle) {
         // does.
         constexpr int innerMargin = 2;
         field->setTextMargins(-innerMargin, 0, -innerMargin, 0);
+        // The toolkit goes by the text: a path would stand on the left below a label on the right.
+        if (field->isRightToLeft()) {
+            field->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
+        }
     }
     if (auto* button = qobject_cast<QToolButton*>(&control)) {
         if (control.property(holdsMenuProperty).toBool()) new MenuButton(*button);

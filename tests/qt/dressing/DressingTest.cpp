@@ -1,3 +1,4 @@
+#include <QGuiApplication>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -9,33 +10,55 @@ namespace {
 
 class DressingTest : public InterfaceTest {
   protected:
-    /// The first column of the widget's picture that is not its ground.
+    ~DressingTest() override { QGuiApplication::setLayoutDirection(Qt::LeftToRight); }
+
+    /// A label, and a field without a frame that cannot be changed, with the same path.
+    void showPath() {
+        owner.values["path"] = std::string("/HHHH");
+        const std::string frameless = "<property name=\"frame\"><bool>false</bool></property>";
+        const std::string readOnly = "<property name=\"readOnly\"><bool>true</bool></property>";
+        show("QWidget", {},
+             control("QLabel", "label", {{"textBinding", "path"}}) +
+                 control("QLineEdit", "field", {{"textBinding", "path"}}, frameless + readOnly));
+        for (const char* name : {"label", "field"}) {
+            auto& widget = named<QWidget>(name);
+            widget.setFocusPolicy(Qt::NoFocus);
+            widget.resize(200, 30);
+        }
+    }
+
+    /// Whether the column of the widget's picture shows more than its ground.
+    static bool isWritten(const QImage& picture, int column) {
+        for (int y = 1; y < picture.height(); ++y) {
+            if (picture.pixelColor(column, y) != picture.pixelColor(column, 0)) return true;
+        }
+        return false;
+    }
     static int firstColumn(QWidget& widget) {
         const QImage picture = widget.grab().toImage();
-        const QColor ground = picture.pixelColor(picture.width() - 1, 0);
-        for (int x = 0; x < picture.width(); ++x) {
-            for (int y = 0; y < picture.height(); ++y) {
-                if (picture.pixelColor(x, y) != ground) return x;
-            }
-        }
-        return -1;
+        int column = 0;
+        while (column < picture.width() && !isWritten(picture, column)) ++column;
+        return column;
+    }
+    static int lastColumn(QWidget& widget) {
+        const QImage picture = widget.grab().toImage();
+        int column = picture.width() - 1;
+        while (column >= 0 && !isWritten(picture, column)) --column;
+        return column;
     }
 };
 
 TEST_F(DressingTest, AFieldWithoutAFrameBeginsWhereItsLabelDoes) {
-    owner.values["path"] = std::string("HHHH");
-    const std::string frameless = "<property name=\"frame\"><bool>false</bool></property>";
-    const std::string readOnly = "<property name=\"readOnly\"><bool>true</bool></property>";
-    show("QWidget", {},
-         control("QLabel", "label", {{"textBinding", "path"}}) +
-             control("QLineEdit", "field", {{"textBinding", "path"}}, frameless + readOnly));
-    for (const char* name : {"label", "field"}) {
-        auto& widget = named<QWidget>(name);
-        widget.setFocusPolicy(Qt::NoFocus);
-        widget.resize(200, 30);
-    }
-    ASSERT_GE(firstColumn(named<QLabel>("label")), 0);
+    showPath();
+    ASSERT_LT(firstColumn(named<QLabel>("label")), 100);
     EXPECT_EQ(firstColumn(named<QLineEdit>("field")), firstColumn(named<QLabel>("label")));
+}
+
+TEST_F(DressingTest, APathStandsOnTheRightWhereReadingBeginsThere) {
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    showPath();
+    auto& field = named<QLineEdit>("field");
+    EXPECT_GE(lastColumn(field), field.width() - 4);
 }
 
 }  // namespace
